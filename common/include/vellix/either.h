@@ -1,0 +1,192 @@
+#pragma once
+
+#include <vellix/platform/baseutil.h>
+
+#include <QDebug>
+#include <QString>
+
+#include <boost/variant.hpp>
+
+#include <cstdlib>
+#include <functional>
+#include <ostream>
+#include <type_traits>
+#include <utility>
+
+// The one result type in which every parser and loader reports failure: by value, never thrown.
+//
+//     Either<Error, int> parse(const QString &text)
+//     {
+//         if (text.isEmpty())
+//             return Left(Error({"parser", __LINE__}, "nothing to parse"));
+//         return Right(text.size());
+//     }
+
+namespace vellix {
+
+/// Builds the left (error) side: `return Left(error);` fits every Either with such a left side.
+template <class T>
+class Left
+{
+public:
+    explicit Left(T value) : m_value(std::move(value)) {}
+    const T &value() const { return m_value; }
+
+private:
+    T m_value;
+};
+
+/// Builds the right (value) side: `return Right(value);` fits every Either with such a right side.
+template <class T>
+class Right
+{
+public:
+    explicit Right(T value) : m_value(std::move(value)) {}
+    const T &value() const { return m_value; }
+
+private:
+    T m_value;
+};
+
+namespace EitherPrivate {
+// Log readers key on this place: it stays the same wherever the header is installed and however it grows.
+constexpr const char *headerFile = "../../../common/include/vellix/either.h";
+constexpr int getOrWarnLine = 162;
+constexpr int getOrErrLine = 183;
+}
+
+/// Holds either a left value (what went wrong) or a right value (the result), never both.
+template <class EL, class ER>
+class Either
+{
+public:
+    using L = EL;
+    using R = ER;
+
+    template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, L>>>
+    Either(const vellix::Left<T> &left) : m_side(vellix::Left<L>(left.value()))
+    {}
+
+    template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, R>>>
+    Either(const vellix::Right<T> &right) : m_side(vellix::Right<R>(right.value()))
+    {}
+
+    bool isLeft() const { return m_side.which() == 0; }
+    bool isRight() const { return m_side.which() == 1; }
+
+    /// The left value. Throws boost::bad_get on a right one. Valid as long as this object is.
+    const L &left() const { return boost::get<vellix::Left<L>>(m_side).value(); }
+    /// The right value. Throws boost::bad_get on a left one. Valid as long as this object is.
+    const R &right() const { return boost::get<vellix::Right<R>>(m_side).value(); }
+
+    /// The right value that `f` makes of this one; a left value is handed on and `f` not called.
+    template <class F>
+    auto map(const F &f) const -> Either<L, std::decay_t<std::invoke_result_t<const F &, const R &>>>
+    {
+        if (isLeft())
+            return vellix::Left<L>(left());
+        return vellix::Right(std::invoke(f, right()));
+    }
+
+    /// The result that `f` makes of the right value; a left value is handed on and `f` not called.
+    template <class F>
+    auto flatMap(const F &f) const -> std::decay_t<std::invoke_result_t<const F &, const R &>>
+    {
+        if (isLeft())
+            return vellix::Left<L>(left());
+        return std::invoke(f, right());
+    }
+
+    /// The left value that `f` makes of this one; a right value is handed on and `f` not called.
+    template <class F>
+    auto mapLeft(const F &f) const -> Either<std::decay_t<std::invoke_result_t<const F &, const L &>>, R>
+    {
+        if (isRight())
+            return vellix::Right<R>(right());
+        return vellix::Left(std::invoke(f, left()));
+    }
+
+    /// The right value. A left one is logged as a warning and `fallback` returned.
+    R getOrWarn(const R &fallback) const
+    {
+        if (isRight())
+            return right();
+        utilities::log::cb::warn(EitherPrivate::headerFile, EitherPrivate::getOrWarnLine, __PRETTY_FUNCTION__,
+                                 expectedRight());
+        return fallback;
+    }
+
+    /// The right value. A left one is logged as an error; then the process ends with `exit(-1)` when
+    /// EitherPrivate::shouldExitOnError(), else `fallback` is returned.
+    R getOrErr(const R &fallback) const
+    {
+        if (isRight())
+            return right();
+        utilities::log::cb::error(EitherPrivate::headerFile, EitherPrivate::getOrErrLine, __PRETTY_FUNCTION__,
+                                  expectedRight());
+        return exitOr(fallback);
+    }
+
+    /// As getOrErr, but logged as a critical message of Qt.
+    R qGetOrErr(const R &fallback) const
+    {
+        if (isRight())
+            return right();
+        QMessageLogger(nullptr, 0, nullptr).critical()
+                << "\033[31m" << "[error] expected right but" << left() << "\033[0m";
+        return exitOr(fallback);
+    }
+
+private:
+    utilities::log::cb::Writer expectedRight() const
+    {
+        return [this](std::ostream &out) -> std::ostream & { return out << "expected right but " << left(); };
+    }
+
+    static R exitOr(const R &fallback)
+    {
+        if (EitherPrivate::shouldExitOnError())
+            std::exit(-1);
+        return fallback;
+    }
+
+    // The builders keep the sides apart even when both are of one type.
+    boost::variant<vellix::Left<L>, vellix::Right<R>> m_side;
+};
+
+namespace EitherPrivate {
+inline void printRecord(QDebug &out, const Error::err &record)
+{
+    out << QString::fromStdString(CodeLocation::toString(record.location.file, record.location.line)) << ": "
+        << QString::fromStdString(record.message);
+}
+}
+
+/// Prints an error in red; a chain of causes as a list, first cause first.
+inline QDebug &operator<<(QDebug &out, const Error &error)
+{
+    if (error.records.empty())
+        return out << "\033[31m" << "undefined error" << "\033[0m";
+
+    if (error.records.size() == 1) {
+        out << "\033[31m";
+        EitherPrivate::printRecord(out, error.records.front());
+        return out << "\033[0m";
+    }
+
+    out << "error:\n" << "\033[3;41;30m" << "causes chain:" << "\033[0m" << "\n";
+    for (const Error::err &record : error.records) {
+        out << "\033[31m" << "\t";
+        EitherPrivate::printRecord(out, record);
+        out << "\033[0m" << "\n";
+    }
+    return out << "\033[3;41;30m" << "< ---- ---- >" << "\033[0m" << "\n";
+}
+
+/// For `qDebug() << error`, where the stream is a temporary.
+inline QDebug operator<<(QDebug &&out, const Error &error)
+{
+    return out << error;
+}
+
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vellix/export.h>
+
+#include <QObject>
+
+namespace vellix {
+
+/// Tells once more, before the process ends, that state must be saved: `prepareExit` is emitted from
+/// a process exit handler. A listener does its work within the slot; no event loop runs any more.
+///
+/// The process-wide notifier is a child of the application object. Should that object die before the
+/// exit handler has run, the notifier emits `prepareExit` as it goes. GUI thread only.
+class GESTURE_API_EXPORT ExitNotifier : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Every notifier made has the exit handler run once more.
+    explicit ExitNotifier(QObject *parent = nullptr);
+    ~ExitNotifier() override;
+
+    /// The process-wide notifier, made when there is none.
+    static ExitNotifier *instance();
+    /// Emits `prepareExit` of the process-wide notifier.
+    static void notify();
+
+Q_SIGNALS:
+    void prepareExit();
+
+private:
+    static void runExitHandler();
+};
+
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// Marks what libgesture_api offers; everything else in it is hidden.
+#define GESTURE_API_EXPORT Q_DECL_EXPORT

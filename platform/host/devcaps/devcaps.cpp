@@ -1,0 +1,72 @@
+#include <vellix/platform/devcaps.h>
+#include <vellix/platform/host.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <initializer_list>
+#include <vector>
+
+// The kernel lists a front light as a backlight or as an LED that says so in its name; one whose
+// colour can be changed has a warm and a cold channel of its own.
+
+namespace vellix {
+namespace devcaps {
+
+static std::vector<std::string> entries(const std::string &directory)
+{
+    std::vector<std::string> names;
+    std::error_code ignored;
+    for (std::filesystem::directory_iterator it(directory, ignored), end; it != end; it.increment(ignored)) {
+        std::string name = it->path().filename().string();
+        std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+        names.push_back(name);
+    }
+    return names;
+}
+
+static bool hasWord(const std::string &name, std::initializer_list<const char *> words)
+{
+    return std::any_of(words.begin(), words.end(),
+                       [&name](const char *word) { return name.find(word) != std::string::npos; });
+}
+
+static std::vector<std::string> frontlightChannels(const std::string &sysClass)
+{
+    std::vector<std::string> channels = entries(sysClass + "/backlight");
+    for (const std::string &led : entries(sysClass + "/leds")) {
+        if (hasWord(led, {"frontlight", "front-light", "front_light"}))
+            channels.push_back(led);
+    }
+    return channels;
+}
+
+bool hasFrontlight(const std::string &sysClass)
+{
+    return !frontlightChannels(sysClass).empty();
+}
+
+bool hasColourFrontlight(const std::string &sysClass)
+{
+    const std::vector<std::string> channels = frontlightChannels(sysClass);
+    const auto hasChannel = [&channels](std::initializer_list<const char *> words) {
+        return std::any_of(channels.begin(), channels.end(),
+                           [&words](const std::string &name) { return hasWord(name, words); });
+    };
+    return hasChannel({"warm", "amber", "orange"}) && hasChannel({"cold", "cool", "white"});
+}
+
+}
+}
+
+static const char *const sysClass = "/sys/class";
+
+bool device_has_frontlight(void)
+{
+    return vellix::devcaps::hasFrontlight(sysClass);
+}
+
+int hw_is_frontlight_color_supported(void)
+{
+    return vellix::devcaps::hasColourFrontlight(sysClass) ? 1 : 0;
+}

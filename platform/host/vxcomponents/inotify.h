@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <cstdint>
+
+namespace vellix {
+namespace components {
+
+/// Who is told of events. `watch` is the descriptor that Inotify::add gave; events on the watched
+/// thing itself come with an empty name.
+class InotifyListener : public QObject
+{
+public:
+    using QObject::QObject;
+
+    /// Notes the event; no reaction may follow yet.
+    virtual void note(int watch, const QByteArray &name, std::uint32_t mask) = 0;
+    /// Reacts to what was noted since the last call. May delete anything.
+    virtual void react() = 0;
+};
+
+/// The process's one inotify descriptor, shared by all listeners and there as long as one is.
+class Inotify : public QObject
+{
+public:
+    static Inotify *acquire();
+    static void release();
+
+    /// Watches a path for a listener; a negative value (and errno) when that is not possible.
+    int add(InotifyListener *listener, const QByteArray &path, std::uint32_t mask);
+    void remove(InotifyListener *listener, int watch);
+
+private:
+    Inotify();
+    ~Inotify() override;
+
+    void readEvents();
+    QList<InotifyListener *> noteEvents(const char *begin, const char *end);
+
+    static Inotify *s_instance;
+    static int s_users;
+
+    int m_descriptor;
+    QSocketNotifier m_notifier;
+    QHash<int, QList<InotifyListener *>> m_listeners;
+};
+
+}
+}
