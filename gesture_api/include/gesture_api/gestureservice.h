@@ -1,0 +1,110 @@
+#pragma once
+
+#include <gesture_api/applicationpaths.h>
+#include <gesture_api/feature.h>
+#include <gesture_api/gesture.h>
+
+#include <vellix/export.h>
+#include <vellix/platform/vxcomponents.h>
+
+#include <QDebug>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointF>
+#include <QPointer>
+#include <QRectF>
+#include <QString>
+
+#include <memory>
+
+namespace vellix {
+namespace gesture {
+
+/// The gestures of one application: the system's configuration with the user's bindings applied.
+/// Nothing is read before the gestures are first needed, and the files are read once. The gestures
+/// and their model are children of the service. A failed load is told on the log and gives no gestures.
+class GESTURE_API_EXPORT GestureService : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(const vellix::gesture::FeaturesProvider *featuresProvider READ featuresProvider NOTIFY
+                       featuresProviderChanged)
+    Q_PROPERTY(bool readonly READ readonly NOTIFY readonlyChanged)
+    Q_PROPERTY(vellix::components::ReadonlyLazyListModel *gestures READ gestures NOTIFY gesturesChanged)
+
+public:
+    using GestureList = components::ReadonlyLazyList<Gesture *>;
+
+    /// The zones that every configuration may name: a 3 by 3 grid, three vertical stripes, the whole screen.
+    static QMap<QString, QRectF> predefinedZones;
+
+    /// Saves when the process exits, unless `readonly`. The features provider is not owned, outlives
+    /// the service and may be null.
+    GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
+                   QObject *parent = nullptr);
+    /// A service of clones of the given gestures. It does not save at exit.
+    GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
+                   const GestureList &gestures, bool pruned, QObject *parent = nullptr);
+    ~GestureService() override;
+
+    const ApplicationPaths &paths() const { return m_paths; }
+    const FeaturesProvider *featuresProvider() const { return m_featuresProvider; }
+    bool readonly() const { return m_readonly; }
+    /// Whether save() was ever called.
+    bool saved() const { return m_saved; }
+    /// The model of the gestures; the display role holds a `Gesture *`.
+    components::ReadonlyLazyListModel *gestures() const;
+    /// The gestures in file order. They belong to the service.
+    const QList<Gesture *> &gestureList() const { return m_gestures.get(); }
+
+    /// The first gesture that a touch matches, or null. `position` is in relative screen coordinates.
+    Gesture *findGesture(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
+                         const QPointF &position) const;
+    /// The first gesture whose zone is or contains the given zone, or null.
+    Gesture *findGestureByZone(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
+                               const QRectF &zone) const;
+    /// A copy with its own gestures, which share their actions with these.
+    GestureService *clone(QObject *parent = nullptr) const;
+    /// Takes over the current actions of another service's gestures, paired by position. False at the
+    /// first pair that does not match; the pairs before it stay merged.
+    bool fastMerge(const GestureService *other);
+    QDebug &dump(QDebug &debug, int indent) const;
+
+    Q_INVOKABLE QObject *findGestureByZoneAsQObject(QString mode, int kind, int direction, QRectF zone) const;
+    Q_INVOKABLE QObject *findGestureAsQObject(QString mode, int kind, int direction, QPointF position) const;
+    /// Whether any gesture is of this Gesture::Kind.
+    Q_INVOKABLE bool containsGestureKind(int kind) const;
+    Q_INVOKABLE QObject *cloneAsQObject(QObject *parent = nullptr) const;
+    Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
+    /// Writes the current action of every gesture to the user's file. False when the service is
+    /// read-only or pruned; true says that it was tried, the log tells of a failure.
+    ///
+    /// A user file that could not be taken over is first kept beside it as "<file name>.rejected".
+    Q_INVOKABLE bool save();
+    /// Deletes the user's file; from now on this service and its clones never save.
+    Q_INVOKABLE bool prune();
+
+Q_SIGNALS:
+    void featuresProviderChanged(const vellix::gesture::FeaturesProvider *value);
+    void readonlyChanged(bool value);
+    void gesturesChanged(vellix::components::ReadonlyLazyListModel *value);
+
+private:
+    QList<Gesture *> load();
+    QMap<QString, QString> loadBindings();
+    bool keepRejectedFile();
+
+    const ApplicationPaths m_paths;
+    const QPointer<const FeaturesProvider> m_featuresProvider;
+    bool m_saved = false;
+    const bool m_readonly;
+    bool m_pruned = false;
+    bool m_loading = false;
+    // Set while the user's file holds what this service and its clones could not take over.
+    std::shared_ptr<bool> m_userFileRejected = std::make_shared<bool>(false);
+    const GestureList m_gestures;
+    mutable QPointer<components::ReadonlyLazyListModel> m_gesturesModel;
+};
+
+}
+}

@@ -1,0 +1,137 @@
+#include <gesture_api/applicationpaths.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+namespace vellix {
+namespace gesture {
+
+static Left<Error> fail(int line, const QString &message)
+{
+    return Left(Error({"../../../gesture_api/src/applicationpaths", line}, message.toStdString()));
+}
+
+ApplicationPaths::ApplicationPaths(const QString &appId, const QString &currentPath, const QString &defaultPath)
+    : m_appId(appId), m_currentPath(currentPath), m_defaultPath(defaultPath)
+{}
+
+QString ApplicationPaths::appId() const
+{
+    return m_appId;
+}
+
+QString ApplicationPaths::currentPath() const
+{
+    return m_currentPath;
+}
+
+QString ApplicationPaths::defaultPath() const
+{
+    return m_defaultPath;
+}
+
+bool ApplicationPaths::currentPathExists() const
+{
+    return PathResolver::newDefault().exists(m_currentPath.toStdString());
+}
+
+ApplicationPathsConfiguration::ApplicationPathsConfiguration(const QString &currentPath, const QString &defaultPath,
+                                                             const QString &fileName,
+                                                             const QStringList &prohibitedApps)
+    : m_currentPath(currentPath), m_defaultPath(defaultPath), m_fileName(fileName), m_prohibitedApps(prohibitedApps)
+{}
+
+ApplicationPathsConfiguration ApplicationPathsConfiguration::newDefault()
+{
+    // The tool that dumps the types of QML modules loads every plugin; it must not make gesture files.
+    return ApplicationPathsConfiguration(QStringLiteral("${USERDATA}/gestures/apps/current"),
+                                         QStringLiteral("${SYSTEMDATA}/config/gestures/apps/default"),
+                                         QStringLiteral("cfg.json"), {QStringLiteral("qmlplugindump")});
+}
+
+static bool isType(const QVariant &v, QMetaType::Type type)
+{
+    return v.userType() == type;
+}
+
+Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::fromVariant(const QVariant &value)
+{
+    if (!isType(value, QMetaType::QVariantMap))
+        return fail(__LINE__, QStringLiteral("expected map<>"));
+    const QVariantMap root = value.toMap();
+    const auto current = root.constFind(QStringLiteral("current"));
+    const auto defaults = root.constFind(QStringLiteral("default"));
+    const auto fileName = root.constFind(QStringLiteral("filename"));
+    const auto prohibited = root.constFind(QStringLiteral("prohibitedApps"));
+    const auto absent = root.constEnd();
+
+    if (current == absent)
+        return fail(__LINE__, QStringLiteral("field `current` must be set"));
+    if (defaults == absent)
+        return fail(__LINE__, QStringLiteral("field `default` must be set"));
+    if (fileName == absent)
+        return fail(__LINE__, QStringLiteral("field `filename` must be set"));
+    if (!isType(*current, QMetaType::QString))
+        return fail(__LINE__, QStringLiteral("field `current` must have type `string`"));
+    if (!isType(*defaults, QMetaType::QString))
+        return fail(__LINE__, QStringLiteral("field `default` must have type `string`"));
+    if (!isType(*fileName, QMetaType::QString))
+        return fail(__LINE__, QStringLiteral("field `filename` must have type `string`"));
+    if (prohibited != absent && !isType(*prohibited, QMetaType::QStringList)
+        && !isType(*prohibited, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("field 'prohibitedApps' must have type list<str>"));
+
+    return Right(ApplicationPathsConfiguration(current->toString(), defaults->toString(), fileName->toString(),
+                                               prohibited == absent ? QStringList() : prohibited->toStringList()));
+}
+
+Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
+{
+    const QString resolved = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    const auto unreadable = [&resolved](int line, const QString &reason) {
+        return fail(line, reason + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
+    };
+
+    // A pipe would block and a device might never end.
+    const QFileInfo info(resolved);
+    if (info.exists() && !info.isFile() && !info.isDir())
+        return unreadable(__LINE__, QStringLiteral("Not a regular file"));
+
+    QFile file(resolved);
+    if (!file.open(QIODevice::ReadOnly))
+        return unreadable(__LINE__, file.errorString());
+    return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
+}
+
+Either<Error, ApplicationPaths> ApplicationPathsConfiguration::appPaths(const QString &appId) const
+{
+    if (m_prohibitedApps.contains(appId))
+        return fail(__LINE__, QStringLiteral("app '") + appId + QStringLiteral("' is prohibited"));
+    const QString file = QLatin1Char('/') + appId + QLatin1Char('/') + m_fileName;
+    return Right(ApplicationPaths(appId, m_currentPath + file, m_defaultPath + file));
+}
+
+QString ApplicationPathsConfiguration::currentAppId()
+{
+    return QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+}
+
+QString ApplicationPathsConfiguration::currentPath() const
+{
+    return m_currentPath;
+}
+
+QString ApplicationPathsConfiguration::defaultPath() const
+{
+    return m_defaultPath;
+}
+
+QString ApplicationPathsConfiguration::fileName() const
+{
+    return m_fileName;
+}
+
+}
+}

@@ -1,0 +1,174 @@
+#include "atomicfile.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+namespace vellix {
+namespace gesture {
+
+namespace {
+class Descriptor
+{
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    bool isOpen() const { return m_descriptor >= 0; }
+    operator int() const { return m_descriptor; }
+
+    bool close()
+    {
+        const int descriptor = m_descriptor;
+        m_descriptor = -1;
+        // Linux closes the descriptor even when a signal interrupts the call.
+        return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
+    }
+
+private:
+    int m_descriptor;
+};
+}
+
+template <class Call>
+static auto untilNotInterrupted(const Call &call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+static int openFile(const std::string &path, int flags, mode_t mode = 0)
+{
+    return untilNotInterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
+}
+
+static bool writeAll(int descriptor, const QByteArray &bytes)
+{
+    for (qint64 done = 0; done < bytes.size();) {
+        const ssize_t count = untilNotInterrupted([&] {
+            return ::write(descriptor, bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done));
+        });
+        if (count <= 0)
+            return false;
+        done += count;
+    }
+    return true;
+}
+
+static bool sync(int descriptor)
+{
+    return untilNotInterrupted([&] { return ::fsync(descriptor); }) == 0;
+}
+
+// Where the last of a chain of links points to, even when nothing is there yet.
+static std::string followLinks(std::string path)
+{
+    std::error_code noLink;
+    for (int links = 0; links < 40; ++links) {
+        const std::filesystem::path target = std::filesystem::read_symlink(path, noLink);
+        if (noLink)
+            break;
+        path = (std::filesystem::path(path).parent_path() / target).string();
+    }
+    return path;
+}
+
+static std::string directoryOf(const std::string &path)
+{
+    const std::string directory = std::filesystem::path(path).parent_path().string();
+    return directory.empty() ? "." : directory;
+}
+
+static qint64 writeDirectly(int descriptor, const QByteArray &bytes)
+{
+    struct stat status;
+    if (fstat(descriptor, &status) != 0)
+        return -1;
+    const bool regular = S_ISREG(status.st_mode);
+    if (regular && untilNotInterrupted([&] { return ::ftruncate(descriptor, 0); }) != 0)
+        return -1;
+    return writeAll(descriptor, bytes) && (!regular || sync(descriptor)) ? bytes.size() : -1;
+}
+
+static bool syncDirectory(const std::string &directory)
+{
+    const Descriptor descriptor(openFile(directory, O_RDONLY | O_DIRECTORY));
+    return descriptor.isOpen() && sync(descriptor);
+}
+
+// A new file beside `target`, opened for writing; its name is set.
+static int openBeside(const std::string &target, std::string *name)
+{
+    const std::string stem = directoryOf(target) + "/.gestures-" + std::to_string(getpid()) + '-';
+    for (int attempt = 0;; ++attempt) {
+        *name = stem + std::to_string(attempt);
+        const int descriptor = openFile(*name, O_WRONLY | O_CREAT | O_EXCL, 0666);
+        if (descriptor >= 0 || errno != EEXIST)
+            return descriptor;
+    }
+}
+
+static bool copyOwnerAndMode(const struct stat &status, int descriptor)
+{
+    // Only root can give a file away; for everybody else it is their own already.
+    const bool same = status.st_uid == geteuid() && status.st_gid == getegid();
+    const bool owned = same || ::fchown(descriptor, status.st_uid, status.st_gid) == 0;
+    return ::fchmod(descriptor, owned ? status.st_mode & 07777 : status.st_mode & 0777) == 0;
+}
+
+Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &bytes)
+{
+    const std::string target = followLinks(QFile::encodeName(path).toStdString());
+
+    // The old file says whether it may be written at all; a pipe without a reader must not block.
+    const Descriptor existing(openFile(target, O_WRONLY | O_NONBLOCK));
+    if (!existing.isOpen() && errno != ENOENT)
+        return Left(qt_error_string(errno));
+    struct stat status = {};
+    if (existing.isOpen() && (fstat(existing, &status) != 0 || !S_ISREG(status.st_mode)))
+        return Right(writeDirectly(existing, bytes));
+
+    std::string name;
+    Descriptor temporary(openBeside(target, &name));
+    if (!temporary.isOpen()) {
+        if (!existing.isOpen())
+            return Left(qt_error_string(errno));
+        const bool mayNotMakeFiles = errno == EACCES || errno == EPERM || errno == EROFS;
+        return Right(mayNotMakeFiles ? writeDirectly(existing, bytes) : qint64(-1));
+    }
+
+    const bool replaced = (!existing.isOpen() || copyOwnerAndMode(status, temporary)) && writeAll(temporary, bytes)
+            && sync(temporary) && temporary.close() && std::rename(name.c_str(), target.c_str()) == 0;
+    if (!replaced)
+        ::unlink(name.c_str());
+    return Right(replaced && syncDirectory(directoryOf(target)) ? qint64(bytes.size()) : qint64(-1));
+}
+
+static void makeDirectories(const std::filesystem::path &directory)
+{
+    std::error_code ignored;
+    if (directory.empty() || std::filesystem::exists(directory, ignored))
+        return;
+    makeDirectories(directory.parent_path());
+    if (std::filesystem::create_directory(directory, ignored))
+        syncDirectory(directoryOf(directory.string()));
+}
+
+void makeDirectoriesFor(const QString &path)
+{
+    makeDirectories(directoryOf(QFile::encodeName(path).toStdString()));
+}
+
+}
+}

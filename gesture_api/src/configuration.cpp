@@ -1,0 +1,199 @@
+#include <gesture_api/configuration.h>
+
+#include "atomicfile.h"
+
+#include <vellix/platform/vxcomponents.h>
+
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <ostream>
+
+namespace vellix {
+namespace gesture {
+
+qint32 Configuration::ActionBindings::version = 1;
+
+// Log readers key on these line numbers: they are fixed, whatever becomes of this file.
+static Left<Error> fail(int line, const QString &message)
+{
+    return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
+}
+
+static bool isType(const QVariant &v, QMetaType::Type type)
+{
+    return v.userType() == type;
+}
+
+using Zones = QMap<QString, QRectF>;
+using ActionGroups = QMap<QString, QList<Action *>>;
+
+static Either<Error, Zones> zonesOf(const QVariantMap &root, const Zones &predefined)
+{
+    const auto section = root.constFind(QStringLiteral("zones"));
+    if (section == root.constEnd())
+        return Right(predefined);
+    if (!isType(*section, QMetaType::QVariantMap))
+        return fail(37, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("zones")));
+    return Gesture::zoneMapFromVariant(section->toMap(), predefined).map([&predefined](Zones zones) {
+        // A file cannot redefine what is there already.
+        for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
+            zones.insert(zone.key(), *zone);
+        return zones;
+    });
+}
+
+static Either<Error, QList<Action *>> actionsOf(const QVariantMap &root, const FeaturesProvider *featuresProvider,
+                                                QObject *owner)
+{
+    const auto section = root.constFind(QStringLiteral("actions"));
+    if (section == root.constEnd())
+        return Right(QList<Action *>());
+    if (!isType(*section, QMetaType::QVariantList))
+        return fail(46, QStringLiteral("'%1' field must be 'list'").arg(QStringLiteral("actions")));
+    return Action::listFromVariant(*section, featuresProvider, {}, {}, owner);
+}
+
+static Either<Error, ActionGroups> actionGroupsOf(const QVariantMap &root, const QList<Action *> &actions,
+                                                  QObject *owner)
+{
+    const auto section = root.constFind(QStringLiteral("actionGroups"));
+    if (section == root.constEnd())
+        return Right(ActionGroups());
+    if (!isType(*section, QMetaType::QVariantMap))
+        return fail(55, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("actionGroups")));
+    return Action::actionGroupsFromVariant(section->toMap(), actions, nullptr, owner);
+}
+
+static Either<Error, QList<Gesture *>> withUniqueIds(const QList<Gesture *> &gestures)
+{
+    // Only neighbours are compared, and the id named is the first one behind the kept part.
+    QList<Gesture *> kept = gestures;
+    const auto end = std::unique(kept.begin(), kept.end(), [](const Gesture *a, const Gesture *b) {
+        return a->id() == b->id();
+    });
+    if (end != kept.end())
+        return fail(69, QStringLiteral("gesture id must be unique but dublicate found: `") + (*end)->id()
+                    + QLatin1Char('`'));
+    return Right(gestures);
+}
+
+Either<Error, QList<Gesture *>> Configuration::loadJson(const QString &fileName,
+                                                        const FeaturesProvider *featuresProvider,
+                                                        const QMap<QString, QRectF> &zones,
+                                                        const QMap<QString, QString> &bindings, QObject *parent)
+{
+    return components::VariantLoader::loadJson(fileName).flatMap([=](const QVariant &document) {
+        return fromVariant(document, featuresProvider, zones, bindings, parent);
+    });
+}
+
+Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &document,
+                                                           const FeaturesProvider *featuresProvider,
+                                                           const QMap<QString, QRectF> &zones,
+                                                           const QMap<QString, QString> &bindings, QObject *parent)
+{
+    if (!document.isValid())
+        return fail(19, QStringLiteral("invalid variant"));
+    if (document.isNull())
+        return fail(22, QStringLiteral("null variant"));
+    const QVariantMap root = document.toMap();
+
+    const auto allZones = zonesOf(root, zones);
+    if (allZones.isLeft())
+        return Left(allZones.left());
+
+    // What no gesture takes over goes with the owner.
+    QObject owner;
+    const auto actions = actionsOf(root, featuresProvider, &owner);
+    if (actions.isLeft())
+        return Left(actions.left());
+
+    const auto groups = actionGroupsOf(root, actions.right(), &owner);
+    if (groups.isLeft())
+        return Left(groups.left());
+
+    const auto gestures = root.constFind(QStringLiteral("gestures"));
+    if (gestures == root.constEnd())
+        return fail(76, QStringLiteral("'gestures' is obligatory field"));
+    if (!isType(*gestures, QMetaType::QVariantList))
+        return fail(73, QStringLiteral("'%1' field must be 'list'").arg(QStringLiteral("gestures")));
+    return Gesture::listFromVariant(gestures->toList(), featuresProvider, actions.right(), groups.right(),
+                                    allZones.right(), bindings, parent)
+            .flatMap(withUniqueIds);
+}
+
+using Bindings = QMap<QString, QString>;
+using ParsingError = Configuration::ActionBindings::ParsingError;
+
+Either<ParsingError, Bindings> Configuration::ActionBindings::loadJson(const QString &fileName)
+{
+    return components::VariantLoader::loadJson(fileName)
+            .mapLeft([](const Error &error) { return ParsingError(error); })
+            .flatMap([&fileName](const QVariant &root) -> Either<ParsingError, Bindings> {
+                if (!isType(root, QMetaType::QVariantMap))
+                    return fail(163, QLatin1Char('`') + fileName + QStringLiteral("` root bust be map<>"));
+                return fromVariant(root.toMap());
+            });
+}
+
+Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const QVariantMap &root)
+{
+    const auto found = root.constFind(QStringLiteral("version"));
+    if (found == root.constEnd())
+        return fail(84, QStringLiteral("`version` is obligatory field"));
+    bool isNumber = false;
+    const qint32 number = found->toInt(&isNumber);
+    if (!isNumber)
+        return fail(89, QStringLiteral("`version` type must be `int`"));
+    if (number != version)
+        return Left(ParsingError::VersionNotMatch{number});
+
+    const auto actions = root.constFind(QStringLiteral("actions"));
+    if (actions == root.constEnd())
+        return fail(111, QStringLiteral("`actions` is obligatory field"));
+    if (!isType(*actions, QMetaType::QVariantMap))
+        return fail(108, QStringLiteral("`actions` type must be `map<str, str>`"));
+
+    Bindings bindings;
+    const QVariantMap entries = actions->toMap();
+    for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+        if (!isType(*entry, QMetaType::QString))
+            return fail(102, QStringLiteral("`actions` value type must be `str`"));
+        bindings.insert(entry.key(), entry->toString());
+    }
+    return Right(bindings);
+}
+
+QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
+{
+    QVariantMap actions;
+    for (const Gesture *gesture : gestures) {
+        if (gesture && gesture->currentAction())
+            actions.insert(gesture->id(), gesture->currentAction()->path());
+    }
+    return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
+}
+
+Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
+                                                                const QList<Gesture *> &gestures)
+{
+    const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
+    const QByteArray text = QJsonDocument::fromVariant(toVariant(gestures)).toJson(QJsonDocument::Indented);
+    makeDirectoriesFor(path);
+    return writeAtomically(path, text).mapLeft([&path](const QString &reason) {
+        return QStringLiteral("can not open file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    });
+}
+
+std::ostream &operator<<(std::ostream &out, const ParsingError &error)
+{
+    if (const auto *versionNotMatch = boost::get<ParsingError::VersionNotMatch>(&error.value))
+        return out << "VersionNotMatch(" << versionNotMatch->version << ")";
+    if (const auto *other = boost::get<Error>(&error.value))
+        return out << "OtherError(" << *other << ")";
+    return out << "Undefined error type";
+}
+
+}
+}

@@ -1,0 +1,229 @@
+#include <gesture_api/gestureservice.h>
+
+#include "atomicfile.h"
+#include "dump.h"
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/zones.h>
+
+#include <vellix/exitnotifier.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace vellix {
+namespace gesture {
+
+using ActionBindings = Configuration::ActionBindings;
+using components::ReadonlyLazyListModel;
+
+static QMap<QString, QRectF> makePredefinedZones()
+{
+    const QMap<QString, QRectF> none;
+    QMap<QString, QRectF> zones = Zones::generate3x3Model(QPointF(4.0, 5.0)).getOrErr(none);
+    for (const QMap<QString, QRectF> &more : {Zones::generateV3Model(8.0).getOrErr(none), Zones::wholeZone()}) {
+        for (auto zone = more.cbegin(); zone != more.cend(); ++zone)
+            zones.insert(zone.key(), *zone);
+    }
+    return zones;
+}
+
+QMap<QString, QRectF> GestureService::predefinedZones = makePredefinedZones();
+
+GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
+                               QObject *parent)
+    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_readonly(readonly),
+      m_gestures([this] { return load(); })
+{
+    connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, this, &GestureService::save);
+}
+
+GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
+                               const GestureList &gestures, bool pruned, QObject *parent)
+    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_readonly(readonly), m_pruned(pruned),
+      m_gestures(gestures.map<Gesture *>([this](Gesture *const &gesture) -> Gesture * {
+          return gesture ? gesture->clone(this) : nullptr;
+      }))
+{}
+
+GestureService::~GestureService()
+{
+    // The model reads the list, which goes before the children do.
+    delete m_gesturesModel;
+}
+
+ReadonlyLazyListModel *GestureService::gestures() const
+{
+    if (!m_gesturesModel)
+        m_gesturesModel = m_gestures.acquireModel(const_cast<GestureService *>(this));
+    return m_gesturesModel;
+}
+
+static bool isOf(const Gesture *gesture, const QString &mode, Gesture::Kind kind, Gesture::Direction direction)
+{
+    // The cheap tests first: most gestures differ in kind or direction.
+    return gesture && gesture->kind() == kind && gesture->direction() == direction
+            && (gesture->modes().isEmpty() || gesture->modes().contains(mode));
+}
+
+Gesture *GestureService::findGesture(const QString &mode, const Gesture::Kind &kind,
+                                     const Gesture::Direction &direction, const QPointF &position) const
+{
+    for (Gesture *gesture : gestureList()) {
+        if (isOf(gesture, mode, kind, direction) && gesture->zone().contains(position))
+            return gesture;
+    }
+    return nullptr;
+}
+
+Gesture *GestureService::findGestureByZone(const QString &mode, const Gesture::Kind &kind,
+                                           const Gesture::Direction &direction, const QRectF &zone) const
+{
+    for (Gesture *gesture : gestureList()) {
+        if (isOf(gesture, mode, kind, direction)
+            && (gesture->zone() == zone || Zones::contains(gesture->zone(), zone)))
+            return gesture;
+    }
+    return nullptr;
+}
+
+GestureService *GestureService::clone(QObject *parent) const
+{
+    auto *copy = new GestureService(m_paths, m_featuresProvider, m_readonly, m_gestures, m_pruned, parent);
+    copy->m_userFileRejected = m_userFileRejected;
+    return copy;
+}
+
+bool GestureService::fastMerge(const GestureService *other)
+{
+    if (!other)
+        return false;
+    const QList<Gesture *> &mine = gestureList();
+    const QList<Gesture *> &theirs = other->gestureList();
+    for (int i = 0; i < std::min(mine.size(), theirs.size()); ++i) {
+        if (mine.at(i) && theirs.at(i) && !mine.at(i)->merge(theirs.at(i)))
+            return false;
+    }
+    Q_EMIT gesturesChanged(gestures());
+    return true;
+}
+
+QDebug &GestureService::dump(QDebug &debug, int indent) const
+{
+    debug << indentText(indent).constData() << "gestures:\n";
+    for (const Gesture *gesture : gestureList()) {
+        if (gesture)
+            gesture->dump(debug, indent + 1);
+        else
+            debug << indentText(indent + 1).constData() << "  null\n";
+    }
+    return debug;
+}
+
+QObject *GestureService::findGestureByZoneAsQObject(QString mode, int kind, int direction, QRectF zone) const
+{
+    return findGestureByZone(mode, static_cast<Gesture::Kind>(kind), static_cast<Gesture::Direction>(direction), zone);
+}
+
+QObject *GestureService::findGestureAsQObject(QString mode, int kind, int direction, QPointF position) const
+{
+    return findGesture(mode, static_cast<Gesture::Kind>(kind), static_cast<Gesture::Direction>(direction), position);
+}
+
+bool GestureService::containsGestureKind(int kind) const
+{
+    const QList<Gesture *> &gestures = gestureList();
+    return std::any_of(gestures.cbegin(), gestures.cend(),
+                       [kind](const Gesture *gesture) { return gesture && gesture->kind() == kind; });
+}
+
+QObject *GestureService::cloneAsQObject(QObject *parent) const
+{
+    return clone(parent);
+}
+
+bool GestureService::fastMergeWithQObject(QObject *other)
+{
+    return fastMerge(qobject_cast<GestureService *>(other));
+}
+
+bool GestureService::save()
+{
+    m_saved = true;
+    if (m_readonly || m_pruned)
+        return false;
+    // An error at load may end the process: there is nothing to save then, and much to lose.
+    if (m_loading)
+        return true;
+    const QList<Gesture *> &gestures = gestureList();
+    if (keepRejectedFile())
+        ActionBindings::saveJson(m_paths.currentPath(), gestures).qGetOrErr(0);
+    return true;
+}
+
+bool GestureService::prune()
+{
+    m_pruned = true;
+    return PathResolver::newDefault().remove(m_paths.currentPath().toStdString());
+}
+
+QList<Gesture *> GestureService::load()
+{
+    m_loading = true;
+    const QMap<QString, QString> bindings = loadBindings();
+    const auto gestures =
+            Configuration::loadJson(m_paths.defaultPath(), m_featuresProvider, predefinedZones, bindings, this);
+    if (gestures.isLeft() && !bindings.isEmpty())
+        *m_userFileRejected = true;
+    const QList<Gesture *> list = gestures.getOrErr({});
+    m_loading = false;
+    return list;
+}
+
+QMap<QString, QString> GestureService::loadBindings()
+{
+    const QMap<QString, QString> none;
+    if (!m_paths.currentPathExists())
+        return none;
+    const auto bindings = ActionBindings::loadJson(m_paths.currentPath());
+    if (bindings.isRight())
+        return bindings.right();
+
+    *m_userFileRejected = true;
+    const auto *other = boost::get<ActionBindings::ParsingError::VersionNotMatch>(&bindings.left().value);
+    if (!other)
+        return bindings.getOrErr(none);
+    qWarning() << "[warn] version not match: found:" << other->version << "needed:" << ActionBindings::version;
+    return none;
+}
+
+static bool isWritten(const Either<QString, qint64> &result)
+{
+    return result.isRight() && result.right() >= 0;
+}
+
+// What a save is about to overwrite is somebody's choice that we did not understand.
+bool GestureService::keepRejectedFile()
+{
+    const QString path = QString::fromStdString(
+            PathResolver::newDefault().resolvePreffix(m_paths.currentPath().toStdString()));
+    if (!*m_userFileRejected || !QFileInfo(path).isFile())
+        return true;
+
+    QFile file(path);
+    const bool readable = file.open(QIODevice::ReadOnly);
+    const QByteArray bytes = file.readAll();
+    const bool kept = readable && file.error() == QFileDevice::NoError
+            && isWritten(writeAtomically(path + QStringLiteral(".rejected"), bytes));
+    if (!kept) {
+        qCritical() << "[error] not saved, the rejected file can not be kept beside it (path:" << path << ")";
+        return false;
+    }
+    *m_userFileRejected = false;
+    return true;
+}
+
+}
+}

@@ -1,0 +1,133 @@
+#include <gesture_api/gestureserviceprovider.h>
+
+#include <vellix/exitnotifier.h>
+#include <vellix/platform/slateview.h>
+#include <vellix/platform/vxcomponents.h>
+
+namespace vellix {
+namespace gesture {
+
+GestureServiceProvider::GestureServiceProvider(const FeaturesProvider *featuresProvider, QObject *parent)
+    : QObject(parent), m_appId(ApplicationPathsConfiguration::currentAppId())
+{
+    connect(this, &GestureServiceProvider::appIdChanged, this, [this, featuresProvider](const QString &appId) {
+        syncApp(appId, featuresProvider);
+        installService(featuresProvider, appId, m_readonly);
+    });
+    connect(this, &GestureServiceProvider::readonlyChanged, this, [this, featuresProvider](bool readonly) {
+        installService(featuresProvider, m_appId, readonly);
+    });
+    // Queued, so that QML can set its properties first.
+    QMetaObject::invokeMethod(
+            this,
+            [this, featuresProvider] {
+                syncApp(m_appId, featuresProvider);
+                if (!m_service)
+                    installService(featuresProvider, m_appId, m_readonly);
+            },
+            Qt::QueuedConnection);
+}
+
+void GestureServiceProvider::setAppId(QString value)
+{
+    if (value == m_appId)
+        return;
+    m_appId = value;
+    Q_EMIT appIdChanged(value);
+}
+
+void GestureServiceProvider::setReadonly(bool value)
+{
+    if (value == m_readonly)
+        return;
+    m_readonly = value;
+    Q_EMIT readonlyChanged(value);
+}
+
+Either<Error, GestureService *> GestureServiceProvider::newGestureService(const FeaturesProvider *featuresProvider,
+                                                                          const QString &appId, bool readonly,
+                                                                          QObject *parent)
+{
+    return applicationPathsConfiguration().appPaths(appId).map([=](const ApplicationPaths &paths) {
+        return new GestureService(paths, featuresProvider, readonly, parent);
+    });
+}
+
+ApplicationPathsConfiguration GestureServiceProvider::applicationPathsConfiguration()
+{
+    static const ApplicationPathsConfiguration configuration =
+            ApplicationPathsConfiguration::loadJson(
+                    QStringLiteral("${SYSTEMDATA}/config/gestures/application_paths.json"))
+                    .qGetOrErr(ApplicationPathsConfiguration::newDefault());
+    return configuration;
+}
+
+void GestureServiceProvider::setService(GestureService *service)
+{
+    if (service == m_service)
+        return;
+    m_service = service;
+    Q_EMIT serviceChanged(service);
+}
+
+void GestureServiceProvider::installService(const FeaturesProvider *featuresProvider, const QString &appId,
+                                            bool readonly)
+{
+    if (m_service)
+        m_service->deleteLater();
+    setService(appId.isEmpty() ? nullptr
+                               : newGestureService(featuresProvider, appId, readonly, this).getOrWarn(nullptr));
+}
+
+void GestureServiceProvider::loadService(const FeaturesProvider *featuresProvider)
+{
+    if (m_service || m_appId.isEmpty())
+        return;
+    setService(newGestureService(featuresProvider, m_appId, m_readonly, this).getOrWarn(nullptr));
+}
+
+void GestureServiceProvider::releaseService()
+{
+    if (!m_service)
+        return;
+    m_service->deleteLater();
+    setService(nullptr);
+}
+
+void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvider *featuresProvider)
+{
+    if (m_watcher)
+        m_watcher->deleteLater();
+    if (appId.isEmpty())
+        return;
+    const auto paths = applicationPathsConfiguration().appPaths(appId);
+    if (paths.isLeft())
+        return;
+    const QString currentPath = QString::fromStdString(
+            PathResolver::newDefault().resolvePreffix(paths.right().currentPath().toStdString()));
+    m_watcher = components::fs::__watchFileChange(currentPath, this,
+                                                  [this, featuresProvider] { replaceStaleService(featuresProvider); });
+}
+
+void GestureServiceProvider::replaceStaleService(const FeaturesProvider *featuresProvider)
+{
+    // Somebody wrote newer bindings: the old ones must not be put over them at exit.
+    if (m_service)
+        disconnect(ExitNotifier::instance(), nullptr, m_service, nullptr);
+    releaseService();
+    loadService(featuresProvider);
+}
+
+}
+}
+
+QString app_name()
+{
+    const int pid = GetCurrentTask();
+    if (pid < 1)
+        return QStringLiteral("null pid");
+    const TaskInfo *info = GetTaskInfo(pid);
+    if (!info)
+        return QStringLiteral("app info unavailable");
+    return QString::number(pid) + QLatin1Char(':') + QString::fromUtf8(info->name);
+}
