@@ -8,8 +8,7 @@ function(gesture_api_defaults target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_definitions(${target} PRIVATE
-        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS
-        QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+        QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
         "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
@@ -20,8 +19,10 @@ function(gesture_api_shared_library target)
     add_library(${target} SHARED ${ARGN})
     add_library(GestureApi::${target} ALIAS ${target})
     gesture_api_defaults(${target})
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
     set_target_properties(${target} PROPERTIES
-        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN") # its neighbours, wherever the prefix is
     target_link_options(${target} PRIVATE -Wl,--as-needed -Wl,--no-undefined)
     install(TARGETS ${target} EXPORT GestureApiTargets
             LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -28,9 +28,9 @@ Action::Action(const QString &path, const QStringList &titles, const QList<Featu
 
 Action::~Action()
 {
-    const QList<Gesture *> users = m_users;
-    for (Gesture *user : users)
-        user->forget(this);
+    // Whoever hears of it may destroy other gestures, which then leave the list.
+    while (!m_users.isEmpty())
+        m_users.takeLast()->forget(this);
 }
 
 QString Action::path() const

@@ -129,6 +129,8 @@ static bool copyOwnerAndMode(const struct stat &status, int descriptor)
 
 Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &bytes)
 {
+    if (path.isEmpty())
+        return Left(QStringLiteral("No file name specified"));
     const std::string target = followLinks(QFile::encodeName(path).toStdString());
 
     // The old file says whether it may be written at all; a pipe without a reader must not block.

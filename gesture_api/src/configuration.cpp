@@ -118,9 +118,17 @@ Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &docum
         return fail(76, QStringLiteral("'gestures' is obligatory field"));
     if (!isType(*gestures, QMetaType::QVariantList))
         return fail(73, QStringLiteral("'%1' field must be 'list'").arg(QStringLiteral("gestures")));
-    return Gesture::listFromVariant(gestures->toList(), featuresProvider, actions.right(), groups.right(),
-                                    allZones.right(), bindings, parent)
-            .flatMap(withUniqueIds);
+
+    // Without a parent nobody could reach the gestures made before a failure: they go with this one.
+    QObject orphanage;
+    const auto read = Gesture::listFromVariant(gestures->toList(), featuresProvider, actions.right(), groups.right(),
+                                               allZones.right(), bindings, parent ? parent : &orphanage)
+                              .flatMap(withUniqueIds);
+    if (!parent && read.isRight()) {
+        for (Gesture *gesture : read.right())
+            gesture->setParent(nullptr);
+    }
+    return read;
 }
 
 using Bindings = QMap<QString, QString>;

@@ -21,7 +21,9 @@ GestureServiceProvider::GestureServiceProvider(const FeaturesProvider *featuresP
     QMetaObject::invokeMethod(
             this,
             [this, featuresProvider] {
-                syncApp(m_appId, featuresProvider);
+                // A watch that is there already may have a change to report: it stays.
+                if (!m_watcher || m_watchedAppId != m_appId)
+                    syncApp(m_appId, featuresProvider);
                 if (!m_service)
                     installService(featuresProvider, m_appId, m_readonly);
             },
@@ -103,6 +105,7 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
     const auto paths = applicationPathsConfiguration().appPaths(appId);
     if (paths.isLeft())
         return;
+    m_watchedAppId = appId;
     const QString currentPath = QString::fromStdString(
             PathResolver::newDefault().resolvePreffix(paths.right().currentPath().toStdString()));
     m_watcher = components::fs::__watchFileChange(currentPath, this,

@@ -60,10 +60,11 @@ class GESTURE_API_EXPORT Gesture : public QObject
     Q_PROPERTY(bool supported READ supported NOTIFY supportedChanged)
 
 public:
-    enum Kind { Tap, Hold, Swipe, Drag, Undefined };
+    // Of a fixed type: QML passes any integer.
+    enum Kind : int { Tap, Hold, Swipe, Drag, Undefined };
     Q_ENUM(Kind)
 
-    enum Direction { ToLeft, ToRight, ToTop, ToBottom, NoDirection };
+    enum Direction : int { ToLeft, ToRight, ToTop, ToBottom, NoDirection };
     Q_ENUM(Direction)
 
     /// The whole screen, (0, 0, 1, 1).

@@ -65,6 +65,7 @@ private:
     bool m_readonly = true;
     QPointer<GestureService> m_service;
     QPointer<QObject> m_watcher;
+    QString m_watchedAppId;
 };
 
 }

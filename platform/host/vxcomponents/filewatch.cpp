@@ -117,8 +117,9 @@ private:
         if (content == m_content)
             return;
         m_content = content;
-        if (m_callback)
-            m_callback(); // may delete this
+        const std::function<void()> callback = m_callback; // the call may delete this watch and what it holds
+        if (callback)
+            callback();
     }
 
     // Watches every directory on the way to the file, links included, from the root down. Each is

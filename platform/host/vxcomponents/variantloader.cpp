@@ -12,6 +12,20 @@ static Left<Error> fail(int line, const QString &message)
     return Left(Error({"../../../platform/host/vxcomponents/variantloader", line}, message.toStdString()));
 }
 
+// The byte that the parser refused. It stops behind it, except for the errors named here.
+static int offsetOf(const QJsonParseError &error)
+{
+    switch (error.error) {
+    case QJsonParseError::IllegalNumber:
+    case QJsonParseError::IllegalUTF8String:
+    case QJsonParseError::UnterminatedString:
+    case QJsonParseError::GarbageAtEnd:
+        return error.offset;
+    default:
+        return qMax(0, error.offset - 1);
+    }
+}
+
 // "LINE:COLUMN" of a byte offset, both counted from one and columns in characters.
 static QString place(const QByteArray &text, int offset)
 {
@@ -43,7 +57,7 @@ Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError)
-        return fail(__LINE__, path + QLatin1Char(':') + place(text, error.offset) + QStringLiteral(": ")
+        return fail(__LINE__, path + QLatin1Char(':') + place(text, offsetOf(error)) + QStringLiteral(": ")
                     + error.errorString());
     return Right(document.toVariant());
 }
