@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# Installs the build to a prefix, compiles an outside project against it, and builds the library anew
+# against the installed host libraries as if they were the device's: install.sh SOURCE BUILD
+set -euo pipefail
+trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+source=$1
+build=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+launcher=()
+command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+
+configure() { # SOURCE BUILD OPTION...
+    cmake -S "$1" -B "$2" -G Ninja "${launcher[@]}" "${@:3}" >"$work/log" 2>&1 || { cat "$work/log"; return 1; }
+    cmake --build "$2" >"$work/log" 2>&1 || { cat "$work/log"; return 1; }
+}
+
+export XDG_DATA_DIRS=$source/examples/data XDG_DATA_HOME=$work/user
+
+# The README's own client and project file are the outside project.
+mkdir "$work/client"
+sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/client.cpp"
+{
+    echo 'cmake_minimum_required(VERSION 3.25)'
+    echo 'project(client CXX)'
+    sed -n '/^```cmake$/,/^```$/p' "$source/README.md" | sed '1d;$d'
+} >"$work/client/CMakeLists.txt"
+
+cmake --install "$build" --prefix "$work/host" >/dev/null
+configure "$work/client" "$work/client-host" "-DCMAKE_PREFIX_PATH=$work/host"
+[ "$("$work/client-host/client")" = page/next ]
+
+export PKG_CONFIG_PATH=$(dirname "$(find "$work/host" -name gesture_api.pc)")
+libraries=$(pkg-config --variable=libdir gesture_api)
+g++ -std=c++17 -fPIC $(pkg-config --cflags gesture_api | sed "s#-I/usr/local#-I$work/host#") \
+    "-I$work/host/include" "$work/client/client.cpp" -o "$work/client-pc" \
+    "-L$(dirname "$PKG_CONFIG_PATH")" "-Wl,-rpath,$(dirname "$PKG_CONFIG_PATH")" $(pkg-config --libs gesture_api)
+[ "$("$work/client-pc")" = page/next ]
+
+# A device's root has the four libraries and nothing else of ours.
+mkdir -p "$work/device/lib"
+for library in baseutil vxcomponents devcaps slateview; do
+    find "$work/host" -name "lib$library.so*" -exec cp -P {} "$work/device/lib/" \;
+done
+configure "$source" "$work/build-device" -DGESTURE_API_PLATFORM=device "-DCMAKE_PREFIX_PATH=$work/device" \
+    -DBUILD_TESTING=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+built=$(find "$work/build-device" -name 'libbaseutil*' -o -name 'libvxcomponents*' -o -name 'libdevcaps*' -o -name 'libslateview*')
+[ -z "$built" ]
+ldd "$work/build-device/tools/gesturectl" | grep -q "$work/device/lib/libvxcomponents.so.1"
+touch=(find --app reader --mode reading --kind tap --at 0.9,0.5)
+[ "$("$work/build-device/tools/gesturectl" "${touch[@]}")" = "ReadingTapRightNoDirection page/next" ]
+
+# What the device build installs serves clients, too, and has nothing of the host.
+cmake --install "$work/build-device" --prefix "$work/installed" >/dev/null
+[ -z "$(find "$work/installed" -name host.h)" ]
+configure "$work/client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
+[ "$(LD_LIBRARY_PATH=$work/device/lib "$work/client-device/client")" = page/next ]
+
+# A device whose libraries are not there is told which one is missing.
+if cmake -S "$source" -B "$work/build-none" -G Ninja -DGESTURE_API_PLATFORM=device -DBUILD_TESTING=OFF \
+        >"$work/log" 2>&1; then
+    echo "configured without the device's libraries" >&2
+    exit 1
+fi
+grep -q baseutil "$work/log"

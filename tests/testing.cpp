@@ -1,0 +1,125 @@
+#include "testing.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <iostream>
+#include <sstream>
+
+namespace testing {
+
+static LogCapture *capture = nullptr;
+
+QVariant json(const QByteArray &text)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson('[' + text + ']', &error);
+    if (error.error != QJsonParseError::NoError)
+        qFatal("a test's JSON is wrong: %s: %s", qPrintable(error.errorString()), text.constData());
+    return document.toVariant().toList().value(0);
+}
+
+static void captureQt(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    static const char *const levels[] = {"debug", "warning", "critical", "fatal", "info"};
+    capture->qtMessages.append(QStringLiteral("%1 %2: ").arg(QLatin1String(levels[type]),
+                                                            QLatin1String(context.category))
+                               + text);
+}
+
+LogCapture::LogCapture() : m_previous(capture)
+{
+    capture = this;
+    m_previousHandler = qInstallMessageHandler(captureQt);
+}
+
+LogCapture::~LogCapture()
+{
+    qInstallMessageHandler(m_previousHandler);
+    capture = m_previous;
+}
+
+DataTree::DataTree()
+{
+    qputenv("XDG_DATA_HOME", QFile::encodeName(m_root.filePath(QStringLiteral("user"))));
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(m_root.filePath(QStringLiteral("system"))));
+}
+
+DataTree::~DataTree()
+{
+    qunsetenv("XDG_DATA_HOME");
+    qunsetenv("XDG_DATA_DIRS");
+}
+
+QString DataTree::userFile(const QString &appId) const
+{
+    return user(QStringLiteral("gestures/apps/current/") + appId + QStringLiteral("/cfg.json"));
+}
+
+QString DataTree::defaultFile(const QString &appId) const
+{
+    return system(QStringLiteral("config/gestures/apps/default/") + appId + QStringLiteral("/cfg.json"));
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFileInfo(path).dir().mkpath(QStringLiteral("."));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("can not write %s", qPrintable(path));
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
+
+QStringList filesBelow(const QString &directory)
+{
+    QStringList files;
+    QDirIterator it(directory, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files.append(QDir(directory).relativeFilePath(it.next()));
+    files.sort();
+    return files;
+}
+
+static void log(const QString &level, const std::string &file, int line, const std::string &function,
+                const vellix::utilities::log::cb::Writer &writer)
+{
+    std::ostringstream body;
+    writer(body);
+    if (capture) {
+        capture->lines.append({level, QString::fromStdString(file), line, QString::fromStdString(function),
+                               QString::fromStdString(body.str())});
+    } else {
+        std::cerr << qPrintable(level) << ": " << body.str() << std::endl;
+    }
+}
+
+}
+
+// The program's own log stands before the platform library's.
+namespace vellix {
+namespace utilities {
+namespace log {
+namespace cb {
+
+void error(const std::string &file, int line, const std::string &function, const Writer &writer)
+{
+    testing::log(QStringLiteral("error"), file, line, function, writer);
+}
+
+void warn(const std::string &file, int line, const std::string &function, const Writer &writer)
+{
+    testing::log(QStringLiteral("warn"), file, line, function, writer);
+}
+
+}
+}
+}
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <vellix/either.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVariant>
+#include <QtTest>
+
+// What the tests share.
+
+namespace testing {
+
+/// Any JSON value as the loader would hand it over.
+QVariant json(const QByteArray &text);
+inline QVariantMap jsonMap(const QByteArray &text) { return json(text).toMap(); }
+
+/// The message of a failed result, or "no failure".
+template <class T>
+QString failure(const vellix::Either<vellix::Error, T> &result)
+{
+    if (result.isRight())
+        return QStringLiteral("no failure");
+    const auto &records = result.left().records;
+    return records.size() == 1 ? QString::fromStdString(records.front().message) : QStringLiteral("not one record");
+}
+
+/// The file of the place where a failed result was made.
+template <class T>
+QString failureFile(const vellix::Either<vellix::Error, T> &result)
+{
+    return result.isRight() ? QString() : QString::fromStdString(result.left().records.front().location.file);
+}
+
+/// Everything printed while `print` writes to a debug stream.
+template <class Print>
+QString debugText(const Print &print)
+{
+    QString text;
+    QDebug stream(&text);
+    print(stream);
+    return text;
+}
+
+struct LogLine
+{
+    QString level;
+    QString file;
+    int line;
+    QString function;
+    QString body;
+};
+
+/// Takes what is logged while it lives, through the platform's log or Qt's, away from the terminal.
+class LogCapture
+{
+public:
+    LogCapture();
+    ~LogCapture();
+
+    QList<LogLine> lines;
+    QStringList qtMessages; // "LEVEL CATEGORY: TEXT"
+
+private:
+    LogCapture *m_previous;
+    QtMessageHandler m_previousHandler;
+};
+
+/// Data directories of a user and a system, made for one test.
+class DataTree
+{
+public:
+    DataTree();
+    ~DataTree();
+
+    QString userFile(const QString &appId) const;
+    QString defaultFile(const QString &appId) const;
+    QString user(const QString &path = QString()) const { return m_root.filePath(QStringLiteral("user/vellix/") + path); }
+    QString system(const QString &path = QString()) const
+    {
+        return m_root.filePath(QStringLiteral("system/vellix/") + path);
+    }
+    QString root() const { return m_root.path(); }
+
+private:
+    QTemporaryDir m_root;
+};
+
+/// Writes a file with its directories.
+void writeFile(const QString &path, const QByteArray &bytes);
+QByteArray readFile(const QString &path);
+/// Every file below a directory, hidden ones included, as sorted relative paths.
+QStringList filesBelow(const QString &directory);
+
+}
+
+/// Fails with the left side's message when a result is not right.
+#define VERIFY_RIGHT(result) \
+    QVERIFY2((result).isRight(), qPrintable(testing::failure(result)))

@@ -1,0 +1,139 @@
+#include "testing.h"
+
+#include <vellix/platform/baseutil.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace vellix;
+
+class tst_BaseUtil : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_directory.reset(new QTemporaryDir);
+        qputenv("HOME", QFile::encodeName(m_directory->filePath(QStringLiteral("home"))));
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("XDG_DATA_DIRS");
+    }
+
+    void resolvePreffix_data()
+    {
+        QTest::addColumn<QString>("dataHome");
+        QTest::addColumn<QString>("dataDirs");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("expected");
+        const QString user = QStringLiteral("${USERDATA}/a/b");
+        const QString system = QStringLiteral("${SYSTEMDATA}/a");
+        QTest::newRow("user data") << "@/xdg" << "" << user << "@/xdg/vellix/a/b";
+        QTest::newRow("user data below the home directory") << "" << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("system data: the first directory that has ours")
+                << "" << "@/none:@/has:@/has-too" << system << "@/has/vellix/a";
+        QTest::newRow("system data: else the first named") << "" << "@/none:@/neither" << system << "@/none/vellix/a";
+        QTest::newRow("system data: an empty entry counts for nothing") << "" << ":@/none" << system << "@/none/vellix/a";
+        QTest::newRow("the prefix alone") << "@/xdg" << "" << "${USERDATA}" << "@/xdg/vellix";
+        QTest::newRow("only a leading prefix counts") << "@/xdg" << "" << "/x/${USERDATA}/a" << "/x/${USERDATA}/a";
+        QTest::newRow("no prefix") << "@/xdg" << "" << "relative/path" << "relative/path";
+        QTest::newRow("another prefix") << "@/xdg" << "" << "${OTHER}/a" << "${OTHER}/a";
+        QTest::newRow("no path") << "@/xdg" << "" << "" << "";
+        QTest::newRow("beyond ASCII") << "@/ü" << "" << QString::fromUtf8("${USERDATA}/ä")
+                                      << QString::fromUtf8("@/ü/vellix/ä");
+    }
+
+    void resolvePreffix()
+    {
+        QDir(m_directory->path()).mkpath(QStringLiteral("has/vellix"));
+        QDir(m_directory->path()).mkpath(QStringLiteral("has-too/vellix"));
+        const auto place = [this](QString text) { return text.replace(QLatin1Char('@'), m_directory->path()); };
+        QFETCH(QString, dataHome);
+        QFETCH(QString, dataDirs);
+        QFETCH(QString, path);
+        QFETCH(QString, expected);
+        qputenv("XDG_DATA_HOME", place(dataHome).toUtf8());
+        qputenv("XDG_DATA_DIRS", place(dataDirs).toUtf8());
+        QCOMPARE(QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString())), place(expected));
+    }
+
+    void systemDataWithoutAnyVariable()
+    {
+        const std::string path = PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}");
+        QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
+    }
+
+    void environmentIsReadAfresh()
+    {
+        qputenv("XDG_DATA_HOME", "/one");
+        const PathResolver one = PathResolver::newDefault();
+        qputenv("XDG_DATA_HOME", "/two");
+        QCOMPARE(one.resolvePreffix("${USERDATA}"), std::string("/one/vellix"));
+        QCOMPARE(PathResolver::newDefault().resolvePreffix("${USERDATA}"), std::string("/two/vellix"));
+    }
+
+    void existsAndRemove()
+    {
+        qputenv("XDG_DATA_HOME", m_directory->path().toUtf8());
+        const PathResolver resolver = PathResolver::newDefault();
+        QVERIFY(!resolver.exists("${USERDATA}/file"));
+        QVERIFY(!resolver.remove("${USERDATA}/file"));
+        testing::writeFile(m_directory->filePath(QStringLiteral("vellix/file")), "x");
+        QVERIFY(resolver.exists("${USERDATA}/file"));
+        QVERIFY(resolver.remove("${USERDATA}/file"));
+        QVERIFY(!resolver.exists("${USERDATA}/file"));
+        QVERIFY(!resolver.remove("${USERDATA}")); // a directory stays
+        QVERIFY(resolver.exists("${USERDATA}"));
+    }
+
+    void locationText() { QCOMPARE(CodeLocation::toString("dir/file", 7), std::string("dir/file:7")); }
+
+    void colour_data()
+    {
+        QTest::addColumn<int>("colour");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("green") << 0x00FF00 << "\033[38;2;0;255;0m";
+        QTest::newRow("red") << 0xFF0000 << "\033[38;2;255;0;0m";
+        QTest::newRow("mixed") << 0x102030 << "\033[38;2;16;32;48m";
+    }
+
+    void colour()
+    {
+        QFETCH(int, colour);
+        QTEST(QString::fromStdString(ansicolor::beginSeq(38, 2, colour, 1)), "expected");
+    }
+
+    void align_data()
+    {
+        QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("none") << QStringList() << QStringList();
+        QTest::newRow("to the widest") << QStringList{"a", "abc", ""} << QStringList{"a  ", "abc", "   "};
+        QTest::newRow("bytes are not columns") << QStringList{QString::fromUtf8("äöü"), "abcd"}
+                                               << QStringList{QString::fromUtf8("äöü "), "abcd"};
+        QTest::newRow("wide characters take two") << QStringList{QString::fromUtf8("漢字"), "abcde"}
+                                                  << QStringList{QString::fromUtf8("漢字 "), "abcde"};
+        QTest::newRow("combining characters take none") << QStringList{QString::fromUtf8("e\u0301"), "ab"}
+                                                        << QStringList{QString::fromUtf8("e\u0301 "), "ab"};
+        QTest::newRow("beyond the first plane") << QStringList{QString::fromUtf8("😀"), "abc"}
+                                                << QStringList{QString::fromUtf8("😀 "), "abc"};
+    }
+
+    void align()
+    {
+        QFETCH(QStringList, lines);
+        std::vector<std::string> bytes;
+        for (const QString &line : lines)
+            bytes.push_back(line.toStdString());
+        QStringList aligned;
+        for (const std::string &line : Utf8::alignLeftByWhitespace(bytes))
+            aligned.append(QString::fromStdString(line));
+        QTEST(aligned, "expected");
+    }
+
+private:
+    QScopedPointer<QTemporaryDir> m_directory;
+};
+
+QTEST_GUILESS_MAIN(tst_BaseUtil)
+#include "tst_baseutil.moc"

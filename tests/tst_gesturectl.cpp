@@ -1,0 +1,333 @@
+#include "testing.h"
+
+#include <gesture_api/configuration.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include <memory>
+
+using testing::DataTree;
+
+static const char *const configuration = R"({
+    "zones": {"edge": {"x": 0, "y": 0, "w": 0.1, "h": 1}},
+    "actions": [
+        {"path": "page/next", "titles": ["Page", "Next"]},
+        {"path": "page/previous", "titles": ["Page", "Previous"]},
+        {"path": "menu", "title": "Menu"}
+    ],
+    "gestures": [
+        {"modes": ["reading"], "kind": "tap", "zone": "left",
+         "availableActions": ["page/next", "page/previous", {"path": "inline", "title": "Inline"}],
+         "defaultAction": "page/previous"},
+        {"kind": "tap", "zone": "right", "availableActions": ["page/next", "menu"], "defaultAction": "page/next"},
+        {"id": "fixed", "kind": "hold", "zone": "edge", "availableActions": ["page/next", "menu"],
+         "currentAction": "menu"},
+        {"id": "other", "modes": ["menu"], "kind": "swipe", "direction": "toLeft", "defaultAction": "menu"}
+    ]
+})";
+
+struct Run
+{
+    int exitCode;
+    QString out;
+    QString err;
+};
+
+// The program as a person runs it: arguments in, exit status and lines out.
+class tst_GestureCtl : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_tree.reset(new DataTree);
+        testing::writeFile(m_tree->defaultFile("app"), configuration);
+    }
+
+    void cleanup() { m_tree.reset(); }
+
+    void exitStatus_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("error"); // what the one line on standard error holds, none when empty
+        QTest::newRow("help") << "--help" << 0 << "";
+        QTest::newRow("help of a verb") << "find --help" << 0 << "";
+        QTest::newRow("no verb") << "" << 2 << "verb is missing";
+        QTest::newRow("unknown verb") << "dance" << 2 << "dance";
+        QTest::newRow("unknown option") << "list --app app --loud" << 2 << "--loud";
+        QTest::newRow("no application") << "list" << 2 << "--app";
+        QTest::newRow("prohibited application") << "list --app qmlplugindump" << 2 << "app 'qmlplugindump' is prohibited";
+        QTest::newRow("application without a configuration") << "list --app none" << 3 << "none/cfg.json: No such file";
+        QTest::newRow("a match") << "find --app app --mode reading --kind tap --at 0.1,0.5" << 0 << "";
+        QTest::newRow("no match") << "find --app app --mode reading --kind tap --at 0.5,0.5" << 1 << "";
+        QTest::newRow("no match as JSON") << "find --app app --mode m --kind drag --at 0.5,0.5 --json" << 1 << "";
+        QTest::newRow("a kind that is none") << "find --app app --mode m --kind poke --at 0,0" << 2 << "poke";
+        QTest::newRow("a direction that is none")
+                << "find --app app --mode m --kind tap --at 0,0 --direction ToLeft" << 2 << "ToLeft";
+        QTest::newRow("half a position") << "find --app app --mode m --kind tap --at 0.5" << 2 << "X,Y";
+        QTest::newRow("a position in pixels") << "find --app app --mode m --kind tap --at 300,400" << 2 << "from 0 to 1";
+        QTest::newRow("a position that is no number") << "find --app app --mode m --kind tap --at nan,0" << 2 << "X,Y";
+        QTest::newRow("unknown gesture") << "actions --app app none" << 2 << "application 'app' has no gesture 'none'";
+        QTest::newRow("bind an unknown gesture") << "bind --app app none menu" << 2 << "no gesture 'none'";
+        QTest::newRow("bind what is not offered")
+                << "bind --app app TapRightNoDirection page/previous" << 2
+                << "gesture 'TapRightNoDirection' does not offer the action 'page/previous'";
+        QTest::newRow("bind what the next load would refuse")
+                << "bind --app app ReadingTapLeftNoDirection inline" << 2 << "action 'inline' not defined";
+        QTest::newRow("bind what would never show") << "bind --app app fixed page/next" << 2 << "'fixed' always does 'menu'";
+        QTest::newRow("nothing to reset") << "reset --app app" << 0 << "";
+        QTest::newRow("watch an unknown application") << "watch --app none" << 3 << "none/cfg.json: No such file";
+    }
+
+    void exitStatus()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QString, error);
+        const Run run = gesturectl(arguments);
+        QTEST(run.exitCode, "status");
+        QVERIFY2(run.err.contains(error), qPrintable(run.err));
+        QCOMPARE(run.err.count('\n'), error.isEmpty() ? 0 : 1);
+        QVERIFY(error.isEmpty() || run.out.isEmpty());
+        QVERIFY(!QFileInfo::exists(m_tree->user()));
+    }
+
+    void badFiles_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("error");
+        const auto row = [](const char *name, const char *file, const QByteArray &text, const char *error) {
+            QTest::newRow(name) << file << text << error;
+        };
+        row("syntax error", "default", "{\n  \"gestures\" []\n}", "FILE:2:14: missing name separator");
+        row("empty", "default", "", "FILE:1:1: ");
+        row("binary", "default", QByteArray("\x00\x01\x02\xff", 4), "FILE:1:1: ");
+        row("nested 10,000 levels", "default", QByteArray(10000, '['), "FILE:1:1025: too deeply nested document");
+        row("no gestures", "default", "{}", "FILE: 'gestures' is obligatory field");
+        row("a zone", "default", R"({"zones": {"z": 5}, "gestures": []})", "FILE: zones.z: zone must be either 'str' or 'map'");
+        row("an action", "default", R"({"actions": [{"path": "a", "title": "A"}, {"path": "b"}], "gestures": []})",
+            "FILE: actions[1]: one of fields 'title' or 'titles' must be set");
+        row("a group", "default", R"({"actionGroups": {"ok": [], "g": ["x"]}, "gestures": []})",
+            "FILE: actionGroups.g: action 'x' not defined");
+        row("a gesture", "default",
+            R"({"actions": [{"path": "a", "title": "A"}], "gestures": [
+                {"kind": "tap", "zone": "left", "defaultAction": "a"},
+                {"kind": "tap", "zone": "right", "defaultAction": "a"}, {"kind": "tap", "zone": "top"}]})",
+            "FILE: gestures[2]: either 'defaultAction' or 'currentAction' fields must be set");
+        row("one id twice", "default",
+            R"({"actions": [{"path": "a", "title": "A"}], "gestures": [
+                {"kind": "tap", "zone": "left", "defaultAction": "a"},
+                {"kind": "tap", "zone": "left", "defaultAction": "a"}]})",
+            "FILE: gesture id must be unique but dublicate found: `TapLeftNoDirection`");
+        row("bindings: syntax error", "user", "{", "FILE:1:1: unterminated object");
+        row("bindings: another version", "user", R"({"version": 3, "actions": {}})", "FILE: version: found 3, needed 1");
+        row("bindings: wrong type", "user", R"({"version": 1, "actions": 5})", "FILE: `actions` type must be `map<str, str>`");
+        row("bindings: root", "user", "[]", "` root bust be map<>");
+        row("paths: not a map", "paths", "[]", "FILE: expected map<>");
+        row("paths: a field missing", "paths", R"({"current": "x"})", "FILE: field `default` must be set");
+    }
+
+    void badFiles()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, text);
+        QFETCH(QString, error);
+        const QString path = file == "default" ? m_tree->defaultFile("app")
+                : file == "user"               ? m_tree->userFile("app")
+                                               : m_tree->system("config/gestures/application_paths.json");
+        testing::writeFile(path, text);
+        for (const char *arguments : {"list --app app", "find --app app --mode m --kind tap --at 0,0",
+                                      "actions --app app other", "bind --app app TapRightNoDirection menu",
+                                      "watch --app app"}) {
+            const Run run = gesturectl(arguments);
+            QCOMPARE(run.exitCode, 3);
+            QVERIFY2(run.err.contains(QString(error).replace("FILE", path)), qPrintable(run.err));
+            QVERIFY(run.err.contains(file == "user" && text == "[]" ? QString("cfg.json") : path));
+            QCOMPARE(run.err.count('\n'), 1);
+            QVERIFY(run.out.isEmpty());
+        }
+        QCOMPARE(testing::readFile(path), text); // nothing was repaired or lost
+    }
+
+    void list()
+    {
+        const Run all = gesturectl("list --app app");
+        QCOMPARE(all.out.split('\n', Qt::SkipEmptyParts).size(), 4);
+        QVERIFY(all.out.startsWith("ReadingTapLeftNoDirection  reading  tap    no      left            page/previous\n"));
+        QCOMPARE(idsOf("list --app app --kind tap --json"),
+                 QStringList({"ReadingTapLeftNoDirection", "TapRightNoDirection"}));
+        QCOMPARE(idsOf("list --app app --kind SWIPE --json"), QStringList("other"));
+        QCOMPARE(idsOf("list --app app --mode menu --json"), QStringList({"TapRightNoDirection", "fixed", "other"}));
+        QCOMPARE(idsOf("list --app app --mode Menu --json"), QStringList({"TapRightNoDirection", "fixed"}));
+        QCOMPARE(gesturectl("list --app app --kind drag").out, QString());
+    }
+
+    void listAsJson()
+    {
+        const QJsonObject gesture = json("list --app app --json").array().at(0).toObject();
+        QCOMPARE(gesture, QJsonDocument::fromJson(R"({
+            "id": "ReadingTapLeftNoDirection", "modes": ["reading"], "kind": "tap", "direction": "no",
+            "zone": {"x": 0, "y": 0.2, "w": 0.25, "h": 0.6},
+            "availableActions": ["page/next", "page/previous", "inline"],
+            "defaultAction": "page/previous", "currentAction": "page/previous", "supported": true
+        })").object());
+    }
+
+    void find()
+    {
+        QCOMPARE(gesturectl("find --app app --mode reading --kind tap --at 0.1,0.5").out,
+                 QString("ReadingTapLeftNoDirection page/previous\n"));
+        QCOMPARE(gesturectl("find --app app --mode menu --kind swipe --direction toLeft --at 1,1").out, QString("other menu\n"));
+        QCOMPARE(json("find --app app --mode x --kind tap --at 0.8,0.5 --json").object(),
+                 QJsonDocument::fromJson(R"({"gesture": "TapRightNoDirection", "action": "page/next"})").object());
+        QCOMPARE(json("find --app app --mode x --kind tap --at 0.5,0.5 --json").object(),
+                 QJsonDocument::fromJson(R"({"gesture": null, "action": null})").object());
+    }
+
+    void zones()
+    {
+        QCOMPARE(gesturectl("zones").out.count('\n'), 13);
+        QCOMPARE(json("zones --json").object().size(), 13);
+        QCOMPARE(json("zones --app app --json").object().value("edge").toObject(),
+                 QJsonDocument::fromJson(R"({"x": 0, "y": 0, "w": 0.1, "h": 1})").object());
+    }
+
+    void actions()
+    {
+        QCOMPARE(gesturectl("actions --app app TapRightNoDirection").out,
+                 QString::fromUtf8("TapRightNoDirection\n"
+                                   "├─ Page\n"
+                                   "│  └─ Next  page/next  [current]\n"
+                                   "└─ Menu  menu\n"));
+        QCOMPARE(gesturectl("actions --app app other").out, QString("other\n"));
+        QCOMPARE(json("actions --app app TapRightNoDirection --json").array(), QJsonDocument::fromJson(R"([
+            {"segment": "page", "title": "Page", "children": [
+                {"segment": "next", "title": "Next", "action": "page/next", "children": []}]},
+            {"segment": "menu", "title": "Menu", "action": "menu", "children": []}
+        ])").array());
+    }
+
+    void bindWritesOnlyWhatWasChosen()
+    {
+        QCOMPARE(gesturectl("bind --app app TapRightNoDirection menu").exitCode, 0);
+        QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu"})"));
+        QCOMPARE(gesturectl("bind --app app ReadingTapLeftNoDirection page/next").exitCode, 0);
+        QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu", "ReadingTapLeftNoDirection": "page/next"})"));
+        QCOMPARE(gesturectl("find --app app --mode x --kind tap --at 0.8,0.5").out, QString("TapRightNoDirection menu\n"));
+    }
+
+    void bindKeepsAChoiceThatDoesNotShow()
+    {
+        testing::writeFile(m_tree->userFile("app"), R"({"version": 1, "actions": {"fixed": "page/next"}})");
+        QCOMPARE(gesturectl("bind --app app TapRightNoDirection menu").exitCode, 0);
+        QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu", "fixed": "page/next"})"));
+    }
+
+    void reset()
+    {
+        gesturectl("bind --app app TapRightNoDirection menu");
+        const Run run = gesturectl("reset --app app");
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.out, m_tree->userFile("app") + " removed\n");
+        QVERIFY(!QFileInfo::exists(m_tree->userFile("app")));
+        QCOMPARE(gesturectl("reset --app app").out, QString("nothing to reset\n"));
+    }
+
+    void resetOfWhatCannotBeRemoved()
+    {
+        QVERIFY(QDir().mkpath(m_tree->userFile("app")));
+        const Run run = gesturectl("reset --app app");
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(run.err, "gesturectl: " + m_tree->userFile("app") + ": could not be removed\n");
+    }
+
+    void unwritableFile()
+    {
+        QVERIFY(QDir().mkpath(m_tree->user()));
+        testing::writeFile(m_tree->user("gestures"), "in the way");
+        const Run run = gesturectl("bind --app app TapRightNoDirection menu");
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(run.err, "gesturectl: can not open file: Not a directory (path: " + m_tree->userFile("app") + ")\n");
+    }
+
+    void watch_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("as text") << ""
+                                 << QByteArray("TapRightNoDirection: page/next -> menu\n"
+                                               "TapRightNoDirection: menu -> page/next\n");
+        QTest::newRow("as JSON") << "--json"
+                                 << QByteArray("{\"TapRightNoDirection\":\"menu\"}\n{\"TapRightNoDirection\":\"page/next\"}\n");
+    }
+
+    void watch()
+    {
+        // A paths file keeps the library from telling that there is none.
+        testing::writeFile(m_tree->system("config/gestures/application_paths.json"), R"({
+            "current": "${USERDATA}/gestures/apps/current", "default": "${SYSTEMDATA}/config/gestures/apps/default",
+            "filename": "cfg.json"})");
+        QFETCH(QString, option);
+        QProcess watcher;
+        watcher.start(GESTURECTL, QStringList({"watch", "--app", "app", "--count", "2"})
+                                          + option.split(' ', Qt::SkipEmptyParts));
+        QVERIFY(watcher.waitForStarted());
+        QByteArray out;
+        QByteArray err;
+        QTRY_COMPARE(err += watcher.readAllStandardError(),
+                     "gesturectl: watching " + m_tree->userFile("app").toUtf8() + '\n');
+        gesturectl("bind --app app TapRightNoDirection menu");
+        QTRY_COMPARE((out += watcher.readAllStandardOutput()).count('\n'), 1);
+        gesturectl("reset --app app");
+        QTRY_COMPARE(watcher.state(), QProcess::NotRunning);
+        QCOMPARE(watcher.exitCode(), 0);
+        out += watcher.readAllStandardOutput();
+        QTEST(out, "expected");
+        QCOMPARE(watcher.readAllStandardError(), QByteArray());
+    }
+
+private:
+    static Run gesturectl(const QString &arguments)
+    {
+        QProcess process;
+        process.start(GESTURECTL, arguments.split(' ', Qt::SkipEmptyParts));
+        if (!process.waitForFinished(20000))
+            return {-1, QString(), "did not end"};
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
+                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    static QJsonDocument json(const QString &arguments)
+    {
+        QJsonParseError error;
+        const QJsonDocument document = QJsonDocument::fromJson(gesturectl(arguments).out.toUtf8(), &error);
+        if (error.error != QJsonParseError::NoError)
+            qWarning("not JSON: %s", qPrintable(arguments));
+        return document;
+    }
+
+    static QStringList idsOf(const QString &arguments)
+    {
+        QStringList ids;
+        for (const QJsonValue &gesture : json(arguments).array())
+            ids.append(gesture.toObject().value("id").toString());
+        return ids;
+    }
+
+    QVariantMap bindings() const
+    {
+        return testing::jsonMap(testing::readFile(m_tree->userFile("app"))).value("actions").toMap();
+    }
+
+    std::unique_ptr<DataTree> m_tree;
+};
+
+QTEST_GUILESS_MAIN(tst_GestureCtl)
+#include "tst_gesturectl.moc"

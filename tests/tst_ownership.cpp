@@ -1,0 +1,224 @@
+#include "testing.h"
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
+
+#include <QPointer>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+
+#include <memory>
+
+using namespace vellix::gesture;
+using GestureList = GestureService::GestureList;
+
+static Gesture *newGesture(const QList<Action *> &available, Action *defaultAction = nullptr,
+                           Action *currentAction = nullptr, QObject *parent = nullptr)
+{
+    return new Gesture(QStringLiteral("g"), {}, Gesture::Tap, Gesture::wholeZone, Gesture::NoDirection, available,
+                       defaultAction, currentAction, {}, parent);
+}
+
+static Action *newAction(const char *path)
+{
+    return new Action(QString::fromLatin1(path), {}, {});
+}
+
+class tst_Ownership : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lastGestureMadeIsTheParent()
+    {
+        Action *action = newAction("a");
+        const std::unique_ptr<Gesture> first(newGesture({action}));
+        QCOMPARE(action->parent(), first.get());
+        const std::unique_ptr<Gesture> second(newGesture({}, action));
+        QCOMPARE(action->parent(), second.get());
+        const std::unique_ptr<Gesture> third(newGesture({}, nullptr, action));
+        QCOMPARE(action->parent(), third.get());
+    }
+
+    void actionPassesToASurvivor_data()
+    {
+        QTest::addColumn<QString>("use");
+        QTest::newRow("available") << "available";
+        QTest::newRow("default") << "default";
+        QTest::newRow("current") << "current";
+        QTest::newRow("taken over as current later") << "later";
+    }
+
+    void actionPassesToASurvivor()
+    {
+        QFETCH(QString, use);
+        const QPointer<Action> action = newAction("a");
+        auto *survivor = use == QLatin1String("available") ? newGesture({action})
+                : use == QLatin1String("default")          ? newGesture({}, action, newAction("other"))
+                : use == QLatin1String("current")          ? newGesture({}, nullptr, action)
+                                                           : newGesture({});
+        auto *owner = newGesture({action});
+        if (use == QLatin1String("later"))
+            survivor->setCurrentAction(action);
+        QCOMPARE(action->parent(), owner);
+        delete owner;
+        QVERIFY(action);
+        QCOMPARE(action->parent(), survivor);
+        delete survivor;
+        QVERIFY(!action);
+    }
+
+    void unusedActionDiesWithItsOwner()
+    {
+        const QPointer<Action> action = newAction("a");
+        const std::unique_ptr<Gesture> other(newGesture({}));
+        auto *owner = newGesture({action});
+        other->setCurrentAction(action);
+        other->setCurrentAction(nullptr); // no longer a user
+        delete owner;
+        QVERIFY(!action);
+    }
+
+    void earlierUserDyingFirstChangesNothing()
+    {
+        const QPointer<Action> action = newAction("a");
+        auto *first = newGesture({action, action}, action);
+        const std::unique_ptr<Gesture> second(newGesture({action}));
+        delete first;
+        QVERIFY(action);
+        QCOMPARE(action->parent(), second.get());
+    }
+
+    void settingAndMergingChangeNoOwner()
+    {
+        Action *action = newAction("a");
+        const std::unique_ptr<Gesture> owner(newGesture({action}, action));
+        const std::unique_ptr<Gesture> other(newGesture({}));
+        other->setCurrentAction(action);
+        QCOMPARE(action->parent(), owner.get());
+        other->setCurrentAction(nullptr);
+        QVERIFY(other->merge(owner.get()));
+        QCOMPARE(other->currentAction(), action);
+        QCOMPARE(action->parent(), owner.get());
+    }
+
+    void deadActionIsForgotten()
+    {
+        Action *action = newAction("a");
+        const std::unique_ptr<Gesture> gesture(newGesture({action, newAction("b")}, action));
+        QSignalSpy changed(gesture.get(), &Gesture::currentActionChanged);
+        ActionProxyNode *leaf = gesture->actionTree()->findChildNode(QStringLiteral("a"));
+        QCOMPARE(leaf->action(), action);
+        delete action;
+        QCOMPARE(gesture->availableActions().size(), 1);
+        QCOMPARE(gesture->defaultAction(), nullptr);
+        QCOMPARE(gesture->currentAction(), nullptr);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(leaf->action(), nullptr);
+    }
+
+    void whoHearsOfADeadActionMayDestroyItsOtherUsers()
+    {
+        Action *action = newAction("a");
+        std::unique_ptr<Gesture> first(newGesture({action}, action));
+        const std::unique_ptr<Gesture> second(newGesture({action}, action));
+        const std::unique_ptr<Gesture> third(newGesture({action}, action));
+        connect(third.get(), &Gesture::currentActionChanged, [&first] { first.reset(); });
+        delete action;
+        QVERIFY(!first);
+        QCOMPARE(second->currentAction(), nullptr);
+    }
+
+    // Seen by the leak checker.
+    void failedLoadWithoutAParentLeavesNothing()
+    {
+        const QVariant document = testing::json(R"({
+            "actions": [{"path": "a", "title": "A"}, {"path": "unused", "title": "U"}],
+            "gestures": [{"kind": "tap", "zone": "whole", "defaultAction": "a"}, {"kind": "tap"}]})");
+        QVERIFY(Configuration::fromVariant(document, nullptr, GestureService::predefinedZones, {}).isLeft());
+    }
+
+    void loadWithoutAParentBelongsToTheCaller()
+    {
+        const QVariant document = testing::json(R"({
+            "actions": [{"path": "a", "title": "A"}],
+            "gestures": [{"kind": "tap", "zone": "whole", "defaultAction": "a"}]})");
+        const auto gestures = Configuration::fromVariant(document, nullptr, GestureService::predefinedZones, {});
+        VERIFY_RIGHT(gestures);
+        const std::unique_ptr<Gesture> gesture(gestures.right().at(0));
+        QCOMPARE(gesture->parent(), nullptr);
+        QCOMPARE(gesture->currentAction()->path(), QStringLiteral("a"));
+    }
+
+    void treeIsReleasedLaterThanItsGesture()
+    {
+        auto *gesture = newGesture({newAction("a/b")});
+        const QPointer<ActionProxyNode> tree = gesture->actionTree();
+        QCOMPARE(tree->parent(), nullptr);
+        const QPointer<ActionProxyNode> leaf =
+                tree->findChildNode(QStringLiteral("a"))->findChildNode(QStringLiteral("b"));
+        delete gesture;
+        QVERIFY(tree);
+        QCOMPARE(leaf->action(), nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!tree);
+        QVERIFY(!leaf);
+    }
+
+    void destroyedTreeIsNotTouchedAgain()
+    {
+        auto *gesture = newGesture({newAction("a")});
+        delete gesture->actionTree();
+        QCOMPARE(gesture->actionTree(), nullptr);
+        delete gesture;
+    }
+
+    // A settings screen may clone, edit, merge back and destroy in any order.
+    void anyOrderOfCloningEditingMergingAndDestroying()
+    {
+        for (quint32 seed = 0; seed < 500; ++seed) {
+            QRandomGenerator random(seed);
+            QList<QPointer<Action>> actions;
+            QList<Gesture *> made;
+            for (int i = 0; i < 5; ++i)
+                actions.append(newAction(qPrintable(QString::number(i))));
+            for (int i = 0; i < 4; ++i)
+                made.append(newGesture({actions.at(i), actions.at(i + 1)}, actions.at(i)));
+            const ApplicationPaths paths({}, {}, {});
+            QList<GestureService *> services{
+                    new GestureService(paths, nullptr, true, GestureList([made] { return made; }), false)};
+            qDeleteAll(made);
+
+            for (int step = 0; step < 12 && !services.isEmpty(); ++step) {
+                GestureService *one = services.at(random.bounded(services.size()));
+                GestureService *other = services.at(random.bounded(services.size()));
+                switch (random.bounded(5)) {
+                case 0: services.append(one->clone()); break;
+                case 1: {
+                    Gesture *gesture = one->gestureList().at(random.bounded(4));
+                    gesture->setCurrentAction(gesture->availableActions().at(random.bounded(2)));
+                    break;
+                }
+                case 2: one->fastMerge(other); break;
+                case 3: one->gestureList().at(0)->actionTree(); break;
+                default: services.removeOne(one); delete one; break;
+                }
+                for (const QPointer<Action> &action : qAsConst(actions))
+                    QCOMPARE(action.isNull(), services.isEmpty());
+                for (const GestureService *service : qAsConst(services)) {
+                    for (const Gesture *gesture : service->gestureList()) {
+                        QCOMPARE(gesture->availableActions().size(), 2);
+                        QVERIFY(!gesture->currentAction()->path().isEmpty());
+                    }
+                }
+            }
+            qDeleteAll(services);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            for (const QPointer<Action> &action : qAsConst(actions))
+                QVERIFY(!action);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Ownership)
+#include "tst_ownership.moc"

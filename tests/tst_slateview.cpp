@@ -1,0 +1,48 @@
+#include "testing.h"
+
+#include <gesture_api/gestureserviceprovider.h>
+
+#include <vellix/platform/slateview.h>
+
+#include <unistd.h>
+
+class tst_SlateView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void speechEngineOnThePath()
+    {
+        QTemporaryDir programs;
+        qputenv("PATH", QByteArray("/nowhere:") + QFile::encodeName(programs.path()));
+        QVERIFY(!SvTTSSupported());
+        const QString engine = programs.filePath(QStringLiteral("espeak-ng"));
+        testing::writeFile(engine, "#!/bin/sh\n");
+        QVERIFY(!SvTTSSupported()); // cannot be run
+        QVERIFY(QFile::setPermissions(engine, QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(SvTTSSupported());
+        qunsetenv("PATH");
+        QVERIFY(!SvTTSSupported());
+    }
+
+    void currentTaskIsThisProcess()
+    {
+        QCOMPARE(GetCurrentTask(), static_cast<int>(getpid()));
+        const TaskInfo *info = GetTaskInfo(GetCurrentTask());
+        QVERIFY(info);
+        QFile comm(QStringLiteral("/proc/self/comm"));
+        QVERIFY(comm.open(QIODevice::ReadOnly));
+        QCOMPARE(QByteArray(info->name), comm.readAll().trimmed());
+        QCOMPARE(app_name(), QStringLiteral("%1:%2").arg(getpid()).arg(QString::fromUtf8(info->name)));
+    }
+
+    void unknownTask()
+    {
+        QCOMPARE(GetTaskInfo(-1), nullptr);
+        QCOMPARE(GetTaskInfo(0), nullptr);
+        QCOMPARE(GetTaskInfo(999999999), nullptr);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_SlateView)
+#include "tst_slateview.moc"

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <gesture_api/applicationpaths.h>
+#include <gesture_api/configuration.h>
+#include <gesture_api/feature.h>
+#include <gesture_api/gesture.h>
+
+#include <vellix/either.h>
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+// The files of an application, read so that a person learns what is wrong with them. The library's
+// service reads the same files but only logs their faults.
+
+namespace gesturectl {
+
+enum ExitStatus { Success = 0, NoneMatches = 1, WrongUse = 2, BadFiles = 3 };
+
+/// Why a verb ends: its exit status and one line for a person.
+struct Failure
+{
+    ExitStatus status;
+    QString message;
+};
+
+template <class T>
+using Result = vellix::Either<Failure, T>;
+
+using Bindings = QMap<QString, QString>;
+using Gestures = QList<vellix::gesture::Gesture *>;
+
+Result<vellix::gesture::ApplicationPaths> pathsOf(const QString &appId);
+
+/// The user's bindings; none when there is no file.
+Result<Bindings> bindingsOf(const vellix::gesture::ApplicationPaths &paths);
+
+/// The gestures with these bindings applied, as children of `parent`.
+Result<Gestures> gesturesOf(const vellix::gesture::ApplicationPaths &paths,
+                            const vellix::gesture::FeaturesProvider *features, const Bindings &bindings,
+                            QObject *parent);
+
+/// The predefined zones and those of an application's configuration.
+Result<QMap<QString, QRectF>> zonesOf(const vellix::gesture::ApplicationPaths &paths);
+
+/// The path that the library opens.
+QString resolved(const QString &path);
+
+}

@@ -1,0 +1,149 @@
+#include "verbs.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QCoreApplication>
+
+#include <functional>
+
+using namespace gesturectl;
+using vellix::gesture::Gesture;
+
+static QString text(const std::string &bytes)
+{
+    return QString::fromLocal8Bit(bytes.c_str());
+}
+
+// "X,Y" as relative screen coordinates.
+static std::string checkPosition(const std::string &position)
+{
+    const QStringList numbers = text(position).split(QLatin1Char(','));
+    bool isX = false;
+    bool isY = false;
+    const double x = numbers.value(0).toDouble(&isX);
+    const double y = numbers.value(1).toDouble(&isY);
+    if (numbers.size() != 2 || !isX || !isY || !(x >= 0 && x <= 1 && y >= 0 && y <= 1))
+        return "'" + position + "' is not X,Y with both from 0 to 1";
+    return {};
+}
+
+namespace {
+// What the options of all verbs are read into.
+struct Options
+{
+    std::string app;
+    std::string kind;
+    std::string mode;
+    std::string direction = "no";
+    std::string position;
+    std::string gesture;
+    std::string action;
+    int count = 0;
+    bool json = false;
+};
+}
+
+static Touch touchOf(const Options &options)
+{
+    const QStringList numbers = text(options.position).split(QLatin1Char(','));
+    return {text(options.mode), Gesture::kindFromVariant(text(options.kind)).right(),
+            Gesture::directionFromVariant(text(options.direction)).right(),
+            QPointF(numbers.at(0).toDouble(), numbers.at(1).toDouble())};
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.\n"
+                 "Exit status: 0 done, 1 nothing matches, 2 wrong use, 3 files that do not load or cannot be written.",
+                 "gesturectl");
+    cli.require_subcommand(0, 1); // none is told below, after what was not understood
+
+    Options options;
+    std::function<Result<ExitStatus>()> verb;
+    const CLI::IsMember kinds({"tap", "hold", "swipe", "drag"}, CLI::ignore_case);
+    const CLI::IsMember directions({"toLeft", "toRight", "toTop", "toBottom", "no"});
+
+    const auto add = [&](const char *name, const char *description, const std::function<Result<ExitStatus>()> &run) {
+        CLI::App *command = cli.add_subcommand(name, description);
+        command->callback([&verb, run] { verb = run; });
+        return command;
+    };
+    const auto withApp = [&](CLI::App *command) {
+        return command->add_option("--app", options.app, "The application, such as reader");
+    };
+    const auto withJson = [&](CLI::App *command) { command->add_flag("--json", options.json, "Print JSON"); };
+    const auto withGesture = [&](CLI::App *command) {
+        command->add_option("GESTURE", options.gesture, "The id of a gesture, as 'list' shows it")->required();
+    };
+
+    CLI::App *command = add("list", "Show the gestures and their current actions",
+                            [&] { return list(text(options.app), text(options.kind), text(options.mode), options.json); });
+    withApp(command)->required();
+    command->add_option("--kind", options.kind, "Only this kind")->check(kinds);
+    command->add_option("--mode", options.mode, "Only those that apply in this mode");
+    withJson(command);
+    command->footer("Example: gesturectl list --app reader --kind swipe");
+
+    command = add("find", "Show the gesture that a touch matches, and its action",
+                  [&] { return find(text(options.app), touchOf(options), options.json); });
+    withApp(command)->required();
+    command->add_option("--mode", options.mode, "The application's mode")->required();
+    command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
+    command->add_option("--direction", options.direction, "Its direction")->capture_default_str()->check(directions);
+    command->add_option("--at", options.position, "Where it starts: X,Y from 0 to 1, x to the right, y down")
+            ->required()
+            ->check(checkPosition, "X,Y");
+    withJson(command);
+    command->footer("Example: gesturectl find --app reader --mode reading --kind tap --at 0.9,0.5");
+
+    command = add("zones", "Show the zones that a configuration may name",
+                  [&] { return zones(text(options.app), options.json); });
+    withApp(command)->description("Show the zones of this application, too");
+    withJson(command);
+    command->footer("Example: gesturectl zones");
+
+    command = add("actions", "Show the actions of a gesture as its menu tree",
+                  [&] { return actions(text(options.app), text(options.gesture), options.json); });
+    withApp(command)->required();
+    withGesture(command);
+    withJson(command);
+    command->footer("Example: gesturectl actions --app reader ReadingTapRightNoDirection");
+
+    command = add("bind", "Choose the action of a gesture",
+                  [&] { return bind(text(options.app), text(options.gesture), text(options.action)); });
+    withApp(command)->required();
+    withGesture(command);
+    command->add_option("ACTION", options.action, "The path of an action that the gesture offers")->required();
+    command->footer("Example: gesturectl bind --app reader ReadingTapRightNoDirection view/menu");
+
+    command = add("reset", "Forget all choices of the user", [&] { return reset(text(options.app)); });
+    withApp(command)->required();
+    command->footer("Example: gesturectl reset --app reader");
+
+    command = add("watch", "Print a line each time another process changes the bindings",
+                  [&] { return watch(text(options.app), options.count, options.json); });
+    withApp(command)->required();
+    command->add_option("--count", options.count, "End after so many changes")->check(CLI::NonNegativeNumber);
+    withJson(command);
+    command->footer("Example: gesturectl watch --app reader");
+
+    try {
+        cli.parse(argc, argv);
+    } catch (const CLI::Success &wanted) { // help
+        return cli.exit(wanted);
+    } catch (const CLI::ParseError &error) {
+        printError(text(error.what()));
+        return WrongUse;
+    }
+
+    if (!verb) {
+        printError(QStringLiteral("a verb is missing, 'gesturectl --help' shows them"));
+        return WrongUse;
+    }
+    const Result<ExitStatus> result = verb();
+    if (result.isRight())
+        return result.right();
+    printError(result.left().message);
+    return result.left().status;
+}

@@ -1,0 +1,331 @@
+#include "verbs.h"
+
+#include <gesture_api/gestureservice.h>
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace vellix;
+using namespace vellix::gesture;
+using ActionBindings = Configuration::ActionBindings;
+
+namespace gesturectl {
+
+void print(const QString &line)
+{
+    std::puts(line.toUtf8().constData());
+    std::fflush(stdout);
+}
+
+void printError(const QString &message)
+{
+    std::fputs((QStringLiteral("gesturectl: ") + message + QLatin1Char('\n')).toUtf8().constData(), stderr);
+}
+
+static void print(const QJsonDocument &document)
+{
+    print(QString::fromUtf8(document.toJson(QJsonDocument::Indented).trimmed()));
+}
+
+// Columns padded to their widest text; the last is left as it is.
+static void printTable(const QList<QStringList> &rows)
+{
+    const int columns = rows.isEmpty() ? 0 : rows.first().size();
+    std::vector<QStringList> aligned(static_cast<std::size_t>(rows.size()));
+    for (int column = 0; column < columns; ++column) {
+        std::vector<std::string> texts;
+        for (const QStringList &row : rows)
+            texts.push_back(row.at(column).toStdString());
+        if (column + 1 < columns)
+            texts = Utf8::alignLeftByWhitespace(texts);
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            aligned[i].append(QString::fromStdString(texts[i]));
+    }
+    for (const QStringList &row : aligned)
+        print(row.join(QStringLiteral("  ")));
+}
+
+namespace {
+// The gestures of one application as its programs have them.
+struct Loaded
+{
+    ApplicationPaths paths;
+    Bindings bindings;
+    Gestures gestures;
+};
+}
+
+static Result<Loaded> load(const QString &appId, const FeaturesProvider *features, QObject *parent)
+{
+    return pathsOf(appId).flatMap([&](const ApplicationPaths &paths) {
+        return bindingsOf(paths).flatMap([&](const Bindings &bindings) {
+            return gesturesOf(paths, features, bindings, parent).map([&](const Gestures &gestures) {
+                return Loaded{paths, bindings, gestures};
+            });
+        });
+    });
+}
+
+static QString pathOf(const Action *action)
+{
+    return action ? action->path() : QStringLiteral("-");
+}
+
+static QJsonValue jsonPathOf(const Action *action)
+{
+    return action ? QJsonValue(action->path()) : QJsonValue();
+}
+
+static QString numbers(const QRectF &zone)
+{
+    const auto number = [](double value) { return QString::number(value, 'g', 4); };
+    return QStringLiteral("(%1, %2, %3, %4)")
+            .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
+}
+
+static QString zoneText(const QRectF &zone)
+{
+    const QString name = GestureService::predefinedZones.key(zone);
+    return name.isEmpty() ? numbers(zone) : name;
+}
+
+static QJsonObject toJson(const Gesture *gesture)
+{
+    QJsonArray available;
+    for (const Action *action : gesture->availableActions())
+        available.append(action->path());
+    return {{QStringLiteral("id"), gesture->id()},
+            {QStringLiteral("modes"), QJsonArray::fromStringList(gesture->modes())},
+            {QStringLiteral("kind"), Gesture::kindToVariant(gesture->kind()).toString()},
+            {QStringLiteral("direction"), Gesture::directionToVariant(gesture->direction()).toString()},
+            {QStringLiteral("zone"), QJsonObject::fromVariantMap(Gesture::rectfToVariant(gesture->zone()).toMap())},
+            {QStringLiteral("availableActions"), available},
+            {QStringLiteral("defaultAction"), jsonPathOf(gesture->defaultAction())},
+            {QStringLiteral("currentAction"), jsonPathOf(gesture->currentAction())},
+            {QStringLiteral("supported"), gesture->supported()}};
+}
+
+static QStringList toRow(const Gesture *gesture)
+{
+    return {gesture->id(), gesture->modes().isEmpty() ? QStringLiteral("(all)") : gesture->modes().join(QLatin1Char(',')),
+            Gesture::kindToVariant(gesture->kind()).toString(),
+            Gesture::directionToVariant(gesture->direction()).toString(), zoneText(gesture->zone()),
+            pathOf(gesture->currentAction()) + (gesture->supported() ? QString() : QStringLiteral("  [not on this device]"))};
+}
+
+Result<ExitStatus> list(const QString &appId, const QString &kind, const QString &mode, bool json)
+{
+    const DefaultFeaturesProvider features;
+    QObject owner;
+    return load(appId, &features, &owner).map([&](const Loaded &loaded) {
+        QJsonArray array;
+        QList<QStringList> rows;
+        for (const Gesture *gesture : loaded.gestures) {
+            const bool isOfKind =
+                    kind.isEmpty() || Gesture::kindToVariant(gesture->kind()).toString() == kind.toLower();
+            const bool isInMode = mode.isEmpty() || gesture->modes().isEmpty() || gesture->modes().contains(mode);
+            if (!isOfKind || !isInMode)
+                continue;
+            array.append(toJson(gesture));
+            rows.append(toRow(gesture));
+        }
+        if (json)
+            print(QJsonDocument(array));
+        else
+            printTable(rows);
+        return Success;
+    });
+}
+
+Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json)
+{
+    const DefaultFeaturesProvider features;
+    QObject owner;
+    return load(appId, &features, &owner).map([&](const Loaded &loaded) {
+        // The service's own lookup, on gestures that are known to be loaded.
+        const GestureService service(loaded.paths, &features, true,
+                                     GestureService::GestureList([&loaded] { return loaded.gestures; }), false);
+        const Gesture *gesture = service.findGesture(touch.mode, touch.kind, touch.direction, touch.position);
+        if (json) {
+            const QJsonValue id = gesture ? QJsonValue(gesture->id()) : QJsonValue();
+            print(QJsonDocument(QJsonObject{{QStringLiteral("gesture"), id},
+                                            {QStringLiteral("action"),
+                                             jsonPathOf(gesture ? gesture->currentAction() : nullptr)}}));
+        } else if (gesture) {
+            print(gesture->id() + QLatin1Char(' ') + pathOf(gesture->currentAction()));
+        }
+        return gesture ? Success : NoneMatches;
+    });
+}
+
+Result<ExitStatus> zones(const QString &appId, bool json)
+{
+    const Result<QMap<QString, QRectF>> zones = appId.isEmpty()
+            ? Right(GestureService::predefinedZones)
+            : pathsOf(appId).flatMap(zonesOf);
+    return zones.map([json](const QMap<QString, QRectF> &all) {
+        QJsonObject object;
+        QList<QStringList> rows;
+        for (auto zone = all.cbegin(); zone != all.cend(); ++zone) {
+            object.insert(zone.key(), QJsonObject::fromVariantMap(Gesture::rectfToVariant(*zone).toMap()));
+            rows.append({zone.key(), numbers(*zone)});
+        }
+        if (json)
+            print(QJsonDocument(object));
+        else
+            printTable(rows);
+        return Success;
+    });
+}
+
+static Result<Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id)
+{
+    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
+                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
+    if (found == gestures.cend())
+        return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
+    return Right(*found);
+}
+
+// Whether a node stands for its action itself and not for a menu on the way to it.
+static bool isLeaf(const ActionProxyNode *node)
+{
+    return node->action() && node->path().mid(1).join(QLatin1Char('/')) == node->action()->path();
+}
+
+static void printNodes(const ActionProxyNode *above, const Gesture *gesture, const QString &indent)
+{
+    const QList<ActionProxyNode *> &nodes = above->childNodeList();
+    for (const ActionProxyNode *node : nodes) {
+        const bool last = node == nodes.last();
+        QString text = node->title().isEmpty() ? node->pathSegment() : node->title();
+        if (isLeaf(node)) {
+            text += QStringLiteral("  ") + node->action()->path();
+            if (node->action() == gesture->currentAction())
+                text += QStringLiteral("  [current]");
+            if (!node->action()->supported())
+                text += QStringLiteral("  [not on this device]");
+        }
+        print(indent + (last ? QStringLiteral("└─ ") : QStringLiteral("├─ ")) + text);
+        printNodes(node, gesture, indent + (last ? QStringLiteral("   ") : QStringLiteral("│  ")));
+    }
+}
+
+static QJsonArray toJson(const ActionProxyNode *above)
+{
+    QJsonArray array;
+    for (const ActionProxyNode *node : above->childNodeList()) {
+        QJsonObject object{{QStringLiteral("segment"), node->pathSegment()},
+                           {QStringLiteral("title"), node->title()},
+                           {QStringLiteral("children"), toJson(node)}};
+        if (isLeaf(node))
+            object.insert(QStringLiteral("action"), node->action()->path());
+        array.append(object);
+    }
+    return array;
+}
+
+Result<ExitStatus> actions(const QString &appId, const QString &gestureId, bool json)
+{
+    const DefaultFeaturesProvider features;
+    QObject owner;
+    return load(appId, &features, &owner).flatMap([&](const Loaded &loaded) {
+        return gestureOf(loaded.gestures, appId, gestureId).map([&](Gesture *gesture) {
+            const ActionProxyNode *tree = gesture->actionTree();
+            if (json) {
+                print(QJsonDocument(tree ? toJson(tree) : QJsonArray()));
+            } else {
+                print(gesture->id());
+                if (tree)
+                    printNodes(tree, gesture, QString());
+            }
+            return Success;
+        });
+    });
+}
+
+static bool offers(const Gesture *gesture, const QString &actionPath)
+{
+    const QList<Action *> &available = gesture->availableActions();
+    return std::any_of(available.cbegin(), available.cend(),
+                       [&](const Action *action) { return action->path() == actionPath; });
+}
+
+// Writes exactly these bindings: a save of all gestures would pin every default that the user left alone.
+static Result<ExitStatus> write(const ApplicationPaths &paths, const Gestures &gestures, const Bindings &bindings)
+{
+    Gestures bound;
+    for (Gesture *gesture : gestures) {
+        if (!bindings.contains(gesture->id()))
+            continue;
+        gesture->setCurrentAction(gesture->defaultAction());
+        bound.append(gesture);
+    }
+    const auto written = ActionBindings::saveJson(paths.currentPath(), bound);
+    if (written.isLeft())
+        return Left(Failure{BadFiles, written.left()});
+    if (written.right() < 0)
+        return Left(Failure{BadFiles, resolved(paths.currentPath()) + QStringLiteral(": could not be written")});
+    return Right(Success);
+}
+
+Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QString &actionPath)
+{
+    const DefaultFeaturesProvider features;
+    QObject owner;
+    const auto refuse = [](const QString &reason) { return Left(Failure{WrongUse, reason}); };
+
+    const auto paths = pathsOf(appId);
+    if (paths.isLeft())
+        return Left(paths.left());
+    const auto bindings = bindingsOf(paths.right());
+    if (bindings.isLeft())
+        return Left(bindings.left());
+    const auto defaults = gesturesOf(paths.right(), &features, Bindings(), &owner);
+    if (defaults.isLeft())
+        return Left(defaults.left());
+    const auto gesture = gestureOf(defaults.right(), appId, gestureId);
+    if (gesture.isLeft())
+        return Left(gesture.left());
+    if (!offers(gesture.right(), actionPath))
+        return refuse(QStringLiteral("gesture '%1' does not offer the action '%2'").arg(gestureId, actionPath));
+    const auto alone = gesturesOf(paths.right(), &features, {{gestureId, actionPath}}, &owner);
+    if (alone.isLeft())
+        return refuse(QStringLiteral("the binding would not load: ") + alone.left().message);
+
+    Bindings wanted = bindings.right();
+    wanted.insert(gestureId, actionPath);
+    const auto gestures = gesturesOf(paths.right(), &features, wanted, &owner);
+    if (gestures.isLeft())
+        return Left(gestures.left());
+    const Gesture *bound = gestureOf(gestures.right(), appId, gestureId).right();
+    if (pathOf(bound->currentAction()) != actionPath)
+        return refuse(QStringLiteral("gesture '%1' always does '%2': its 'currentAction' hides every binding")
+                              .arg(gestureId, pathOf(bound->currentAction())));
+
+    return write(paths.right(), gestures.right(), wanted).map([&](ExitStatus status) {
+        print(gestureId + QStringLiteral(" is bound to ") + actionPath);
+        return status;
+    });
+}
+
+Result<ExitStatus> reset(const QString &appId)
+{
+    return pathsOf(appId).flatMap([](const ApplicationPaths &paths) -> Result<ExitStatus> {
+        const QString file = resolved(paths.currentPath());
+        if (PathResolver::newDefault().remove(paths.currentPath().toStdString()))
+            print(file + QStringLiteral(" removed"));
+        else if (QFileInfo(file).isSymLink() || QFileInfo::exists(file))
+            return Left(Failure{BadFiles, file + QStringLiteral(": could not be removed")});
+        else
+            print(QStringLiteral("nothing to reset"));
+        return Right(Success);
+    });
+}
+
+}

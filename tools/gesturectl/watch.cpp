@@ -1,0 +1,81 @@
+#include "verbs.h"
+
+#include <gesture_api/gestureserviceprovider.h>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace vellix;
+using namespace vellix::gesture;
+
+namespace gesturectl {
+
+// Gesture id to the path of its current action.
+static Bindings currentActions(const Gestures &gestures)
+{
+    Bindings actions;
+    for (const Gesture *gesture : gestures)
+        actions.insert(gesture->id(), gesture->currentAction() ? gesture->currentAction()->path() : QString());
+    return actions;
+}
+
+static Result<Bindings> currentActions(const ApplicationPaths &paths, const FeaturesProvider *features)
+{
+    QObject owner;
+    return bindingsOf(paths).flatMap([&](const Bindings &bindings) {
+        return gesturesOf(paths, features, bindings, &owner).map([](const Gestures &gestures) {
+            return currentActions(gestures);
+        });
+    });
+}
+
+static void printChange(const Bindings &before, const Bindings &after, bool json)
+{
+    QStringList texts;
+    QJsonObject object;
+    for (auto action = after.cbegin(); action != after.cend(); ++action) {
+        if (before.value(action.key()) == *action)
+            continue;
+        texts.append(QStringLiteral("%1: %2 -> %3").arg(action.key(), before.value(action.key()), *action));
+        object.insert(action.key(), *action);
+    }
+    if (json)
+        print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+    else
+        print(texts.isEmpty() ? QStringLiteral("no gesture changed") : texts.join(QStringLiteral(", ")));
+}
+
+Result<ExitStatus> watch(const QString &appId, int count, bool json)
+{
+    const DefaultFeaturesProvider features;
+    const auto paths = pathsOf(appId);
+    if (paths.isLeft())
+        return Left(paths.left());
+    const auto start = currentActions(paths.right(), &features);
+    if (start.isLeft())
+        return Left(start.left());
+
+    Bindings known = start.right();
+    int changes = 0;
+    GestureServiceProvider provider(&features);
+    provider.setAppId(appId);
+    QObject::connect(&provider, &GestureServiceProvider::serviceChanged, [&](const GestureService *service) {
+        if (!service) // let go of; the new one follows
+            return;
+        const auto now = currentActions(paths.right(), &features);
+        if (now.isLeft()) {
+            printError(now.left().message);
+        } else {
+            printChange(known, now.right(), json);
+            known = now.right();
+        }
+        if (++changes == count)
+            QCoreApplication::quit();
+    });
+    printError(QStringLiteral("watching ") + resolved(paths.right().currentPath()));
+    QCoreApplication::exec();
+    return Right(Success);
+}
+
+}
