@@ -23,7 +23,10 @@ function(gesture_api_shared_library target)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
         INSTALL_RPATH "$ORIGIN") # its neighbours, wherever the prefix is
-    target_link_options(${target} PRIVATE -Wl,--as-needed -Wl,--no-undefined)
+    target_link_options(${target} PRIVATE -Wl,--as-needed)
+    if(NOT CMAKE_CXX_FLAGS MATCHES "sanitize") # whose runtime only programs have
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     install(TARGETS ${target} EXPORT GestureApiTargets
             LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endfunction()

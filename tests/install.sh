@@ -20,22 +20,19 @@ export XDG_DATA_DIRS=$source/examples/data XDG_DATA_HOME=$work/user
 # The README's own client and project file are the outside project.
 mkdir "$work/client"
 sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/client.cpp"
-{
-    echo 'cmake_minimum_required(VERSION 3.25)'
-    echo 'project(client CXX)'
-    sed -n '/^```cmake$/,/^```$/p' "$source/README.md" | sed '1d;$d'
-} >"$work/client/CMakeLists.txt"
+sed -n '/^```cmake$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/CMakeLists.txt"
 
 cmake --install "$build" --prefix "$work/host" >/dev/null
 configure "$work/client" "$work/client-host" "-DCMAKE_PREFIX_PATH=$work/host"
 [ "$("$work/client-host/client")" = page/next ]
 
 export PKG_CONFIG_PATH=$(dirname "$(find "$work/host" -name gesture_api.pc)")
-libraries=$(pkg-config --variable=libdir gesture_api)
-g++ -std=c++17 -fPIC $(pkg-config --cflags gesture_api | sed "s#-I/usr/local#-I$work/host#") \
-    "-I$work/host/include" "$work/client/client.cpp" -o "$work/client-pc" \
-    "-L$(dirname "$PKG_CONFIG_PATH")" "-Wl,-rpath,$(dirname "$PKG_CONFIG_PATH")" $(pkg-config --libs gesture_api)
+g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" $(pkg-config --cflags --libs gesture_api) \
+    "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)"
 [ "$("$work/client-pc")" = page/next ]
+
+# The installed tool finds its libraries by itself.
+[ "$("$work/host/bin/gesturectl" zones | wc -l)" = 13 ]
 
 # A device's root has the four libraries and nothing else of ours.
 mkdir -p "$work/device/lib"
@@ -43,7 +40,7 @@ for library in baseutil vxcomponents devcaps slateview; do
     find "$work/host" -name "lib$library.so*" -exec cp -P {} "$work/device/lib/" \;
 done
 configure "$source" "$work/build-device" -DGESTURE_API_PLATFORM=device "-DCMAKE_PREFIX_PATH=$work/device" \
-    -DBUILD_TESTING=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo
 built=$(find "$work/build-device" -name 'libbaseutil*' -o -name 'libvxcomponents*' -o -name 'libdevcaps*' -o -name 'libslateview*')
 [ -z "$built" ]
 ldd "$work/build-device/tools/gesturectl" | grep -q "$work/device/lib/libvxcomponents.so.1"

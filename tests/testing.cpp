@@ -25,9 +25,12 @@ QVariant json(const QByteArray &text)
 static void captureQt(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     static const char *const levels[] = {"debug", "warning", "critical", "fatal", "info"};
-    capture->qtMessages.append(QStringLiteral("%1 %2: ").arg(QLatin1String(levels[type]),
-                                                            QLatin1String(context.category))
-                               + text);
+    capture->qtMessages.append(
+            QStringLiteral("%1 %2: ").arg(QLatin1String(levels[type]), QLatin1String(context.category)) + text);
+    capture->qtPlaces.append(QStringLiteral("%1:%2 %3")
+                                     .arg(QLatin1String(context.file))
+                                     .arg(context.line)
+                                     .arg(QLatin1String(context.function)));
 }
 
 LogCapture::LogCapture() : m_previous(capture)

@@ -16,7 +16,10 @@ namespace testing {
 
 /// Any JSON value as the loader would hand it over.
 QVariant json(const QByteArray &text);
-inline QVariantMap jsonMap(const QByteArray &text) { return json(text).toMap(); }
+inline QVariantMap jsonMap(const QByteArray &text)
+{
+    return json(text).toMap();
+}
 
 /// The message of a failed result, or "no failure".
 template <class T>
@@ -63,6 +66,7 @@ public:
 
     QList<LogLine> lines;
     QStringList qtMessages; // "LEVEL CATEGORY: TEXT"
+    QStringList qtPlaces;   // "FILE:LINE FUNCTION" of each
 
 private:
     LogCapture *m_previous;
@@ -78,7 +82,10 @@ public:
 
     QString userFile(const QString &appId) const;
     QString defaultFile(const QString &appId) const;
-    QString user(const QString &path = QString()) const { return m_root.filePath(QStringLiteral("user/vellix/") + path); }
+    QString user(const QString &path = QString()) const
+    {
+        return m_root.filePath(QStringLiteral("user/vellix/") + path);
+    }
     QString system(const QString &path = QString()) const
     {
         return m_root.filePath(QStringLiteral("system/vellix/") + path);
@@ -98,5 +105,4 @@ QStringList filesBelow(const QString &directory);
 }
 
 /// Fails with the left side's message when a result is not right.
-#define VERIFY_RIGHT(result) \
-    QVERIFY2((result).isRight(), qPrintable(testing::failure(result)))
+#define VERIFY_RIGHT(result) QVERIFY2((result).isRight(), qPrintable(testing::failure(result)))

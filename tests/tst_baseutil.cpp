@@ -28,19 +28,39 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         const QString user = QStringLiteral("${USERDATA}/a/b");
         const QString system = QStringLiteral("${SYSTEMDATA}/a");
-        QTest::newRow("user data") << "@/xdg" << "" << user << "@/xdg/vellix/a/b";
-        QTest::newRow("user data below the home directory") << "" << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("user data") << "@/xdg"
+                                   << "" << user << "@/xdg/vellix/a/b";
+        QTest::newRow("user data below the home directory") << ""
+                                                            << "" << user << "@/home/.local/share/vellix/a/b";
         QTest::newRow("system data: the first directory that has ours")
-                << "" << "@/none:@/has:@/has-too" << system << "@/has/vellix/a";
-        QTest::newRow("system data: else the first named") << "" << "@/none:@/neither" << system << "@/none/vellix/a";
-        QTest::newRow("system data: an empty entry counts for nothing") << "" << ":@/none" << system << "@/none/vellix/a";
-        QTest::newRow("the prefix alone") << "@/xdg" << "" << "${USERDATA}" << "@/xdg/vellix";
-        QTest::newRow("only a leading prefix counts") << "@/xdg" << "" << "/x/${USERDATA}/a" << "/x/${USERDATA}/a";
-        QTest::newRow("no prefix") << "@/xdg" << "" << "relative/path" << "relative/path";
-        QTest::newRow("another prefix") << "@/xdg" << "" << "${OTHER}/a" << "${OTHER}/a";
-        QTest::newRow("no path") << "@/xdg" << "" << "" << "";
-        QTest::newRow("beyond ASCII") << "@/ü" << "" << QString::fromUtf8("${USERDATA}/ä")
-                                      << QString::fromUtf8("@/ü/vellix/ä");
+                << ""
+                << "@/none:@/has:@/has-too" << system << "@/has/vellix/a";
+        QTest::newRow("system data: else the first named") << ""
+                                                           << "@/none:@/neither" << system << "@/none/vellix/a";
+        QTest::newRow("system data: an empty entry counts for nothing") << ""
+                                                                        << ":@/none" << system << "@/none/vellix/a";
+        QTest::newRow("the prefix alone") << "@/xdg"
+                                          << ""
+                                          << "${USERDATA}"
+                                          << "@/xdg/vellix";
+        QTest::newRow("only a leading prefix counts") << "@/xdg"
+                                                      << ""
+                                                      << "/x/${USERDATA}/a"
+                                                      << "/x/${USERDATA}/a";
+        QTest::newRow("no prefix") << "@/xdg"
+                                   << ""
+                                   << "relative/path"
+                                   << "relative/path";
+        QTest::newRow("another prefix") << "@/xdg"
+                                        << ""
+                                        << "${OTHER}/a"
+                                        << "${OTHER}/a";
+        QTest::newRow("no path") << "@/xdg"
+                                 << ""
+                                 << ""
+                                 << "";
+        QTest::newRow("beyond ASCII") << "@/ü"
+                                      << "" << QString::fromUtf8("${USERDATA}/ä") << QString::fromUtf8("@/ü/vellix/ä");
     }
 
     void resolvePreffix()
@@ -54,11 +74,19 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         qputenv("XDG_DATA_HOME", place(dataHome).toUtf8());
         qputenv("XDG_DATA_DIRS", place(dataDirs).toUtf8());
-        QCOMPARE(QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString())), place(expected));
+        QCOMPARE(QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString())),
+                 place(expected));
     }
 
     void systemDataWithoutAnyVariable()
     {
+        const std::string path = PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}");
+        QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
+    }
+
+    void directoriesOfNothingCountAsUnset()
+    {
+        qputenv("XDG_DATA_DIRS", ":");
         const std::string path = PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}");
         QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
     }
@@ -109,14 +137,14 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("none") << QStringList() << QStringList();
         QTest::newRow("to the widest") << QStringList{"a", "abc", ""} << QStringList{"a  ", "abc", "   "};
-        QTest::newRow("bytes are not columns") << QStringList{QString::fromUtf8("äöü"), "abcd"}
-                                               << QStringList{QString::fromUtf8("äöü "), "abcd"};
-        QTest::newRow("wide characters take two") << QStringList{QString::fromUtf8("漢字"), "abcde"}
-                                                  << QStringList{QString::fromUtf8("漢字 "), "abcde"};
-        QTest::newRow("combining characters take none") << QStringList{QString::fromUtf8("e\u0301"), "ab"}
-                                                        << QStringList{QString::fromUtf8("e\u0301 "), "ab"};
-        QTest::newRow("beyond the first plane") << QStringList{QString::fromUtf8("😀"), "abc"}
-                                                << QStringList{QString::fromUtf8("😀 "), "abc"};
+        QTest::newRow("bytes are not columns")
+                << QStringList{QString::fromUtf8("äöü"), "abcd"} << QStringList{QString::fromUtf8("äöü "), "abcd"};
+        QTest::newRow("wide characters take two")
+                << QStringList{QString::fromUtf8("漢字"), "abcde"} << QStringList{QString::fromUtf8("漢字 "), "abcde"};
+        QTest::newRow("combining characters take none")
+                << QStringList{QString::fromUtf8("e\u0301"), "ab"} << QStringList{QString::fromUtf8("e\u0301 "), "ab"};
+        QTest::newRow("beyond the first plane")
+                << QStringList{QString::fromUtf8("😀"), "abc"} << QStringList{QString::fromUtf8("😀 "), "abc"};
     }
 
     void align()

@@ -78,7 +78,10 @@ private Q_SLOTS:
     void mapNeverCallsOnALeftValue()
     {
         bool called = false;
-        const auto mapped = Result(Left(oneRecord)).map([&](int i) { called = true; return i; });
+        const auto mapped = Result(Left(oneRecord)).map([&](int i) {
+            called = true;
+            return i;
+        });
         QVERIFY(!called);
         QCOMPARE(testing::failure(mapped), QStringLiteral("a message"));
     }
@@ -98,7 +101,10 @@ private Q_SLOTS:
     void flatMapNeverCallsOnALeftValue()
     {
         bool called = false;
-        Result(Left(oneRecord)).flatMap([&](int i) -> Result { called = true; return Right(i); });
+        Result(Left(oneRecord)).flatMap([&](int i) -> Result {
+            called = true;
+            return Right(i);
+        });
         QVERIFY(!called);
     }
 
@@ -111,7 +117,10 @@ private Q_SLOTS:
     void mapLeftNeverCallsOnARightValue()
     {
         bool called = false;
-        const auto mapped = Result(Right(1)).mapLeft([&](const Error &) { called = true; return 0; });
+        const auto mapped = Result(Right(1)).mapLeft([&](const Error &) {
+            called = true;
+            return 0;
+        });
         QVERIFY(!called);
         QCOMPARE(mapped.right(), 1);
     }
@@ -188,7 +197,21 @@ private Q_SLOTS:
         QCOMPARE(log.qtMessages,
                  QStringList(QStringLiteral("critical default: \033[31m [error] expected right but \033[31m "
                                             "\"dir/file:12\" :  \"a message\" \033[0m \033[0m")));
+        QCOMPARE(log.qtPlaces, QStringList(QStringLiteral(":0 "))); // no place at all
         QVERIFY(log.lines.isEmpty());
+    }
+
+    void textIsUtf8()
+    {
+        const Error error({"dir/ä", 1}, "ü");
+        QCOMPARE(debugText([&](QDebug &out) { out.nospace().noquote() << error; }),
+                 QString::fromUtf8("\033[31mdir/ä:1: ü\033[0m"));
+    }
+
+    void functionMayReturnABuilder()
+    {
+        const auto nested = Result(Right(1)).map([](int i) { return Right(i); });
+        QCOMPARE(nested.right().value(), 1);
     }
 
     void qGetOrErrQuotesAText()
@@ -232,13 +255,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::newRow("no record") << 0 << "\033[31m undefined error \033[0m ";
         QTest::newRow("one record") << 1 << "\033[31m \"dir/file:12\" :  \"a message\" \033[0m ";
-        QTest::newRow("three records")
-                << 3
-                << "error:\n \033[3;41;30m causes chain: \033[0m \n "
-                   "\033[31m \t \"a:1\" :  \"first\" \033[0m \n "
-                   "\033[31m \t \"b:2\" :  \"second\" \033[0m \n "
-                   "\033[31m \t \"c:3\" :  \"third\" \033[0m \n "
-                   "\033[3;41;30m < ---- ---- > \033[0m \n ";
+        QTest::newRow("three records") << 3
+                                       << "error:\n \033[3;41;30m causes chain: \033[0m \n "
+                                          "\033[31m \t \"a:1\" :  \"first\" \033[0m \n "
+                                          "\033[31m \t \"b:2\" :  \"second\" \033[0m \n "
+                                          "\033[31m \t \"c:3\" :  \"third\" \033[0m \n "
+                                          "\033[3;41;30m < ---- ---- > \033[0m \n ";
     }
 
     void debugForm()

@@ -9,6 +9,7 @@
 #include <QSaveFile>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,47 +42,74 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("after");
         const QByteArray absent("(no file)");
         const QByteArray nothing;
-        const auto row = [](const char *name, const QByteArray &before, const Change &change,
-                            const QByteArray &after) { QTest::newRow(name) << before << change << after; };
+        const auto row = [](const char *name, const QByteArray &before, const Change &change, const QByteArray &after) {
+            QTest::newRow(name) << before << change << after;
+        };
 
-        row("rewritten in place", "old", [](tst_FileWatch *t) { t->write("new"); }, "new");
-        row("same length in place", "old", [](tst_FileWatch *t) { t->write("OLD"); }, "OLD");
-        row("appended", "old", [](tst_FileWatch *t) { t->append("er"); }, "older");
-        row("truncated", "old", [](tst_FileWatch *t) { QVERIFY(truncate(qPrintable(t->file()), 1) == 0); }, "o");
-        row("written and renamed over", "old", [](tst_FileWatch *t) { t->replace("new"); }, "new");
-        row("replaced by Qt", "old", [](tst_FileWatch *t) { t->saveFile("new"); }, "new");
-        row("made by Qt", nothing, [](tst_FileWatch *t) { t->saveFile("new"); }, "new");
-        row("deleted", "old", [](tst_FileWatch *t) { QVERIFY(QFile::remove(t->file())); }, absent);
-        row("renamed away", "old", [](tst_FileWatch *t) { QVERIFY(QFile::rename(t->file(), t->path("away"))); }, absent);
-        row("deleted and made again", "old", [](tst_FileWatch *t) {
-            QVERIFY(QFile::remove(t->file()));
-            t->write("new");
-        }, "new");
-        row("made in a directory that is there", nothing, [](tst_FileWatch *t) { t->write("new"); }, "new");
-        row("made with several missing directories", "-", [](tst_FileWatch *t) {
-            testing::writeFile(t->file(), "new");
-        }, "new");
-        row("the directory renamed away", "old", [](tst_FileWatch *t) {
-            QVERIFY(QDir().rename(t->path("a/b"), t->path("a/c")));
-        }, absent);
-        row("the directory replaced by another", "old", [](tst_FileWatch *t) {
-            testing::writeFile(t->path("a/other/file"), "new");
-            QVERIFY(QDir().rename(t->path("a/b"), t->path("a/c")));
-            QVERIFY(QDir().rename(t->path("a/other"), t->path("a/b")));
-        }, "new");
-        row("the whole tree deleted and made again", "old", [](tst_FileWatch *t) {
-            QVERIFY(QDir(t->path("a")).removeRecursively());
-            testing::writeFile(t->file(), "new");
-        }, "new");
-        row("replaced by a link", "old", [](tst_FileWatch *t) {
-            testing::writeFile(t->path("elsewhere/real"), "new");
-            QVERIFY(QFile::remove(t->file()));
-            QVERIFY(QFile::link(t->path("elsewhere/real"), t->file()));
-        }, "new");
-        row("through another name of the same file", "old", [](tst_FileWatch *t) {
-            QVERIFY(link(qPrintable(t->file()), qPrintable(t->path("second name"))) == 0);
-            t->writeTo(t->path("second name"), "new");
-        }, "new");
+        row(
+                "rewritten in place", "old", [](tst_FileWatch *t) { t->write("new"); }, "new");
+        row(
+                "same length in place", "old", [](tst_FileWatch *t) { t->write("OLD"); }, "OLD");
+        row(
+                "appended", "old", [](tst_FileWatch *t) { t->append("er"); }, "older");
+        row(
+                "truncated", "old", [](tst_FileWatch *t) { QVERIFY(truncate(qPrintable(t->file()), 1) == 0); }, "o");
+        row(
+                "written and renamed over", "old", [](tst_FileWatch *t) { t->replace("new"); }, "new");
+        row(
+                "replaced by Qt", "old", [](tst_FileWatch *t) { t->saveFile("new"); }, "new");
+        row(
+                "made by Qt", nothing, [](tst_FileWatch *t) { t->saveFile("new"); }, "new");
+        row(
+                "deleted", "old", [](tst_FileWatch *t) { QVERIFY(QFile::remove(t->file())); }, absent);
+        row(
+                "renamed away", "old", [](tst_FileWatch *t) { QVERIFY(QFile::rename(t->file(), t->path("away"))); },
+                absent);
+        row(
+                "deleted and made again", "old",
+                [](tst_FileWatch *t) {
+                    QVERIFY(QFile::remove(t->file()));
+                    t->write("new");
+                },
+                "new");
+        row(
+                "made in a directory that is there", nothing, [](tst_FileWatch *t) { t->write("new"); }, "new");
+        row(
+                "made with several missing directories", "-",
+                [](tst_FileWatch *t) { testing::writeFile(t->file(), "new"); }, "new");
+        row(
+                "the directory renamed away", "old",
+                [](tst_FileWatch *t) { QVERIFY(QDir().rename(t->path("a/b"), t->path("a/c"))); }, absent);
+        row(
+                "the directory replaced by another", "old",
+                [](tst_FileWatch *t) {
+                    testing::writeFile(t->path("a/other/file"), "new");
+                    QVERIFY(QDir().rename(t->path("a/b"), t->path("a/c")));
+                    QVERIFY(QDir().rename(t->path("a/other"), t->path("a/b")));
+                },
+                "new");
+        row(
+                "the whole tree deleted and made again", "old",
+                [](tst_FileWatch *t) {
+                    QVERIFY(QDir(t->path("a")).removeRecursively());
+                    testing::writeFile(t->file(), "new");
+                },
+                "new");
+        row(
+                "replaced by a link", "old",
+                [](tst_FileWatch *t) {
+                    testing::writeFile(t->path("elsewhere/real"), "new");
+                    QVERIFY(QFile::remove(t->file()));
+                    QVERIFY(QFile::link(t->path("elsewhere/real"), t->file()));
+                },
+                "new");
+        row(
+                "through another name of the same file", "old",
+                [](tst_FileWatch *t) {
+                    QVERIFY(link(qPrintable(t->file()), qPrintable(t->path("second name"))) == 0);
+                    t->writeTo(t->path("second name"), "new");
+                },
+                "new");
     }
 
     void finalState()
@@ -271,6 +299,41 @@ private Q_SLOTS:
         QCOMPARE(inotifyDescriptors(), 1);
     }
 
+    // More events than the kernel keeps: what was lost must not matter.
+    void overflowOfEvents()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        watch();
+        for (int i = 0; i < 10000; ++i) {
+            const QByteArray other = path("a/b/other").toLocal8Bit();
+            QVERIFY(::close(::open(other.constData(), O_CREAT | O_WRONLY, 0600)) == 0);
+            QVERIFY(::unlink(other.constData()) == 0);
+        }
+        write("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
+    // Where the kernel gives no watch, the file is looked at now and then.
+    void withoutTheKernelsHelp()
+    {
+        m_watch.reset(); // the descriptor that all share goes with the last watch
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        rlimit before;
+        QVERIFY(getrlimit(RLIMIT_NOFILE, &before) == 0);
+        const int next = ::dup(0);
+        ::close(next);
+        const rlimit none{static_cast<rlim_t>(next), before.rlim_max};
+        QVERIFY(setrlimit(RLIMIT_NOFILE, &none) == 0);
+        QTest::ignoreMessage(QtWarningMsg, "QSocketNotifier: Invalid socket specified");
+        watch();
+        QVERIFY(setrlimit(RLIMIT_NOFILE, &before) == 0);
+        write("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+        m_watch.reset();
+    }
+
     // Every edit ends with a state that the watch must reach, however the edits race with it.
     void manyEdits()
     {
@@ -307,7 +370,7 @@ private:
         m_calls = 0;
         m_watch.reset(__watchFileChange(file(), nullptr, [this] {
             ++m_calls;
-            if (!QFileInfo(file()).exists() || QFileInfo(file()).isFile())
+            if (!QFileInfo::exists(file()) || QFileInfo(file()).isFile())
                 m_seen.append(testing::readFile(file()));
         }));
     }

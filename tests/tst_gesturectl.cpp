@@ -63,7 +63,8 @@ private Q_SLOTS:
         QTest::newRow("unknown verb") << "dance" << 2 << "dance";
         QTest::newRow("unknown option") << "list --app app --loud" << 2 << "--loud";
         QTest::newRow("no application") << "list" << 2 << "--app";
-        QTest::newRow("prohibited application") << "list --app qmlplugindump" << 2 << "app 'qmlplugindump' is prohibited";
+        QTest::newRow("prohibited application")
+                << "list --app qmlplugindump" << 2 << "app 'qmlplugindump' is prohibited";
         QTest::newRow("application without a configuration") << "list --app none" << 3 << "none/cfg.json: No such file";
         QTest::newRow("a match") << "find --app app --mode reading --kind tap --at 0.1,0.5" << 0 << "";
         QTest::newRow("no match") << "find --app app --mode reading --kind tap --at 0.5,0.5" << 1 << "";
@@ -72,7 +73,8 @@ private Q_SLOTS:
         QTest::newRow("a direction that is none")
                 << "find --app app --mode m --kind tap --at 0,0 --direction ToLeft" << 2 << "ToLeft";
         QTest::newRow("half a position") << "find --app app --mode m --kind tap --at 0.5" << 2 << "X,Y";
-        QTest::newRow("a position in pixels") << "find --app app --mode m --kind tap --at 300,400" << 2 << "from 0 to 1";
+        QTest::newRow("a position in pixels")
+                << "find --app app --mode m --kind tap --at 300,400" << 2 << "from 0 to 1";
         QTest::newRow("a position that is no number") << "find --app app --mode m --kind tap --at nan,0" << 2 << "X,Y";
         QTest::newRow("unknown gesture") << "actions --app app none" << 2 << "application 'app' has no gesture 'none'";
         QTest::newRow("bind an unknown gesture") << "bind --app app none menu" << 2 << "no gesture 'none'";
@@ -81,7 +83,8 @@ private Q_SLOTS:
                 << "gesture 'TapRightNoDirection' does not offer the action 'page/previous'";
         QTest::newRow("bind what the next load would refuse")
                 << "bind --app app ReadingTapLeftNoDirection inline" << 2 << "action 'inline' not defined";
-        QTest::newRow("bind what would never show") << "bind --app app fixed page/next" << 2 << "'fixed' always does 'menu'";
+        QTest::newRow("bind what would never show")
+                << "bind --app app fixed page/next" << 2 << "'fixed' always does 'menu'";
         QTest::newRow("nothing to reset") << "reset --app app" << 0 << "";
         QTest::newRow("watch an unknown application") << "watch --app none" << 3 << "none/cfg.json: No such file";
     }
@@ -111,7 +114,8 @@ private Q_SLOTS:
         row("binary", "default", QByteArray("\x00\x01\x02\xff", 4), "FILE:1:1: ");
         row("nested 10,000 levels", "default", QByteArray(10000, '['), "FILE:1:1025: too deeply nested document");
         row("no gestures", "default", "{}", "FILE: 'gestures' is obligatory field");
-        row("a zone", "default", R"({"zones": {"z": 5}, "gestures": []})", "FILE: zones.z: zone must be either 'str' or 'map'");
+        row("a zone", "default", R"({"zones": {"z": 5}, "gestures": []})",
+            "FILE: zones.z: zone must be either 'str' or 'map'");
         row("an action", "default", R"({"actions": [{"path": "a", "title": "A"}, {"path": "b"}], "gestures": []})",
             "FILE: actions[1]: one of fields 'title' or 'titles' must be set");
         row("a group", "default", R"({"actionGroups": {"ok": [], "g": ["x"]}, "gestures": []})",
@@ -127,8 +131,15 @@ private Q_SLOTS:
                 {"kind": "tap", "zone": "left", "defaultAction": "a"}]})",
             "FILE: gesture id must be unique but dublicate found: `TapLeftNoDirection`");
         row("bindings: syntax error", "user", "{", "FILE:1:1: unterminated object");
-        row("bindings: another version", "user", R"({"version": 3, "actions": {}})", "FILE: version: found 3, needed 1");
-        row("bindings: wrong type", "user", R"({"version": 1, "actions": 5})", "FILE: `actions` type must be `map<str, str>`");
+        row("bindings: another version", "user", R"({"version": 3, "actions": {}})",
+            "FILE: version: found 3, needed 1");
+        row("bindings: wrong type", "user", R"({"version": 1, "actions": 5})",
+            "FILE: `actions` type must be `map<str, str>`");
+        row("a section of a wrong type", "default", R"({"zones": [], "gestures": [{}]})",
+            "FILE: 'zones' field must be 'map'");
+        row("bindings: to an action that is gone", "user",
+            R"({"version": 1, "actions": {"TapRightNoDirection": "menu", "other": "gone"}})",
+            "FILE: actions.other: action 'gone' not defined");
         row("bindings: root", "user", "[]", "` root bust be map<>");
         row("paths: not a map", "paths", "[]", "FILE: expected map<>");
         row("paths: a field missing", "paths", R"({"current": "x"})", "FILE: field `default` must be set");
@@ -143,9 +154,9 @@ private Q_SLOTS:
                 : file == "user"               ? m_tree->userFile("app")
                                                : m_tree->system("config/gestures/application_paths.json");
         testing::writeFile(path, text);
-        for (const char *arguments : {"list --app app", "find --app app --mode m --kind tap --at 0,0",
-                                      "actions --app app other", "bind --app app TapRightNoDirection menu",
-                                      "watch --app app"}) {
+        for (const char *arguments :
+             {"list --app app", "find --app app --mode m --kind tap --at 0,0", "actions --app app other",
+              "bind --app app TapRightNoDirection menu", "watch --app app"}) {
             const Run run = gesturectl(arguments);
             QCOMPARE(run.exitCode, 3);
             QVERIFY2(run.err.contains(QString(error).replace("FILE", path)), qPrintable(run.err));
@@ -160,7 +171,8 @@ private Q_SLOTS:
     {
         const Run all = gesturectl("list --app app");
         QCOMPARE(all.out.split('\n', Qt::SkipEmptyParts).size(), 4);
-        QVERIFY(all.out.startsWith("ReadingTapLeftNoDirection  reading  tap    no      left            page/previous\n"));
+        QVERIFY(all.out.startsWith(
+                "ReadingTapLeftNoDirection  reading  tap    no      left            page/previous\n"));
         QCOMPARE(idsOf("list --app app --kind tap --json"),
                  QStringList({"ReadingTapLeftNoDirection", "TapRightNoDirection"}));
         QCOMPARE(idsOf("list --app app --kind SWIPE --json"), QStringList("other"));
@@ -172,19 +184,22 @@ private Q_SLOTS:
     void listAsJson()
     {
         const QJsonObject gesture = json("list --app app --json").array().at(0).toObject();
-        QCOMPARE(gesture, QJsonDocument::fromJson(R"({
+        QCOMPARE(gesture,
+                 QJsonDocument::fromJson(R"({
             "id": "ReadingTapLeftNoDirection", "modes": ["reading"], "kind": "tap", "direction": "no",
             "zone": {"x": 0, "y": 0.2, "w": 0.25, "h": 0.6},
             "availableActions": ["page/next", "page/previous", "inline"],
             "defaultAction": "page/previous", "currentAction": "page/previous", "supported": true
-        })").object());
+        })")
+                         .object());
     }
 
     void find()
     {
         QCOMPARE(gesturectl("find --app app --mode reading --kind tap --at 0.1,0.5").out,
                  QString("ReadingTapLeftNoDirection page/previous\n"));
-        QCOMPARE(gesturectl("find --app app --mode menu --kind swipe --direction toLeft --at 1,1").out, QString("other menu\n"));
+        QCOMPARE(gesturectl("find --app app --mode menu --kind swipe --direction toLeft --at 1,1").out,
+                 QString("other menu\n"));
         QCOMPARE(json("find --app app --mode x --kind tap --at 0.8,0.5 --json").object(),
                  QJsonDocument::fromJson(R"({"gesture": "TapRightNoDirection", "action": "page/next"})").object());
         QCOMPARE(json("find --app app --mode x --kind tap --at 0.5,0.5 --json").object(),
@@ -207,11 +222,13 @@ private Q_SLOTS:
                                    "│  └─ Next  page/next  [current]\n"
                                    "└─ Menu  menu\n"));
         QCOMPARE(gesturectl("actions --app app other").out, QString("other\n"));
-        QCOMPARE(json("actions --app app TapRightNoDirection --json").array(), QJsonDocument::fromJson(R"([
+        QCOMPARE(json("actions --app app TapRightNoDirection --json").array(),
+                 QJsonDocument::fromJson(R"([
             {"segment": "page", "title": "Page", "children": [
                 {"segment": "next", "title": "Next", "action": "page/next", "children": []}]},
             {"segment": "menu", "title": "Menu", "action": "menu", "children": []}
-        ])").array());
+        ])")
+                         .array());
     }
 
     void bindWritesOnlyWhatWasChosen()
@@ -219,8 +236,10 @@ private Q_SLOTS:
         QCOMPARE(gesturectl("bind --app app TapRightNoDirection menu").exitCode, 0);
         QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu"})"));
         QCOMPARE(gesturectl("bind --app app ReadingTapLeftNoDirection page/next").exitCode, 0);
-        QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu", "ReadingTapLeftNoDirection": "page/next"})"));
-        QCOMPARE(gesturectl("find --app app --mode x --kind tap --at 0.8,0.5").out, QString("TapRightNoDirection menu\n"));
+        QCOMPARE(bindings(),
+                 testing::jsonMap(R"({"TapRightNoDirection": "menu", "ReadingTapLeftNoDirection": "page/next"})"));
+        QCOMPARE(gesturectl("find --app app --mode x --kind tap --at 0.8,0.5").out,
+                 QString("TapRightNoDirection menu\n"));
     }
 
     void bindKeepsAChoiceThatDoesNotShow()
@@ -228,6 +247,32 @@ private Q_SLOTS:
         testing::writeFile(m_tree->userFile("app"), R"({"version": 1, "actions": {"fixed": "page/next"}})");
         QCOMPARE(gesturectl("bind --app app TapRightNoDirection menu").exitCode, 0);
         QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu", "fixed": "page/next"})"));
+    }
+
+    void bindingsAtOnceAreAllKept()
+    {
+        std::unique_ptr<QProcess> both[2];
+        for (int round = 0; round < 10; ++round) {
+            gesturectl("reset --app app");
+            const QStringList choices[] = {{"TapRightNoDirection", "menu"}, {"ReadingTapLeftNoDirection", "page/next"}};
+            for (int i = 0; i < 2; ++i) {
+                both[i].reset(new QProcess);
+                both[i]->start(GESTURECTL, QStringList({"bind", "--app", "app"}) + choices[i]);
+            }
+            for (const auto &process : both)
+                QVERIFY(process->waitForFinished());
+            QCOMPARE(bindings().size(), 2);
+        }
+    }
+
+    void fullOutput()
+    {
+        QProcess process;
+        process.setStandardOutputFile("/dev/full");
+        process.start(GESTURECTL, {"list", "--app", "app"});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 3);
+        QCOMPARE(process.readAllStandardError(), QByteArray("gesturectl: the output could not be written\n"));
     }
 
     void reset()
@@ -264,8 +309,9 @@ private Q_SLOTS:
         QTest::newRow("as text") << ""
                                  << QByteArray("TapRightNoDirection: page/next -> menu\n"
                                                "TapRightNoDirection: menu -> page/next\n");
-        QTest::newRow("as JSON") << "--json"
-                                 << QByteArray("{\"TapRightNoDirection\":\"menu\"}\n{\"TapRightNoDirection\":\"page/next\"}\n");
+        QTest::newRow("as JSON")
+                << "--json"
+                << QByteArray("{\"TapRightNoDirection\":\"menu\"}\n{\"TapRightNoDirection\":\"page/next\"}\n");
     }
 
     void watch()
@@ -276,8 +322,8 @@ private Q_SLOTS:
             "filename": "cfg.json"})");
         QFETCH(QString, option);
         QProcess watcher;
-        watcher.start(GESTURECTL, QStringList({"watch", "--app", "app", "--count", "2"})
-                                          + option.split(' ', Qt::SkipEmptyParts));
+        watcher.start(GESTURECTL,
+                      QStringList({"watch", "--app", "app", "--count", "2"}) + option.split(' ', Qt::SkipEmptyParts));
         QVERIFY(watcher.waitForStarted());
         QByteArray out;
         QByteArray err;

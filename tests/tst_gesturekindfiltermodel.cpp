@@ -145,6 +145,9 @@ private Q_SLOTS:
         filter.setNoActionVisible(true);
         QCOMPARE(black.size(), 1);
         QCOMPARE(idsOf(filter), before);
+        filter.setWhiteList({Gesture::Drag});
+        QCOMPARE(idsOf(filter), before);
+        filter.setWhiteList({});
         filter.setSourceModel(nullptr);
         filter.setSourceModel(m_model);
         QCOMPARE(idsOf(filter), QStringList({QStringLiteral("hold"), QStringLiteral("swipe")}));
@@ -153,8 +156,8 @@ private Q_SLOTS:
 private:
     void add(const char *id, Gesture::Kind kind, bool withAction, const QList<Feature *> &features = {})
     {
-        const QList<Action *> actions = withAction ? QList<Action *>{new Action(QString::fromLatin1(id), {}, {})}
-                                                   : QList<Action *>();
+        const QList<Action *> actions =
+                withAction ? QList<Action *>{new Action(QString::fromLatin1(id), {}, {})} : QList<Action *>();
         m_gestures.append(new Gesture(QString::fromLatin1(id), {}, kind, Gesture::wholeZone, Gesture::NoDirection,
                                       actions, nullptr, nullptr, features, this));
     }

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QTimer>
 
 using namespace vellix;
 using namespace vellix::gesture;
@@ -51,8 +52,8 @@ class tst_GestureServiceProvider : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        for (const QString &app : {QStringLiteral("app"), QStringLiteral("other"),
-                                   ApplicationPathsConfiguration::currentAppId()})
+        for (const QString &app :
+             {QStringLiteral("app"), QStringLiteral("other"), ApplicationPathsConfiguration::currentAppId()})
             testing::writeFile(m_tree.defaultFile(app), configuration);
     }
 
@@ -233,6 +234,92 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(m_tree.userFile(QStringLiteral("app"))));
         QTRY_COMPARE(changed.size(), 2);
         QCOMPARE(currentPath(provider.service()), QStringLiteral("next"));
+    }
+
+    void propertiesSetBeforeTheLoopRuns()
+    {
+        GestureServiceProvider provider(nullptr);
+        provider.setReadonly(false);
+        provider.setAppId(QStringLiteral("app"));
+        QTest::qWait(20);
+        QCOMPARE(provider.service()->readonly(), false);
+        QCOMPARE(provider.service()->paths().appId(), QStringLiteral("app"));
+    }
+
+    void replacedServiceIsLikeTheProvider()
+    {
+        DefaultFeaturesProvider features;
+        GestureServiceProvider provider(&features);
+        provider.setReadonly(false);
+        provider.setAppId(QStringLiteral("app"));
+        QCOMPARE(provider.service()->featuresProvider(), &features);
+        const QPointer<GestureService> before = provider.service();
+        testing::writeFile(m_tree.userFile(QStringLiteral("app")), boundToMenu);
+        QTRY_VERIFY(provider.service() && provider.service() != before);
+        QCOMPARE(provider.service()->readonly(), false);
+        QCOMPARE(provider.service()->featuresProvider(), &features);
+        provider.service()->prune(); // nothing to save when it goes
+    }
+
+    void anotherAppIdIsWatchedInstead()
+    {
+        GestureServiceProvider provider(nullptr);
+        provider.setAppId(QStringLiteral("app"));
+        provider.setAppId(QStringLiteral("other"));
+        QTest::qWait(20);
+        QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
+        testing::writeFile(m_tree.userFile(QStringLiteral("app")), boundToMenu);
+        QTest::qWait(150);
+        QCOMPARE(changed.size(), 0);
+        testing::writeFile(m_tree.userFile(QStringLiteral("other")), boundToMenu);
+        QTRY_VERIFY(changed.size() >= 2);
+        QTRY_COMPARE(currentPath(provider.service()), QStringLiteral("menu"));
+    }
+
+    // Deferred deletes do not run in a nested loop: the old watch is still there.
+    void watchLetGoIsHeardNoMore()
+    {
+        GestureServiceProvider provider(nullptr);
+        provider.setAppId(QStringLiteral("app"));
+        QTest::qWait(20);
+        bool ran = false;
+        QTimer::singleShot(0, &provider, [&] {
+            provider.setAppId(QStringLiteral("other"));
+            QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
+            testing::writeFile(m_tree.userFile(QStringLiteral("app")), boundToMenu);
+            QEventLoop loop;
+            QTimer::singleShot(200, &loop, &QEventLoop::quit);
+            loop.exec();
+            QCOMPARE(changed.size(), 0);
+            ran = true;
+        });
+        QTRY_VERIFY(ran);
+    }
+
+    void watchLetGoByHandIsMadeAnewByTheInitialReaction()
+    {
+        GestureServiceProvider provider(nullptr);
+        provider.setAppId(QStringLiteral("app"));
+        provider.syncApp(QString(), nullptr);
+        QTest::qWait(20);
+        QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
+        testing::writeFile(m_tree.userFile(QStringLiteral("app")), boundToMenu);
+        QTRY_VERIFY(changed.size() >= 2);
+    }
+
+    void pathsFileIsUsed()
+    {
+        const QString file = m_tree.system(QStringLiteral("config/gestures/application_paths.json"));
+        testing::writeFile(file, R"({"current": "/nowhere/current", "default": "/nowhere/default", "filename": "f.json",
+                                     "prohibitedApps": ["providerchild"]})");
+        QProcess child;
+        child.start(QStringLiteral(TEST_PROGRAMS "/providerchild"), QStringList());
+        QVERIFY(child.waitForFinished());
+        QVERIFY(QFile::remove(file));
+        QCOMPARE(child.readAllStandardOutput(), QByteArray("no service\n"));
+        const QByteArray errors = child.readAllStandardError();
+        QVERIFY2(errors.contains("app 'providerchild' is prohibited"), errors.constData());
+        QVERIFY2(!errors.contains("application_paths.json"), errors.constData());
     }
 
     void staleServiceNeverWrites()

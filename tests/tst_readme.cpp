@@ -59,6 +59,21 @@ private Q_SLOTS:
         QCOMPARE(action.toString(), QString());
     }
 
+    // Properties that QML sets are there before the first service is built.
+    void appIdSetInQml()
+    {
+        DefaultFeaturesProvider features;
+        GestureServiceProvider provider(&features);
+        QQmlEngine engine;
+        engine.rootContext()->setContextProperty("gestures", &provider);
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.15\nQtObject { Component.onCompleted: gestures.appId = 'notes' }", QUrl());
+        const std::unique_ptr<QObject> object(component.create());
+        QVERIFY2(object, qPrintable(component.errorString()));
+        QCoreApplication::processEvents();
+        QCOMPARE(provider.service()->gestureList().size(), 3);
+    }
+
     void files()
     {
         const QList<QByteArray> files = blocks("json");
@@ -94,8 +109,8 @@ private Q_SLOTS:
         DefaultFeaturesProvider features;
         QObject owner;
         const auto paths = ApplicationPathsConfiguration::newDefault().appPaths(QTest::currentDataTag()).right();
-        const auto gestures = Configuration::loadJson(paths.defaultPath(), &features, GestureService::predefinedZones,
-                                                      {}, &owner);
+        const auto gestures =
+                Configuration::loadJson(paths.defaultPath(), &features, GestureService::predefinedZones, {}, &owner);
         VERIFY_RIGHT(gestures);
         QTEST(gestures.right().size(), "gestures");
     }

@@ -72,9 +72,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("missing") << "missing" << "No such file or directory";
-        QTest::newRow("a directory") << "." << "Is a directory";
-        QTest::newRow("a pipe") << "pipe" << "Not a regular file";
+        QTest::newRow("missing") << "missing"
+                                 << "No such file or directory";
+        QTest::newRow("a directory") << "."
+                                     << "Is a directory";
+        QTest::newRow("a pipe") << "pipe"
+                                << "Not a regular file";
     }
 
     void unreadableFile()
@@ -140,6 +143,14 @@ private Q_SLOTS:
         QCOMPARE(model->data(QModelIndex()), QVariant());
         QCOMPARE(model->roleNames().value(Qt::DisplayRole), QByteArray("display"));
         delete model;
+    }
+
+    void listIsAPlainValue()
+    {
+        ReadonlyLazyList<int> list = ReadonlyLazyList<int>::Producer([] { return QList<int>{1}; });
+        list = list.map<int>([](const int &i) { return i + 1; });
+        QCOMPARE(list.get(), QList<int>{2});
+        delete list.acquireModel();
     }
 
     void copyHasAModelOfItsOwn()

@@ -68,6 +68,35 @@ private Q_SLOTS:
         QVERIFY(zones.right().value(QStringLiteral("right")).x() == (3 - 1) / 3.0);
     }
 
+    // Each value is the very double of its expression, at dividers where another one rounds differently.
+    void everyExpressionOfTheGrid_data()
+    {
+        QTest::addColumn<QRectF>("expected");
+        const double X = 7;
+        const double Y = 27;
+        QTest::newRow("center") << QRectF(1 / X, 1 / Y, (X - 2) / X, (Y - 2) / Y);
+        QTest::newRow("left") << QRectF(0, 1 / Y, 1 / X, (Y - 2) / Y);
+        QTest::newRow("right") << QRectF((X - 1) / X, 1 / Y, 1 / X, (Y - 2) / Y);
+        QTest::newRow("top") << QRectF(1 / X, 0, (X - 2) / X, 1 / Y);
+        QTest::newRow("bottom") << QRectF(1 / X, (Y - 1) / Y, (X - 2) / X, 1 / Y);
+        QTest::newRow("leftTop") << QRectF(0, 0, 1 / X, 1 / Y);
+        QTest::newRow("rightTop") << QRectF((X - 1) / X, 0, 1 / X, 1 / Y);
+        QTest::newRow("leftBottom") << QRectF(0, (Y - 1) / Y, 1 / X, 1 / Y);
+        QTest::newRow("rightBottom") << QRectF((X - 1) / X, (Y - 1) / Y, 1 / X, 1 / Y);
+    }
+
+    void everyExpressionOfTheGrid()
+    {
+        QVERIFY((7 - 1) / 7.0 != 1 - 1 / 7.0); // so that the order of the operations shows
+        QVERIFY((27 - 1) / 27.0 != 1 - 1 / 27.0);
+        const auto zones = Zones::generate3x3Model(QPointF(7, 27));
+        VERIFY_RIGHT(zones);
+        const QRectF zone = zones.right().value(QString::fromLatin1(QTest::currentDataTag()));
+        QFETCH(QRectF, expected);
+        QVERIFY(zone.x() == expected.x() && zone.y() == expected.y() && zone.width() == expected.width()
+                && zone.height() == expected.height());
+    }
+
     void smallDividersGiveEmptyAndNegativeMiddles()
     {
         const auto two = Zones::generate3x3Model(QPointF(2, 2));

@@ -92,9 +92,8 @@ static Either<Error, Action *> definition(const QVariantMap &entry, const Featur
     if (features != absent && !isType(*features, QMetaType::QVariantList))
         return fail(__LINE__, QStringLiteral("'features' must be list<str>."));
 
-    const Either<Error, QList<Feature *>> required = features == absent
-            ? Right(QList<Feature *>())
-            : ActionReader::features(*features, featuresProvider);
+    const Either<Error, QList<Feature *>> required =
+            features == absent ? Right(QList<Feature *>()) : ActionReader::features(*features, featuresProvider);
     if (required.isLeft())
         return Left(required.left());
     if (path == absent)
@@ -133,9 +132,10 @@ Either<Error, QList<Action *>> Action::listFromVariant(const QVariant &v, const 
     return ActionReader::list(v, featuresProvider, ActionReader::indexOf(actions), actionGroups, parent);
 }
 
-Either<Error, QMap<QString, QList<Action *>>>
-Action::actionGroupsFromVariant(const QMap<QString, QVariant> &groups, const QList<Action *> &actions,
-                                const FeaturesProvider *featuresProvider, QObject *parent)
+Either<Error, QMap<QString, QList<Action *>>> Action::actionGroupsFromVariant(const QMap<QString, QVariant> &groups,
+                                                                              const QList<Action *> &actions,
+                                                                              const FeaturesProvider *featuresProvider,
+                                                                              QObject *parent)
 {
     const ActionReader::Index known = ActionReader::indexOf(actions);
     QMap<QString, QList<Action *>> table;
@@ -230,8 +230,9 @@ Either<Error, Action *> firstSupported(const QList<QVariant> &list, const Featur
     QStringList alternatives;
     for (const QVariant &alternative : list)
         alternatives.append(alternative.toString());
-    return fail(__LINE__, QStringLiteral("no one action is supported of list: [ ")
-                + alternatives.join(QStringLiteral(", ")) + QStringLiteral(" ]"));
+    return fail(__LINE__,
+                QStringLiteral("no one action is supported of list: [ ") + alternatives.join(QStringLiteral(", "))
+                        + QStringLiteral(" ]"));
 }
 
 namespace {
@@ -254,7 +255,8 @@ Either<Error, QList<Feature *>> features(const QVariant &names, const FeaturesPr
 ActionProxyNode::ActionProxyNode(int level, const QString &pathSegment, const QString &title, Action *action,
                                  QObject *parent)
     : QObject(parent), m_level(level), m_pathSegment(pathSegment), m_title(title), m_action(action)
-{}
+{
+}
 
 ActionProxyNode::ActionProxyNode(int level, const QString &pathSegment, const QString &title,
                                  const QList<ActionProxyNode *> &childNodes, QObject *parent)
@@ -353,8 +355,7 @@ QStringList ActionProxyNode::path() const
 
 bool ActionProxyNode::isAnsestorOf(const QStringList &ancestorPath, const QVector<QString> &path)
 {
-    return ancestorPath.size() < path.size()
-            && std::equal(ancestorPath.cbegin(), ancestorPath.cend(), path.cbegin());
+    return ancestorPath.size() < path.size() && std::equal(ancestorPath.cbegin(), ancestorPath.cend(), path.cbegin());
 }
 
 bool ActionProxyNode::isAnsestorOf(Action *other) const

@@ -15,7 +15,8 @@ static Left<Error> fail(int line, const QString &message)
 
 ApplicationPaths::ApplicationPaths(const QString &appId, const QString &currentPath, const QString &defaultPath)
     : m_appId(appId), m_currentPath(currentPath), m_defaultPath(defaultPath)
-{}
+{
+}
 
 QString ApplicationPaths::appId() const
 {
@@ -38,10 +39,10 @@ bool ApplicationPaths::currentPathExists() const
 }
 
 ApplicationPathsConfiguration::ApplicationPathsConfiguration(const QString &currentPath, const QString &defaultPath,
-                                                             const QString &fileName,
-                                                             const QStringList &prohibitedApps)
+                                                             const QString &fileName, const QStringList &prohibitedApps)
     : m_currentPath(currentPath), m_defaultPath(defaultPath), m_fileName(fileName), m_prohibitedApps(prohibitedApps)
-{}
+{
+}
 
 ApplicationPathsConfiguration ApplicationPathsConfiguration::newDefault()
 {

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -119,12 +120,25 @@ static int openBeside(const std::string &target, std::string *name)
     }
 }
 
-static bool copyOwnerAndMode(const struct stat &status, int descriptor)
+// Owner, mode and access list.
+static bool copyPermissions(int from, const struct stat &status, int to)
 {
     // Only root can give a file away; for everybody else it is their own already.
     const bool same = status.st_uid == geteuid() && status.st_gid == getegid();
-    const bool owned = same || ::fchown(descriptor, status.st_uid, status.st_gid) == 0;
-    return ::fchmod(descriptor, owned ? status.st_mode & 07777 : status.st_mode & 0777) == 0;
+    const bool owned = same || ::fchown(to, status.st_uid, status.st_gid) == 0;
+    if (::fchmod(to, owned ? status.st_mode & 07777 : status.st_mode & 0777) != 0)
+        return false;
+
+    const char *const name = "system.posix_acl_access";
+    char list[4096];
+    const ssize_t size = ::fgetxattr(from, name, list, sizeof list);
+    return size <= 0 || ::fsetxattr(to, name, list, static_cast<std::size_t>(size), 0) == 0;
+}
+
+// What a directory says that only its owner, or nobody, may change it, though a file in it may be written.
+static bool isRefusal(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
 }
 
 Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &bytes)
@@ -146,15 +160,16 @@ Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &b
     if (!temporary.isOpen()) {
         if (!existing.isOpen())
             return Left(qt_error_string(errno));
-        const bool mayNotMakeFiles = errno == EACCES || errno == EPERM || errno == EROFS;
-        return Right(mayNotMakeFiles ? writeDirectly(existing, bytes) : qint64(-1));
+        return Right(isRefusal(errno) ? writeDirectly(existing, bytes) : qint64(-1));
     }
 
-    const bool replaced = (!existing.isOpen() || copyOwnerAndMode(status, temporary)) && writeAll(temporary, bytes)
-            && sync(temporary) && temporary.close() && std::rename(name.c_str(), target.c_str()) == 0;
-    if (!replaced)
-        ::unlink(name.c_str());
-    return Right(replaced && syncDirectory(directoryOf(target)) ? qint64(bytes.size()) : qint64(-1));
+    const bool filled = (!existing.isOpen() || copyPermissions(existing, status, temporary))
+            && writeAll(temporary, bytes) && sync(temporary) && temporary.close();
+    if (filled && std::rename(name.c_str(), target.c_str()) == 0)
+        return Right(syncDirectory(directoryOf(target)) ? qint64(bytes.size()) : qint64(-1));
+    const bool refused = filled && existing.isOpen() && isRefusal(errno);
+    ::unlink(name.c_str());
+    return Right(refused ? writeDirectly(existing, bytes) : qint64(-1));
 }
 
 static void makeDirectories(const std::filesystem::path &directory)

@@ -69,12 +69,12 @@ static Either<Error, QList<Gesture *>> withUniqueIds(const QList<Gesture *> &ges
 {
     // Only neighbours are compared, and the id named is the first one behind the kept part.
     QList<Gesture *> kept = gestures;
-    const auto end = std::unique(kept.begin(), kept.end(), [](const Gesture *a, const Gesture *b) {
-        return a->id() == b->id();
-    });
+    const auto end = std::unique(kept.begin(), kept.end(),
+                                 [](const Gesture *a, const Gesture *b) { return a->id() == b->id(); });
     if (end != kept.end())
-        return fail(69, QStringLiteral("gesture id must be unique but dublicate found: `") + (*end)->id()
-                    + QLatin1Char('`'));
+        return fail(69,
+                    QStringLiteral("gesture id must be unique but dublicate found: `") + (*end)->id()
+                            + QLatin1Char('`'));
     return Right(gestures);
 }
 
@@ -83,9 +83,8 @@ Either<Error, QList<Gesture *>> Configuration::loadJson(const QString &fileName,
                                                         const QMap<QString, QRectF> &zones,
                                                         const QMap<QString, QString> &bindings, QObject *parent)
 {
-    return components::VariantLoader::loadJson(fileName).flatMap([=](const QVariant &document) {
-        return fromVariant(document, featuresProvider, zones, bindings, parent);
-    });
+    return components::VariantLoader::loadJson(fileName).flatMap(
+            [=](const QVariant &document) { return fromVariant(document, featuresProvider, zones, bindings, parent); });
 }
 
 Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &document,

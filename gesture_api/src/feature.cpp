@@ -16,7 +16,8 @@ static Left<Error> fail(int line, const QString &message)
 
 Feature::Feature(const QString &name, const std::function<bool()> &supported, QObject *parent)
     : QObject(parent), m_name(name), m_predicate(supported)
-{}
+{
+}
 
 QString Feature::name() const
 {
@@ -78,11 +79,12 @@ Either<Error, QList<Feature *>> FeaturesProvider::featuresByNames(const QSet<QSt
 }
 
 DefaultFeaturesProvider::DefaultFeaturesProvider(QObject *parent)
-    : FeaturesProvider(parent),
-      m_features{new Feature(QStringLiteral("frontlight"), device_has_frontlight, this),
-                 new Feature(QStringLiteral("smartlight"), hw_is_frontlight_color_supported, this),
-                 new Feature(QStringLiteral("tts"), SvTTSSupported, this)}
-{}
+    : FeaturesProvider(parent), m_features{new Feature(QStringLiteral("frontlight"), device_has_frontlight, this),
+                                           new Feature(QStringLiteral("smartlight"), hw_is_frontlight_color_supported,
+                                                       this),
+                                           new Feature(QStringLiteral("tts"), SvTTSSupported, this)}
+{
+}
 
 QList<Feature *> DefaultFeaturesProvider::allFeatures() const
 {

@@ -181,8 +181,8 @@ bool Gesture::merge(Gesture *other)
 
 Gesture *Gesture::clone(QObject *parent) const
 {
-    return new Gesture(m_id, m_modes, m_kind, m_zone, m_direction, m_availableActions, m_defaultAction,
-                       m_currentAction, m_features, parent);
+    return new Gesture(m_id, m_modes, m_kind, m_zone, m_direction, m_availableActions, m_defaultAction, m_currentAction,
+                       m_features, parent);
 }
 
 static void dumpAction(QDebug &dbg, const Action *action, int indent)
@@ -196,8 +196,8 @@ static void dumpAction(QDebug &dbg, const Action *action, int indent)
 void Gesture::dump(QDebug &dbg, int indent) const
 {
     const QByteArray heading = indentText(indent + 1);
-    dbg << indentText(indent).constData() << "gesture(" << m_id << "):" << m_kind << ":" << m_zone << ":"
-        << m_direction << "\n";
+    dbg << indentText(indent).constData() << "gesture(" << m_id << "):" << m_kind << ":" << m_zone << ":" << m_direction
+        << "\n";
     dbg << heading.constData() << "defaultAction:\n";
     dumpAction(dbg, m_defaultAction, indent + 2);
     dbg << heading.constData() << "currentAction:\n";
@@ -290,14 +290,13 @@ static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryC
     if (zone.isLeft())
         return Left(zone.left());
 
-    const Either<Error, Gesture::Direction> direction = directionValue == absent
-            ? Right(Gesture::NoDirection)
-            : Gesture::directionFromVariant(*directionValue);
+    const Either<Error, Gesture::Direction> direction =
+            directionValue == absent ? Right(Gesture::NoDirection) : Gesture::directionFromVariant(*directionValue);
     if (direction.isLeft())
         return Left(direction.left());
 
-    const QString id = idValue == absent ? Gesture::formId(modes, kind.right(), zoneName, direction.right())
-                                         : idValue->toString();
+    const QString id =
+            idValue == absent ? Gesture::formId(modes, kind.right(), zoneName, direction.right()) : idValue->toString();
 
     const Either<Error, QList<Action *>> available = availableValue == absent
             ? Right(QList<Action *>())

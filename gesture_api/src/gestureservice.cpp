@@ -34,19 +34,20 @@ QMap<QString, QRectF> GestureService::predefinedZones = makePredefinedZones();
 
 GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                                QObject *parent)
-    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_readonly(readonly),
-      m_gestures([this] { return load(); })
+    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
+      m_readonly(readonly), m_gestures([this] { return load(); })
 {
     connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, this, &GestureService::save);
 }
 
 GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                                const GestureList &gestures, bool pruned, QObject *parent)
-    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_readonly(readonly), m_pruned(pruned),
-      m_gestures(gestures.map<Gesture *>([this](Gesture *const &gesture) -> Gesture * {
-          return gesture ? gesture->clone(this) : nullptr;
-      }))
-{}
+    : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
+      m_readonly(readonly), m_pruned(pruned), m_state(Loaded),
+      m_gestures(gestures.map<Gesture *>(
+              [this](Gesture *const &gesture) -> Gesture * { return gesture ? gesture->clone(this) : nullptr; }))
+{
+}
 
 GestureService::~GestureService()
 {
@@ -82,8 +83,7 @@ Gesture *GestureService::findGestureByZone(const QString &mode, const Gesture::K
                                            const Gesture::Direction &direction, const QRectF &zone) const
 {
     for (Gesture *gesture : gestureList()) {
-        if (isOf(gesture, mode, kind, direction)
-            && (gesture->zone() == zone || Zones::contains(gesture->zone(), zone)))
+        if (isOf(gesture, mode, kind, direction) && (gesture->zone() == zone || Zones::contains(gesture->zone(), zone)))
             return gesture;
     }
     return nullptr;
@@ -154,8 +154,8 @@ bool GestureService::save()
     m_saved = true;
     if (m_readonly || m_pruned)
         return false;
-    // An error at load may end the process: there is nothing to save then, and much to lose.
-    if (m_loading)
+    // There is nothing to save then, and much to lose.
+    if (m_state != Loaded && !mayStillLoad())
         return true;
     const QList<Gesture *> &gestures = gestureList();
     if (keepRejectedFile())
@@ -169,16 +169,23 @@ bool GestureService::prune()
     return PathResolver::newDefault().remove(m_paths.currentPath().toStdString());
 }
 
+// Not from within a load, which may end the process, nor after the features provider has died, without
+// which the configuration could not be read.
+bool GestureService::mayStillLoad() const
+{
+    return m_state == NotLoaded && (m_featuresProvider || !m_wantsFeatures);
+}
+
 QList<Gesture *> GestureService::load()
 {
-    m_loading = true;
+    m_state = Loading;
     const QMap<QString, QString> bindings = loadBindings();
     const auto gestures =
             Configuration::loadJson(m_paths.defaultPath(), m_featuresProvider, predefinedZones, bindings, this);
     if (gestures.isLeft() && !bindings.isEmpty())
         *m_userFileRejected = true;
     const QList<Gesture *> list = gestures.getOrErr({});
-    m_loading = false;
+    m_state = Loaded;
     return list;
 }
 
@@ -207,17 +214,22 @@ static bool isWritten(const Either<QString, qint64> &result)
 // What a save is about to overwrite is somebody's choice that we did not understand.
 bool GestureService::keepRejectedFile()
 {
-    const QString path = QString::fromStdString(
-            PathResolver::newDefault().resolvePreffix(m_paths.currentPath().toStdString()));
-    if (!*m_userFileRejected || !QFileInfo(path).isFile())
+    const QString path =
+            QString::fromStdString(PathResolver::newDefault().resolvePreffix(m_paths.currentPath().toStdString()));
+    if (!*m_userFileRejected)
         return true;
+    const QFileInfo info(path);
+    if (!info.isFile()) {
+        *m_userFileRejected = false; // gone: what comes after it is not what was rejected
+        return true;
+    }
+    if (!info.isWritable())
+        return true; // the save will say so
 
     QFile file(path);
-    const bool readable = file.open(QIODevice::ReadOnly);
-    const QByteArray bytes = file.readAll();
-    const bool kept = readable && file.error() == QFileDevice::NoError
-            && isWritten(writeAtomically(path + QStringLiteral(".rejected"), bytes));
-    if (!kept) {
+    if (!file.open(QIODevice::ReadOnly)
+        || !isWritten(writeAtomically(path + QStringLiteral(".rejected"), file.readAll()))
+        || file.error() != QFileDevice::NoError) {
         qCritical() << "[error] not saved, the rejected file can not be kept beside it (path:" << path << ")";
         return false;
     }

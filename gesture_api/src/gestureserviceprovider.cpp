@@ -14,9 +14,8 @@ GestureServiceProvider::GestureServiceProvider(const FeaturesProvider *featuresP
         syncApp(appId, featuresProvider);
         installService(featuresProvider, appId, m_readonly);
     });
-    connect(this, &GestureServiceProvider::readonlyChanged, this, [this, featuresProvider](bool readonly) {
-        installService(featuresProvider, m_appId, readonly);
-    });
+    connect(this, &GestureServiceProvider::readonlyChanged, this,
+            [this, featuresProvider](bool readonly) { installService(featuresProvider, m_appId, readonly); });
     // Queued, so that QML can set its properties first.
     QMetaObject::invokeMethod(
             this,
@@ -100,6 +99,7 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
 {
     if (m_watcher)
         m_watcher->deleteLater();
+    m_watchedAppId.clear();
     if (appId.isEmpty())
         return;
     const auto paths = applicationPathsConfiguration().appPaths(appId);
@@ -108,8 +108,11 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
     m_watchedAppId = appId;
     const QString currentPath = QString::fromStdString(
             PathResolver::newDefault().resolvePreffix(paths.right().currentPath().toStdString()));
-    m_watcher = components::fs::__watchFileChange(currentPath, this,
-                                                  [this, featuresProvider] { replaceStaleService(featuresProvider); });
+    m_watcher = components::fs::__watchFileChange(currentPath, this, [this, appId, featuresProvider] {
+        // The watch that was let go may speak once more.
+        if (appId == m_watchedAppId)
+            replaceStaleService(featuresProvider);
+    });
 }
 
 void GestureServiceProvider::replaceStaleService(const FeaturesProvider *featuresProvider)

@@ -12,9 +12,10 @@ QQmlListProperty<T> kMakeReadonlyProxyQmlListProperty(const QObject *owner, cons
 {
     using Property = QQmlListProperty<T>;
     using List = const QList<T *>;
-    return Property(const_cast<QObject *>(owner), const_cast<QList<T *> *>(&list),
-                    [](Property *property) { return static_cast<List *>(property->data)->size(); },
-                    [](Property *property, int index) { return static_cast<List *>(property->data)->at(index); });
+    return Property(
+            const_cast<QObject *>(owner), const_cast<QList<T *> *>(&list),
+            [](Property *property) { return static_cast<List *>(property->data)->size(); },
+            [](Property *property, int index) { return static_cast<List *>(property->data)->at(index); });
 }
 
 }

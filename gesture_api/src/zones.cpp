@@ -50,8 +50,7 @@ Either<Error, QMap<QString, QRectF>> Zones::generateV3Model(const double &divide
 
 bool Zones::contains(const QRectF &outer, const QRectF &inner)
 {
-    return inner.x() >= outer.x() && inner.y() >= outer.y()
-            && inner.x() + inner.width() <= outer.x() + outer.width()
+    return inner.x() >= outer.x() && inner.y() >= outer.y() && inner.x() + inner.width() <= outer.x() + outer.width()
             && inner.y() + inner.height() <= outer.y() + outer.height();
 }
 

@@ -31,9 +31,10 @@ static Failure badFile(const QString &path, const QString &place, const Error &e
 {
     const QString file = resolved(path);
     const QString reason = words(error);
-    if (reason.startsWith(file))
+    if (reason.contains(file))
         return {BadFiles, reason};
-    return {BadFiles, file + QStringLiteral(": ") + (place.isEmpty() ? QString() : place + QStringLiteral(": ")) + reason};
+    return {BadFiles,
+            file + QStringLiteral(": ") + (place.isEmpty() ? QString() : place + QStringLiteral(": ")) + reason};
 }
 
 Result<ApplicationPaths> pathsOf(const QString &appId)
@@ -54,10 +55,11 @@ Result<Bindings> bindingsOf(const ApplicationPaths &paths)
         if (const auto *other = boost::get<Error>(&error.value))
             return badFile(paths.currentPath(), QString(), *other);
         const qint32 found = boost::get<ActionBindings::ParsingError::VersionNotMatch>(error.value).version;
-        return Failure{BadFiles, QStringLiteral("%1: version: found %2, needed %3")
-                                         .arg(resolved(paths.currentPath()))
-                                         .arg(found)
-                                         .arg(ActionBindings::version)};
+        return Failure{BadFiles,
+                       QStringLiteral("%1: version: found %2, needed %3")
+                               .arg(resolved(paths.currentPath()))
+                               .arg(found)
+                               .arg(ActionBindings::version)};
     });
 }
 
@@ -72,6 +74,15 @@ static QString placeOfFault(const QVariantMap &root, const FeaturesProvider *fea
     const auto member = [](const char *section, const QString &name) {
         return QLatin1String(section) + QLatin1Char('.') + name;
     };
+
+    const auto isOther = [&root](const char *section, QMetaType::Type type) {
+        const auto value = root.constFind(QLatin1String(section));
+        return value != root.constEnd() && value->userType() != type;
+    };
+    // The message names the section then.
+    if (isOther("zones", QMetaType::QVariantMap) || isOther("actions", QMetaType::QVariantList)
+        || isOther("actionGroups", QMetaType::QVariantMap))
+        return {};
 
     QMap<QString, QRectF> zones;
     const QVariantMap zoneSection = root.value(QStringLiteral("zones")).toMap();
@@ -111,6 +122,22 @@ static QString placeOfFault(const QVariantMap &root, const FeaturesProvider *fea
     return {};
 }
 
+// The first binding that alone makes a sound configuration fail; empty when there is none.
+static QString refusedBinding(const QVariant &document, const FeaturesProvider *features, const Bindings &bindings)
+{
+    const auto loads = [&](const Bindings &some) {
+        QObject owner;
+        return Configuration::fromVariant(document, features, GestureService::predefinedZones, some, &owner).isRight();
+    };
+    if (!loads({}))
+        return {};
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding) {
+        if (!loads({{binding.key(), *binding}}))
+            return binding.key();
+    }
+    return {};
+}
+
 Result<Gestures> gesturesOf(const ApplicationPaths &paths, const FeaturesProvider *features, const Bindings &bindings,
                             QObject *parent)
 {
@@ -118,6 +145,10 @@ Result<Gestures> gesturesOf(const ApplicationPaths &paths, const FeaturesProvide
     return Configuration::loadJson(file, features, GestureService::predefinedZones, bindings, parent)
             .mapLeft([&](const Error &error) {
                 const auto document = components::VariantLoader::loadJson(file);
+                const QString binding =
+                        document.isRight() ? refusedBinding(document.right(), features, bindings) : QString();
+                if (!binding.isEmpty())
+                    return badFile(paths.currentPath(), QStringLiteral("actions.") + binding, error);
                 const QString place =
                         document.isRight() ? placeOfFault(document.right().toMap(), features, bindings) : QString();
                 return badFile(file, place, error);

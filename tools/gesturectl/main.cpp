@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
 #include <functional>
 
 using namespace gesturectl;
@@ -77,8 +78,9 @@ int main(int argc, char *argv[])
         command->add_option("GESTURE", options.gesture, "The id of a gesture, as 'list' shows it")->required();
     };
 
-    CLI::App *command = add("list", "Show the gestures and their current actions",
-                            [&] { return list(text(options.app), text(options.kind), text(options.mode), options.json); });
+    CLI::App *command = add("list", "Show the gestures and their current actions", [&] {
+        return list(text(options.app), text(options.kind), text(options.mode), options.json);
+    });
     withApp(command)->required();
     command->add_option("--kind", options.kind, "Only this kind")->check(kinds);
     command->add_option("--mode", options.mode, "Only those that apply in this mode");
@@ -142,6 +144,10 @@ int main(int argc, char *argv[])
         return WrongUse;
     }
     const Result<ExitStatus> result = verb();
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        printError(QStringLiteral("the output could not be written"));
+        return BadFiles;
+    }
     if (result.isRight())
         return result.right();
     printError(result.left().message);

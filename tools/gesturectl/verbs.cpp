@@ -7,6 +7,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -112,10 +116,13 @@ static QJsonObject toJson(const Gesture *gesture)
 
 static QStringList toRow(const Gesture *gesture)
 {
-    return {gesture->id(), gesture->modes().isEmpty() ? QStringLiteral("(all)") : gesture->modes().join(QLatin1Char(',')),
+    return {gesture->id(),
+            gesture->modes().isEmpty() ? QStringLiteral("(all)") : gesture->modes().join(QLatin1Char(',')),
             Gesture::kindToVariant(gesture->kind()).toString(),
-            Gesture::directionToVariant(gesture->direction()).toString(), zoneText(gesture->zone()),
-            pathOf(gesture->currentAction()) + (gesture->supported() ? QString() : QStringLiteral("  [not on this device]"))};
+            Gesture::directionToVariant(gesture->direction()).toString(),
+            zoneText(gesture->zone()),
+            pathOf(gesture->currentAction())
+                    + (gesture->supported() ? QString() : QStringLiteral("  [not on this device]"))};
 }
 
 Result<ExitStatus> list(const QString &appId, const QString &kind, const QString &mode, bool json)
@@ -153,9 +160,9 @@ Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json)
         const Gesture *gesture = service.findGesture(touch.mode, touch.kind, touch.direction, touch.position);
         if (json) {
             const QJsonValue id = gesture ? QJsonValue(gesture->id()) : QJsonValue();
-            print(QJsonDocument(QJsonObject{{QStringLiteral("gesture"), id},
-                                            {QStringLiteral("action"),
-                                             jsonPathOf(gesture ? gesture->currentAction() : nullptr)}}));
+            print(QJsonDocument(
+                    QJsonObject{{QStringLiteral("gesture"), id},
+                                {QStringLiteral("action"), jsonPathOf(gesture ? gesture->currentAction() : nullptr)}}));
         } else if (gesture) {
             print(gesture->id() + QLatin1Char(' ') + pathOf(gesture->currentAction()));
         }
@@ -165,9 +172,8 @@ Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json)
 
 Result<ExitStatus> zones(const QString &appId, bool json)
 {
-    const Result<QMap<QString, QRectF>> zones = appId.isEmpty()
-            ? Right(GestureService::predefinedZones)
-            : pathsOf(appId).flatMap(zonesOf);
+    const Result<QMap<QString, QRectF>> zones =
+            appId.isEmpty() ? Right(GestureService::predefinedZones) : pathsOf(appId).flatMap(zonesOf);
     return zones.map([json](const QMap<QString, QRectF> &all) {
         QJsonObject object;
         QList<QStringList> rows;
@@ -274,6 +280,31 @@ static Result<ExitStatus> write(const ApplicationPaths &paths, const Gestures &g
     return Right(Success);
 }
 
+namespace {
+// One binding at a time: what another process binds between our reading and our writing would be lost.
+// The lock is on the configuration, which is always there, and goes with the descriptor.
+class BindLock
+{
+public:
+    explicit BindLock(const ApplicationPaths &paths)
+        : m_descriptor(open(qPrintable(resolved(paths.defaultPath())), O_RDONLY | O_NONBLOCK | O_CLOEXEC))
+    {
+        if (m_descriptor >= 0)
+            flock(m_descriptor, LOCK_EX);
+    }
+    ~BindLock()
+    {
+        if (m_descriptor >= 0)
+            close(m_descriptor);
+    }
+    BindLock(const BindLock &) = delete;
+    BindLock &operator=(const BindLock &) = delete;
+
+private:
+    const int m_descriptor;
+};
+}
+
 Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QString &actionPath)
 {
     const DefaultFeaturesProvider features;
@@ -283,6 +314,7 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
     const auto paths = pathsOf(appId);
     if (paths.isLeft())
         return Left(paths.left());
+    const BindLock lock(paths.right());
     const auto bindings = bindingsOf(paths.right());
     if (bindings.isLeft())
         return Left(bindings.left());

@@ -65,11 +65,13 @@ public:
 
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, L>>>
     Either(const vellix::Left<T> &left) : m_side(vellix::Left<L>(left.value()))
-    {}
+    {
+    }
 
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, R>>>
     Either(const vellix::Right<T> &right) : m_side(vellix::Right<R>(right.value()))
-    {}
+    {
+    }
 
     bool isLeft() const { return m_side.which() == 0; }
     bool isRight() const { return m_side.which() == 1; }
@@ -85,7 +87,8 @@ public:
     {
         if (isLeft())
             return vellix::Left<L>(left());
-        return vellix::Right(std::invoke(f, right()));
+        using U = std::decay_t<std::invoke_result_t<const F &, const R &>>;
+        return vellix::Right<U>(std::invoke(f, right()));
     }
 
     /// The result that `f` makes of the right value; a left value is handed on and `f` not called.
@@ -103,7 +106,8 @@ public:
     {
         if (isRight())
             return vellix::Right<R>(right());
-        return vellix::Left(std::invoke(f, left()));
+        using U = std::decay_t<std::invoke_result_t<const F &, const L &>>;
+        return vellix::Left<U>(std::invoke(f, left()));
     }
 
     /// The right value. A left one is logged as a warning and `fallback` returned.
@@ -132,8 +136,8 @@ public:
     {
         if (isRight())
             return right();
-        QMessageLogger(nullptr, 0, nullptr).critical()
-                << "\033[31m" << "[error] expected right but" << left() << "\033[0m";
+        QMessageLogger(nullptr, 0, nullptr).critical() << "\033[31m"
+                                                       << "[error] expected right but" << left() << "\033[0m";
         return exitOr(fallback);
     }
 
@@ -166,7 +170,9 @@ inline void printRecord(QDebug &out, const Error::err &record)
 inline QDebug &operator<<(QDebug &out, const Error &error)
 {
     if (error.records.empty())
-        return out << "\033[31m" << "undefined error" << "\033[0m";
+        return out << "\033[31m"
+                   << "undefined error"
+                   << "\033[0m";
 
     if (error.records.size() == 1) {
         out << "\033[31m";
@@ -174,13 +180,22 @@ inline QDebug &operator<<(QDebug &out, const Error &error)
         return out << "\033[0m";
     }
 
-    out << "error:\n" << "\033[3;41;30m" << "causes chain:" << "\033[0m" << "\n";
+    out << "error:\n"
+        << "\033[3;41;30m"
+        << "causes chain:"
+        << "\033[0m"
+        << "\n";
     for (const Error::err &record : error.records) {
-        out << "\033[31m" << "\t";
+        out << "\033[31m"
+            << "\t";
         EitherPrivate::printRecord(out, record);
-        out << "\033[0m" << "\n";
+        out << "\033[0m"
+            << "\n";
     }
-    return out << "\033[3;41;30m" << "< ---- ---- >" << "\033[0m" << "\n";
+    return out << "\033[3;41;30m"
+               << "< ---- ---- >"
+               << "\033[0m"
+               << "\n";
 }
 
 /// For `qDebug() << error`, where the stream is a temporary.

@@ -71,8 +71,7 @@ public:
     /// stay children of `parent`.
     static Either<Error, Action *> firstSupportedFromVariant(const QList<QVariant> &list,
                                                              const FeaturesProvider *featuresProvider,
-                                                             const QList<Action *> &actions,
-                                                             QObject *parent = nullptr);
+                                                             const QList<Action *> &actions, QObject *parent = nullptr);
 
     /// A map of "path" and "titles". Features are not written.
     QVariant toVariant() const;

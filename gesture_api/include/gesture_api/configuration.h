@@ -32,11 +32,9 @@ public:
                                                     const QMap<QString, QRectF> &zones,
                                                     const QMap<QString, QString> &bindings, QObject *parent = nullptr);
     /// The same from a document that is loaded already.
-    static Either<Error, QList<Gesture *>> fromVariant(const QVariant &document,
-                                                       const FeaturesProvider *featuresProvider,
-                                                       const QMap<QString, QRectF> &zones,
-                                                       const QMap<QString, QString> &bindings,
-                                                       QObject *parent = nullptr);
+    static Either<Error, QList<Gesture *>>
+    fromVariant(const QVariant &document, const FeaturesProvider *featuresProvider, const QMap<QString, QRectF> &zones,
+                const QMap<QString, QString> &bindings, QObject *parent = nullptr);
 };
 
 /// A user's own choices: gesture id to action path, in a small file of a known version.
@@ -73,7 +71,8 @@ public:
 };
 
 /// "VersionNotMatch(N)" or "OtherError(...)".
-GESTURE_API_EXPORT std::ostream &operator<<(std::ostream &out, const Configuration::ActionBindings::ParsingError &error);
+GESTURE_API_EXPORT std::ostream &operator<<(std::ostream &out,
+                                            const Configuration::ActionBindings::ParsingError &error);
 
 }
 }

@@ -79,9 +79,11 @@ public:
     /// Writes the current action of every gesture to the user's file. False when the service is
     /// read-only or pruned; true says that it was tried, the log tells of a failure.
     ///
-    /// A user file that could not be taken over is first kept beside it as "<file name>.rejected".
+    /// A user file that could not be taken over is first kept beside it as "<file name>.rejected"; where
+    /// that cannot be, nothing is written.
     Q_INVOKABLE bool save();
-    /// Deletes the user's file; from now on this service and its clones never save.
+    /// Deletes the user's file; from now on this service and the clones made of it never save. The
+    /// service that a provider then builds is a new one: if the provider is writable, it saves at exit.
     Q_INVOKABLE bool prune();
 
 Q_SIGNALS:
@@ -92,14 +94,16 @@ Q_SIGNALS:
 private:
     QList<Gesture *> load();
     QMap<QString, QString> loadBindings();
+    bool mayStillLoad() const;
     bool keepRejectedFile();
 
     const ApplicationPaths m_paths;
     const QPointer<const FeaturesProvider> m_featuresProvider;
+    const bool m_wantsFeatures;
     bool m_saved = false;
     const bool m_readonly;
     bool m_pruned = false;
-    bool m_loading = false;
+    enum { NotLoaded, Loading, Loaded } m_state = NotLoaded;
     // Set while the user's file holds what this service and its clones could not take over.
     std::shared_ptr<bool> m_userFileRejected = std::make_shared<bool>(false);
     const GestureList m_gestures;

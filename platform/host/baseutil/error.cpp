@@ -13,7 +13,8 @@ std::string CodeLocation::toString(const std::string &file, int line)
 Error::Error(const CodeLocation &location, const std::string &message) : records{{location, message}} {}
 
 Error::Error(const CodeLocation &location, const char *message) : Error(location, std::string(message ? message : ""))
-{}
+{
+}
 
 std::ostream &operator<<(std::ostream &out, const Error &error)
 {

@@ -34,9 +34,10 @@ static std::string userDataDirectory()
     return environment("XDG_DATA_HOME", homeDirectory() + "/.local/share") + "/vellix";
 }
 
-static std::string systemDataDirectory()
+// The first directory that has ours, else ours in the first one; empty for no directory at all.
+static std::string systemDataDirectory(const std::string &list)
 {
-    std::istringstream directories(environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share"));
+    std::istringstream directories(list);
     std::string first;
     for (std::string directory; std::getline(directories, directory, ':');) {
         if (directory.empty())
@@ -52,7 +53,15 @@ static std::string systemDataDirectory()
 
 PathResolver::PathResolver(const std::string &userData, const std::string &systemData)
     : m_userData(userData), m_systemData(systemData)
-{}
+{
+}
+
+static std::string systemDataDirectory()
+{
+    const std::string standard = "/usr/local/share:/usr/share";
+    const std::string named = systemDataDirectory(environment("XDG_DATA_DIRS", standard));
+    return named.empty() ? systemDataDirectory(standard) : named;
+}
 
 PathResolver PathResolver::newDefault()
 {

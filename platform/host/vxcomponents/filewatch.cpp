@@ -20,8 +20,8 @@ namespace vellix {
 namespace components {
 
 // A directory tells of its entries coming and going, the file itself of what is written to it.
-static constexpr std::uint32_t directoryEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB
-        | IN_DELETE_SELF | IN_MOVE_SELF;
+static constexpr std::uint32_t directoryEvents =
+        IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF;
 static constexpr std::uint32_t fileEvents = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB;
 
 // A writer at work is looked at this often; one that has finished at once.

@@ -3,10 +3,11 @@
 namespace vellix {
 namespace components {
 
-ReadonlyLazyListModel::ReadonlyLazyListModel(const std::function<int()> &count, const std::function<QVariant(int)> &item,
-                                             QObject *parent)
+ReadonlyLazyListModel::ReadonlyLazyListModel(const std::function<int()> &count,
+                                             const std::function<QVariant(int)> &item, QObject *parent)
     : QAbstractListModel(parent), m_count(count), m_item(item)
-{}
+{
+}
 
 int ReadonlyLazyListModel::rowCount(const QModelIndex &parent) const
 {

@@ -19,10 +19,8 @@ static int offsetOf(const QJsonParseError &error)
     case QJsonParseError::IllegalNumber:
     case QJsonParseError::IllegalUTF8String:
     case QJsonParseError::UnterminatedString:
-    case QJsonParseError::GarbageAtEnd:
-        return error.offset;
-    default:
-        return qMax(0, error.offset - 1);
+    case QJsonParseError::GarbageAtEnd: return error.offset;
+    default: return qMax(0, error.offset - 1);
     }
 }
 
@@ -37,14 +35,14 @@ static QString place(const QByteArray &text, int offset)
 
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
-    const QString path =
-            QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
+    const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
 
     // A pipe would block and a device might never end.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return fail(__LINE__, path + QStringLiteral(": ")
-                    + (info.isDir() ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
+        return fail(__LINE__,
+                    path + QStringLiteral(": ")
+                            + (info.isDir() ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
 
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -57,8 +55,9 @@ Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError)
-        return fail(__LINE__, path + QLatin1Char(':') + place(text, offsetOf(error)) + QStringLiteral(": ")
-                    + error.errorString());
+        return fail(__LINE__,
+                    path + QLatin1Char(':') + place(text, offsetOf(error)) + QStringLiteral(": ")
+                            + error.errorString());
     return Right(document.toVariant());
 }
 

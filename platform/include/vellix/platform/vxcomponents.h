@@ -51,13 +51,20 @@ class ReadonlyLazyList
 public:
     using Producer = std::function<QList<T>()>;
 
-    explicit ReadonlyLazyList(const Producer &producer = Producer()) : m_producer(producer) {}
+    ReadonlyLazyList(const Producer &producer = Producer()) : m_producer(producer) {}
 
     // A model belongs to the list that it was made from: copies start without one.
     ReadonlyLazyList(const ReadonlyLazyList &other)
         : m_producer(other.m_producer), m_computed(other.m_computed), m_value(other.m_value)
-    {}
-    ReadonlyLazyList &operator=(const ReadonlyLazyList &) = delete;
+    {
+    }
+    ReadonlyLazyList &operator=(const ReadonlyLazyList &other)
+    {
+        m_producer = other.m_producer;
+        m_computed = other.m_computed;
+        m_value = other.m_value;
+        return *this;
+    }
 
     /// The list; computed now if it was not. Valid as long as this object is.
     const QList<T> &get() const
@@ -72,7 +79,7 @@ public:
 
     /// The one model of this list, made at the first call as a child of `parent`. The list is
     /// computed at the model's first row count.
-    ReadonlyLazyListModel *acquireModel(QObject *parent) const
+    ReadonlyLazyListModel *acquireModel(QObject *parent = nullptr) const
     {
         if (!m_model) {
             m_model = new ReadonlyLazyListModel([this] { return get().size(); },
