@@ -29,9 +29,10 @@ static QJsonObject configuration(int gestures, int actions)
 {
     QJsonArray actionSection;
     for (int i = 0; i < actions; ++i) {
-        actionSection.append(QJsonObject{
-                {QStringLiteral("path"), actionPath(i)},
-                {QStringLiteral("titles"), QJsonArray{QStringLiteral("Group %1").arg(i / 8), QStringLiteral("Action %1").arg(i)}}});
+        actionSection.append(
+                QJsonObject{{QStringLiteral("path"), actionPath(i)},
+                            {QStringLiteral("titles"),
+                             QJsonArray{QStringLiteral("Group %1").arg(i / 8), QStringLiteral("Action %1").arg(i)}}});
     }
     QJsonObject groups;
     for (int i = 0; i < actions; i += 10) {
@@ -40,7 +41,8 @@ static QJsonObject configuration(int gestures, int actions)
             members.append(actionPath(j));
         groups.insert(QStringLiteral("group%1").arg(i / 10), members);
     }
-    const QStringList kinds{QStringLiteral("tap"), QStringLiteral("hold"), QStringLiteral("swipe"), QStringLiteral("drag")};
+    const QStringList kinds{QStringLiteral("tap"), QStringLiteral("hold"), QStringLiteral("swipe"),
+                            QStringLiteral("drag")};
     const QStringList directions{QStringLiteral("toLeft"), QStringLiteral("toRight"), QStringLiteral("toTop"),
                                  QStringLiteral("toBottom")};
     QJsonArray gestureSection;
@@ -54,16 +56,20 @@ static QJsonObject configuration(int gestures, int actions)
         if (i % 2)
             gesture.insert(QStringLiteral("zone"), QStringLiteral("center"));
         else
-            gesture.insert(QStringLiteral("zone"), QJsonObject{{QStringLiteral("x"), (i % 10) * 0.1}, {QStringLiteral("y"), 0.3},
-                                                               {QStringLiteral("w"), 0.1}, {QStringLiteral("h"), 0.2}});
+            gesture.insert(QStringLiteral("zone"),
+                           QJsonObject{{QStringLiteral("x"), (i % 10) * 0.1},
+                                       {QStringLiteral("y"), 0.3},
+                                       {QStringLiteral("w"), 0.1},
+                                       {QStringLiteral("h"), 0.2}});
         if (i % 5 == 0)
             gesture.insert(QStringLiteral("defaultAction"), QJsonArray{actionPath(i % actions), actionPath(0)});
         else
             gesture.insert(QStringLiteral("defaultAction"), actionPath(i % actions));
         if (i % 7 == 0)
             gesture.insert(QStringLiteral("availableActions"),
-                           QJsonArray{actionPath(1), QJsonObject{{QStringLiteral("path"), QStringLiteral("inline%1").arg(i)},
-                                                                 {QStringLiteral("title"), QStringLiteral("Inline")}}});
+                           QJsonArray{actionPath(1),
+                                      QJsonObject{{QStringLiteral("path"), QStringLiteral("inline%1").arg(i)},
+                                                  {QStringLiteral("title"), QStringLiteral("Inline")}}});
         gestureSection.append(gesture);
     }
     return {{QStringLiteral("actions"), actionSection},

@@ -194,40 +194,48 @@ private Q_SLOTS:
         const QStringList none;
         const auto texts = [](const char *joined) { return QString::fromUtf8(joined).split(QLatin1Char('|')); };
 
-        QTest::newRow("title") << R"({"path": "p", "title": "a"})" << "p" << a << none << true;
-        QTest::newRow("empty title") << R"({"path": "p", "title": ""})" << "p" << texts("") << none << true;
-        QTest::newRow("titles") << R"({"path": "p", "titles": ["a", "b"]})" << "p" << ab << none << true;
-        QTest::newRow("titles: empty") << R"({"path": "p", "titles": []})" << "p" << none << none << true;
-        QTest::newRow("titles: numbers become texts")
-                << R"({"path": "p", "titles": ["a", 5, -1.5]})" << "p" << texts("a|5|-1.5") << none << true;
-        QTest::newRow("titles: booleans become texts")
-                << R"({"path": "p", "titles": [true, false]})" << "p" << texts("true|false") << none << true;
+        QTest::newRow("title") << R"({"path": "p", "title": "a"})"
+                               << "p" << a << none << true;
+        QTest::newRow("empty title") << R"({"path": "p", "title": ""})"
+                                     << "p" << texts("") << none << true;
+        QTest::newRow("titles") << R"({"path": "p", "titles": ["a", "b"]})"
+                                << "p" << ab << none << true;
+        QTest::newRow("titles: empty") << R"({"path": "p", "titles": []})"
+                                       << "p" << none << none << true;
+        QTest::newRow("titles: numbers become texts") << R"({"path": "p", "titles": ["a", 5, -1.5]})"
+                                                      << "p" << texts("a|5|-1.5") << none << true;
+        QTest::newRow("titles: booleans become texts") << R"({"path": "p", "titles": [true, false]})"
+                                                       << "p" << texts("true|false") << none << true;
         QTest::newRow("titles: objects, lists and nulls become empty")
-                << R"({"path": "p", "titles": [{"a": "b"}, ["a"], null, "c"]})" << "p" << texts("|||c") << none << true;
-        QTest::newRow("titles: order and repetition stay")
-                << R"({"path": "p", "titles": ["b", "a", "b"]})" << "p" << texts("b|a|b") << none << true;
+                << R"({"path": "p", "titles": [{"a": "b"}, ["a"], null, "c"]})"
+                << "p" << texts("|||c") << none << true;
+        QTest::newRow("titles: order and repetition stay") << R"({"path": "p", "titles": ["b", "a", "b"]})"
+                                                           << "p" << texts("b|a|b") << none << true;
 
-        QTest::newRow("path: a number becomes its text")
-                << R"({"path": 7, "title": "a"})" << "7" << a << none << true;
-        QTest::newRow("path: a boolean becomes its text")
-                << R"({"path": true, "title": "a"})" << "true" << a << none << true;
-        QTest::newRow("path: null becomes empty") << R"({"path": null, "title": "a"})" << "" << a << none << true;
-        QTest::newRow("path: an object becomes empty") << R"({"path": {}, "title": "a"})" << "" << a << none << true;
-        QTest::newRow("path: a list becomes empty") << R"({"path": ["p"], "title": "a"})" << "" << a << none << true;
+        QTest::newRow("path: a number becomes its text") << R"({"path": 7, "title": "a"})"
+                                                         << "7" << a << none << true;
+        QTest::newRow("path: a boolean becomes its text") << R"({"path": true, "title": "a"})"
+                                                          << "true" << a << none << true;
+        QTest::newRow("path: null becomes empty") << R"({"path": null, "title": "a"})"
+                                                  << "" << a << none << true;
+        QTest::newRow("path: an object becomes empty") << R"({"path": {}, "title": "a"})"
+                                                       << "" << a << none << true;
+        QTest::newRow("path: a list becomes empty") << R"({"path": ["p"], "title": "a"})"
+                                                    << "" << a << none << true;
 
-        QTest::newRow("features: empty")
-                << R"({"path": "p", "title": "a", "features": []})" << "p" << a << none << true;
-        QTest::newRow("features: supported")
-                << R"({"path": "p", "title": "a", "features": ["on"]})" << "p" << a << texts("on") << true;
-        QTest::newRow("features: one unsupported")
-                << R"({"path": "p", "title": "a", "features": ["on", "off"]})" << "p" << a << texts("off|on") << false;
-        QTest::newRow("features: once each")
-                << R"({"path": "p", "title": "a", "features": ["on", "on"]})" << "p" << a << texts("on") << true;
+        QTest::newRow("features: empty") << R"({"path": "p", "title": "a", "features": []})"
+                                         << "p" << a << none << true;
+        QTest::newRow("features: supported") << R"({"path": "p", "title": "a", "features": ["on"]})"
+                                             << "p" << a << texts("on") << true;
+        QTest::newRow("features: one unsupported") << R"({"path": "p", "title": "a", "features": ["on", "off"]})"
+                                                   << "p" << a << texts("off|on") << false;
+        QTest::newRow("features: once each") << R"({"path": "p", "title": "a", "features": ["on", "on"]})"
+                                             << "p" << a << texts("on") << true;
         QTest::newRow("other keys are ignored")
-                << R"({"path": "p", "title": "a", "supported": false, "id": 1, "Features": ["none"]})" << "p" << a
-                << none << true;
-        QTest::newRow("a known path is defined anew") << R"({"path": "known", "title": "a"})" << "known" << a << none
-                                                      << true;
+                << R"({"path": "p", "title": "a", "supported": false, "id": 1, "Features": ["none"]})"
+                << "p" << a << none << true;
+        QTest::newRow("a known path is defined anew") << R"({"path": "known", "title": "a"})"
+                                                      << "known" << a << none << true;
     }
 
     void defined()
@@ -289,11 +297,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("a name") << R"({"path": "p", "title": "t", "features": ["on"]})" << "unknown feature: `on`";
-        QTest::newRow("a name, before path") << R"({"title": "t", "features": ["on"]})" << "unknown feature: `on`";
+        QTest::newRow("a name") << R"({"path": "p", "title": "t", "features": ["on"]})"
+                                << "unknown feature: `on`";
+        QTest::newRow("a name, before path") << R"({"title": "t", "features": ["on"]})"
+                                             << "unknown feature: `on`";
         QTest::newRow("no list") << R"({"path": "p", "title": "t", "features": "on"})" << featuresType;
-        QTest::newRow("an empty list") << R"({"path": "p", "title": "t", "features": []})" << "no failure";
-        QTest::newRow("absent") << R"({"path": "p", "title": "t"})" << "no failure";
+        QTest::newRow("an empty list") << R"({"path": "p", "title": "t", "features": []})"
+                                       << "no failure";
+        QTest::newRow("absent") << R"({"path": "p", "title": "t"})"
+                                << "no failure";
     }
 
     void withoutAProviderNoFeatureIsKnown()
@@ -325,8 +337,14 @@ private Q_SLOTS:
     {
         QList<int> asked;
         bool answer = true;
-        const Feature first(QStringLiteral("first"), [&] { asked.append(1); return true; });
-        const Feature second(QStringLiteral("second"), [&] { asked.append(2); return answer; });
+        const Feature first(QStringLiteral("first"), [&] {
+            asked.append(1);
+            return true;
+        });
+        const Feature second(QStringLiteral("second"), [&] {
+            asked.append(2);
+            return answer;
+        });
         const Action action(QString(), {}, {const_cast<Feature *>(&first), const_cast<Feature *>(&second)});
         QCOMPARE(asked, QList<int>());
         QVERIFY(action.supported());
@@ -422,8 +440,8 @@ private Q_SLOTS:
         VERIFY_RIGHT(action);
         const QVariant variant = action.right()->toVariant();
         QCOMPARE(variant.userType(), int(QMetaType::QVariantMap));
-        QCOMPARE(variant.toMap(), QVariantMap({{QStringLiteral("path"), QStringLiteral("p")},
-                                               {QStringLiteral("titles"), titles}}));
+        QCOMPARE(variant.toMap(),
+                 QVariantMap({{QStringLiteral("path"), QStringLiteral("p")}, {QStringLiteral("titles"), titles}}));
         QCOMPARE(variant.toMap().value(QStringLiteral("titles")).userType(), int(QMetaType::QStringList));
     }
 
@@ -435,8 +453,8 @@ private Q_SLOTS:
         QTest::newRow("no indent") << a << 0 << " action:  \"p/q\" : (\"a\") \n ";
         QTest::newRow("two blanks per level") << ab << 2 << "     action:  \"p/q\" : (\"a\", \"b\") \n ";
         QTest::newRow("without titles") << QStringList() << 1 << "   action:  \"p/q\" : () \n ";
-        QTest::newRow("quotes are escaped") << QStringList(QStringLiteral("\"")) << 0
-                                            << " action:  \"p/q\" : (\"\\\"\") \n ";
+        QTest::newRow("quotes are escaped")
+                << QStringList(QStringLiteral("\"")) << 0 << " action:  \"p/q\" : (\"\\\"\") \n ";
     }
 
     void dump()

@@ -70,11 +70,11 @@ static QString path(const testing::DataTree &tree)
 }
 
 /// Fails with the message when the bindings can not be saved.
-#define VERIFY_SAVED(name, gestures) \
-    do { \
-        const auto saved = ActionBindings::saveJson(name, (gestures).list); \
-        QVERIFY2(saved.isRight(), qPrintable(saved.isLeft() ? saved.left() : QString())); \
-        QVERIFY(saved.right() > 0); \
+#define VERIFY_SAVED(name, gestures)                                                                                   \
+    do {                                                                                                               \
+        const auto saved = ActionBindings::saveJson(name, (gestures).list);                                            \
+        QVERIFY2(saved.isRight(), qPrintable(saved.isLeft() ? saved.left() : QString()));                              \
+        QVERIFY(saved.right() > 0);                                                                                    \
     } while (false)
 
 class tst_ActionBindings : public QObject
@@ -173,8 +173,8 @@ private Q_SLOTS:
         for (int i = 0; i < records; ++i)
             error.records.push_back({{"f", 3}, "m"});
         std::ostringstream out;
-        std::ostream &same = records < 0 ? out << ParsingError(ParsingError::VersionNotMatch{-7})
-                                         : out << ParsingError(error);
+        std::ostream &same =
+                records < 0 ? out << ParsingError(ParsingError::VersionNotMatch{-7}) : out << ParsingError(error);
         QCOMPARE(&same, &out);
         QTEST(QString::fromStdString(out.str()), "expected");
     }
@@ -199,8 +199,9 @@ private Q_SLOTS:
         QCOMPARE(ActionBindings::toVariant({}).toMap().value(QStringLiteral("version")), QVariant(7));
         const testing::DataTree tree;
         VERIFY_SAVED(path(tree), Gestures(QStringLiteral("a>x")));
-        QCOMPARE(testing::readFile(path(tree)), QByteArray("{\n    \"actions\": {\n        \"a\": \"x\"\n    },\n"
-                                                           "    \"version\": 7\n}\n"));
+        QCOMPARE(testing::readFile(path(tree)),
+                 QByteArray("{\n    \"actions\": {\n        \"a\": \"x\"\n    },\n"
+                            "    \"version\": 7\n}\n"));
         QCOMPARE(outcome(ActionBindings::loadJson(path(tree))), QStringLiteral("a>x"));
     }
 
@@ -322,11 +323,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name"); // %1 is the root of both data directories
         QTest::addColumn<QString>("expected");
-        QTest::newRow("in the root") << "%1/a.json" << "a.json";
-        QTest::newRow("missing directories are made") << "%1/b/c/d/a.json" << "b/c/d/a.json";
-        QTest::newRow("user's directory") << "${USERDATA}/gestures/a.json" << "user/vellix/gestures/a.json";
-        QTest::newRow("system's directory") << "${SYSTEMDATA}/a.json" << "system/vellix/a.json";
-        QTest::newRow("only a leading prefix counts") << "%1/${USERDATA}/a.json" << "${USERDATA}/a.json";
+        QTest::newRow("in the root") << "%1/a.json"
+                                     << "a.json";
+        QTest::newRow("missing directories are made") << "%1/b/c/d/a.json"
+                                                      << "b/c/d/a.json";
+        QTest::newRow("user's directory") << "${USERDATA}/gestures/a.json"
+                                          << "user/vellix/gestures/a.json";
+        QTest::newRow("system's directory") << "${SYSTEMDATA}/a.json"
+                                            << "system/vellix/a.json";
+        QTest::newRow("only a leading prefix counts") << "%1/${USERDATA}/a.json"
+                                                      << "${USERDATA}/a.json";
     }
 
     void savedFile()
@@ -344,8 +350,9 @@ private Q_SLOTS:
         const testing::DataTree tree;
         VERIFY_SAVED(path(tree), Gestures(QStringLiteral("a>x b>y c>z")));
         VERIFY_SAVED(path(tree), Gestures(QStringLiteral("a>y")));
-        QCOMPARE(testing::readFile(path(tree)), QByteArray("{\n    \"actions\": {\n        \"a\": \"y\"\n    },\n"
-                                                           "    \"version\": 1\n}\n"));
+        QCOMPARE(testing::readFile(path(tree)),
+                 QByteArray("{\n    \"actions\": {\n        \"a\": \"y\"\n    },\n"
+                            "    \"version\": 1\n}\n"));
         QCOMPARE(testing::filesBelow(tree.root()).size(), 1);
     }
 
@@ -398,10 +405,11 @@ private Q_SLOTS:
         const testing::DataTree tree;
         const testing::LogCapture log;
         QCOMPARE(ActionBindings::saveJson(tree.root(), {}).qGetOrErr(-3), qint64(-3));
-        QCOMPARE(log.qtMessages,
-                 QStringList(QStringLiteral("critical default: \033[31m [error] expected right but \"can not open file: "
-                                            "Is a directory (path: %1)\" \033[0m")
-                                     .arg(tree.root())));
+        QCOMPARE(
+                log.qtMessages,
+                QStringList(QStringLiteral("critical default: \033[31m [error] expected right but \"can not open file: "
+                                           "Is a directory (path: %1)\" \033[0m")
+                                    .arg(tree.root())));
     }
 
     void aFailedWriteIsNoError()

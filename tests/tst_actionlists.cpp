@@ -144,13 +144,13 @@ private Q_SLOTS:
         QTest::newRow("element order") << R"(["two", "one"])" << words("two one") << none;
         QTest::newRow("repetition") << R"(["one", "two", "one"])" << words("one two one") << none;
         QTest::newRow("unsupported kept") << R"(["one", "dark"])" << words("one dark") << none;
-        QTest::newRow("inline, unsupported kept") << R"(["one", {"path": "p", "title": "t", "features": ["off"]}])"
-                                                  << words("one p") << words("p");
-        QTest::newRow("inline with a known path") << R"([{"path": "one", "title": "t"}])" << words("one")
-                                                  << words("one");
+        QTest::newRow("inline, unsupported kept")
+                << R"(["one", {"path": "p", "title": "t", "features": ["off"]}])" << words("one p") << words("p");
+        QTest::newRow("inline with a known path")
+                << R"([{"path": "one", "title": "t"}])" << words("one") << words("one");
         QTest::newRow("map") << R"({"path": "p", "title": "t"})" << words("p") << words("p");
-        QTest::newRow("map, unsupported kept") << R"({"path": "p", "title": "t", "features": ["off"]})" << words("p")
-                                               << words("p");
+        QTest::newRow("map, unsupported kept")
+                << R"({"path": "p", "title": "t", "features": ["off"]})" << words("p") << words("p");
     }
 
     void listRead()
@@ -170,8 +170,8 @@ private Q_SLOTS:
     void repeatedReferencesAreOneObject()
     {
         Known known;
-        const auto list = Action::listFromVariant(json(R"(["one", "one"])"), &known.provider, known.actions, {},
-                                                  &known.parent);
+        const auto list =
+                Action::listFromVariant(json(R"(["one", "one"])"), &known.provider, known.actions, {}, &known.parent);
         VERIFY_RIGHT(list);
         QCOMPARE(list.right(), QList<Action *>({known.one, known.one}));
         const auto group = Action::listFromVariant(QStringLiteral("group"), &known.provider, known.actions,
@@ -273,8 +273,8 @@ private Q_SLOTS:
         QTest::newRow("none supported") << R"({"a": ["dark"], "b": ["two"]})" << words("a= b=two") << none;
         QTest::newRow("empty group") << R"({"a": []})" << words("a=") << none;
         QTest::newRow("empty name") << R"({"": ["one"]})" << words("=one") << none;
-        QTest::newRow("order and repetition") << R"({"a": ["two", "dark", "one", "two"]})" << words("a=two,one,two")
-                                              << none;
+        QTest::newRow("order and repetition")
+                << R"({"a": ["two", "dark", "one", "two"]})" << words("a=two,one,two") << none;
         QTest::newRow("map") << R"({"a": {"path": "p", "title": "t"}})" << words("a=p") << words("p");
         QTest::newRow("dropped inline actions stay with their parent")
                 << R"({"a": ["one", {"path": "p", "title": "t", "features": ["off"]}]})" << words("a=one")
@@ -339,9 +339,8 @@ private Q_SLOTS:
     {
         addFaultColumns();
         const auto row = [](const char *rule, const char *fault, const char *alternatives) {
-            const QString expected =
-                    QStringLiteral("no one action is supported of list: [ ") + QString::fromUtf8(alternatives)
-                    + QStringLiteral(" ]");
+            const QString expected = QStringLiteral("no one action is supported of list: [ ")
+                    + QString::fromUtf8(alternatives) + QStringLiteral(" ]");
             QTest::newRow(rule) << json(fault) << expected << actionFile;
         };
         row("empty list: two blanks between the brackets", R"([])", "");
@@ -380,14 +379,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QStringList>("inlinePaths");
         const QStringList none;
-        QTest::newRow("the first") << R"(["two", "one"])" << "two" << none;
-        QTest::newRow("behind unsupported ones") << R"(["dark", "%1", "one"])" << "one" << none;
-        QTest::newRow("later ones are not looked at") << R"(["one", "nobody", 5])" << "one" << none;
-        QTest::newRow("later ones are not made") << R"(["one", {"path": "p", "title": "t"}])" << "one" << none;
-        QTest::newRow("inline") << R"([{"path": "p", "title": "t"}, "one"])" << "p" << words("p");
+        QTest::newRow("the first") << R"(["two", "one"])"
+                                   << "two" << none;
+        QTest::newRow("behind unsupported ones") << R"(["dark", "%1", "one"])"
+                                                 << "one" << none;
+        QTest::newRow("later ones are not looked at") << R"(["one", "nobody", 5])"
+                                                      << "one" << none;
+        QTest::newRow("later ones are not made") << R"(["one", {"path": "p", "title": "t"}])"
+                                                 << "one" << none;
+        QTest::newRow("inline") << R"([{"path": "p", "title": "t"}, "one"])"
+                                << "p" << words("p");
         QTest::newRow("skipped inline alternatives stay with their parent")
-                << R"([{"path": "p", "title": "t", "features": ["off"]}, {"path": "q", "title": "t"}])" << "q"
-                << words("p q");
+                << R"([{"path": "p", "title": "t", "features": ["off"]}, {"path": "q", "title": "t"}])"
+                << "q" << words("p q");
     }
 
     void firstSupported()
@@ -430,9 +434,9 @@ private Q_SLOTS:
         QCOMPARE(written.userType(), int(QMetaType::QVariantList));
         const QVariant one = QVariantMap{{QStringLiteral("path"), QStringLiteral("one")},
                                          {QStringLiteral("titles"), QStringList(QStringLiteral("One"))}};
-        const QVariant two = QVariantMap{{QStringLiteral("path"), QStringLiteral("two")},
-                                         {QStringLiteral("titles"), QStringList({QStringLiteral("Menu"),
-                                                                                 QStringLiteral("Two")})}};
+        const QVariant two =
+                QVariantMap{{QStringLiteral("path"), QStringLiteral("two")},
+                            {QStringLiteral("titles"), QStringList({QStringLiteral("Menu"), QStringLiteral("Two")})}};
         QCOMPARE(written.toList(), QVariantList({two, one, two}));
     }
 };

@@ -54,8 +54,8 @@ static ActionProxyNode *newNode(const char *segment, QObject *parent = nullptr)
 struct ReaderTree
 {
     QObject owner;
-    QList<Action *> actions = actionsOf({QStringLiteral("reader/open=Reader|Open"),
-                                         QStringLiteral("reader/close=Reader|Close")}, &owner);
+    QList<Action *> actions =
+            actionsOf({QStringLiteral("reader/open=Reader|Open"), QStringLiteral("reader/close=Reader|Close")}, &owner);
     ActionProxyNode *root = ActionProxyNode::constructTree(actions, &owner);
     ActionProxyNode *reader = root->findChildNode(QStringLiteral("reader"));
     ActionProxyNode *open = reader->findChildNode(QStringLiteral("open"));
@@ -71,11 +71,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("actions");
         QTest::addColumn<QStringList>("nodes");
-        QTest::newRow("leading segments are shared")
-                << words("reader/open=Reader|Open reader/close=Reader|Close")
-                << lines("1 0 'reader' 'Reader' 'reader/open'\n"
-                         "2 1 'open' 'Open' 'reader/open'\n"
-                         "2 1 'close' 'Close' 'reader/close'");
+        QTest::newRow("leading segments are shared") << words("reader/open=Reader|Open reader/close=Reader|Close")
+                                                     << lines("1 0 'reader' 'Reader' 'reader/open'\n"
+                                                              "2 1 'open' 'Open' 'reader/open'\n"
+                                                              "2 1 'close' 'Close' 'reader/close'");
         QTest::newRow("level is the segment's index")
                 << words("a/b/c=A|B|C") << lines("1 0 'a' 'A' 'a/b/c'\n2 1 'b' 'B' 'a/b/c'\n3 2 'c' 'C' 'a/b/c'");
         QTest::newRow("fewer titles than segments")
@@ -84,30 +83,29 @@ private Q_SLOTS:
         QTest::newRow("no titles") << words("a") << lines("1 0 'a' '' 'a'");
         QTest::newRow("empty path") << words("=A") << lines("1 0 '' 'A' ''");
         QTest::newRow("leading separator") << words("/a=A|B") << lines("1 0 '' 'A' '/a'\n2 1 'a' 'B' '/a'");
-        QTest::newRow("two separators")
-                << words("a//b=A|B|C") << lines("1 0 'a' 'A' 'a//b'\n2 1 '' 'B' 'a//b'\n3 2 'b' 'C' 'a//b'");
+        QTest::newRow("two separators") << words("a//b=A|B|C")
+                                        << lines("1 0 'a' 'A' 'a//b'\n2 1 '' 'B' 'a//b'\n3 2 'b' 'C' 'a//b'");
         QTest::newRow("trailing separator") << words("a/=A|B") << lines("1 0 'a' 'A' 'a/'\n2 1 '' 'B' 'a/'");
         QTest::newRow("only a separator") << words("/=A|B") << lines("1 0 '' 'A' '/'\n2 1 '' 'B' '/'");
         QTest::newRow("a full stop is a segment like any other")
                 << words("./.=A|B") << lines("1 0 '.' 'A' './.'\n2 1 '.' 'B' './.'");
         QTest::newRow("case counts") << words("a=1 A=2") << lines("1 0 'a' '1' 'a'\n1 0 'A' '2' 'A'");
-        QTest::newRow("first appearance orders")
-                << words("b=1 a/x=2|3 b/y=4|5 c=6 a/w=7|8")
-                << lines("1 0 'b' '1' 'b'\n"
-                         "2 1 'y' '5' 'b/y'\n"
-                         "1 0 'a' '2' 'a/x'\n"
-                         "2 1 'x' '3' 'a/x'\n"
-                         "2 1 'w' '8' 'a/w'\n"
-                         "1 0 'c' '6' 'c'");
+        QTest::newRow("first appearance orders") << words("b=1 a/x=2|3 b/y=4|5 c=6 a/w=7|8")
+                                                 << lines("1 0 'b' '1' 'b'\n"
+                                                          "2 1 'y' '5' 'b/y'\n"
+                                                          "1 0 'a' '2' 'a/x'\n"
+                                                          "2 1 'x' '3' 'a/x'\n"
+                                                          "2 1 'w' '8' 'a/w'\n"
+                                                          "1 0 'c' '6' 'c'");
         QTest::newRow("a later action changes no node that it passes")
                 << words("a/b=A|B a/c=Other|C") << lines("1 0 'a' 'A' 'a/b'\n2 1 'b' 'B' 'a/b'\n2 1 'c' 'C' 'a/c'");
-        QTest::newRow("nor one that it ends at") << words("a/b=A|B a=Other")
-                                                 << lines("1 0 'a' 'A' 'a/b'\n2 1 'b' 'B' 'a/b'");
+        QTest::newRow("nor one that it ends at")
+                << words("a/b=A|B a=Other") << lines("1 0 'a' 'A' 'a/b'\n2 1 'b' 'B' 'a/b'");
         QTest::newRow("one segment below different parents")
                 << words("a/x=A|X b/x=B|Y")
                 << lines("1 0 'a' 'A' 'a/x'\n2 1 'x' 'X' 'a/x'\n1 0 'b' 'B' 'b/x'\n2 1 'x' 'Y' 'b/x'");
-        QTest::newRow("null entries are skipped") << words("null a=A null b=B null")
-                                                  << lines("1 0 'a' 'A' 'a'\n1 0 'b' 'B' 'b'");
+        QTest::newRow("null entries are skipped")
+                << words("null a=A null b=B null") << lines("1 0 'a' 'A' 'a'\n1 0 'b' 'B' 'b'");
     }
 
     void construct()
@@ -306,20 +304,34 @@ private Q_SLOTS:
         QTest::addColumn<QString>("node");
         QTest::addColumn<QString>("action");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("root, of the first") << "root" << "reader/open" << true;
-        QTest::newRow("root, of the second") << "root" << "reader/close" << true;
-        QTest::newRow("root, of any action") << "root" << "elsewhere" << true;
-        QTest::newRow("root, of an empty path") << "root" << "" << true;
-        QTest::newRow("reader, of the first") << "reader" << "reader/open" << true;
-        QTest::newRow("reader, of the second") << "reader" << "reader/close" << true;
-        QTest::newRow("reader, of its own path") << "reader" << "reader" << false;
-        QTest::newRow("reader, of an empty last segment") << "reader" << "reader/" << true;
-        QTest::newRow("reader, of another branch") << "reader" << "writer/open" << false;
-        QTest::newRow("reader, of a leading separator") << "reader" << "/reader/open" << false;
-        QTest::newRow("leaf, of its own action") << "open" << "reader/open" << false;
-        QTest::newRow("leaf, of its neighbour") << "open" << "reader/close" << false;
-        QTest::newRow("leaf, of a longer path") << "open" << "reader/open/page" << true;
-        QTest::newRow("leaf, of a shorter path") << "open" << "reader" << false;
+        QTest::newRow("root, of the first") << "root"
+                                            << "reader/open" << true;
+        QTest::newRow("root, of the second") << "root"
+                                             << "reader/close" << true;
+        QTest::newRow("root, of any action") << "root"
+                                             << "elsewhere" << true;
+        QTest::newRow("root, of an empty path") << "root"
+                                                << "" << true;
+        QTest::newRow("reader, of the first") << "reader"
+                                              << "reader/open" << true;
+        QTest::newRow("reader, of the second") << "reader"
+                                               << "reader/close" << true;
+        QTest::newRow("reader, of its own path") << "reader"
+                                                 << "reader" << false;
+        QTest::newRow("reader, of an empty last segment") << "reader"
+                                                          << "reader/" << true;
+        QTest::newRow("reader, of another branch") << "reader"
+                                                   << "writer/open" << false;
+        QTest::newRow("reader, of a leading separator") << "reader"
+                                                        << "/reader/open" << false;
+        QTest::newRow("leaf, of its own action") << "open"
+                                                 << "reader/open" << false;
+        QTest::newRow("leaf, of its neighbour") << "open"
+                                                << "reader/close" << false;
+        QTest::newRow("leaf, of a longer path") << "open"
+                                                << "reader/open/page" << true;
+        QTest::newRow("leaf, of a shorter path") << "open"
+                                                 << "reader" << false;
     }
 
     void isAnsestorOf()
@@ -350,12 +362,11 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("actions");
         QTest::addColumn<int>("indent");
         QTest::addColumn<QString>("text");
-        QTest::newRow("children two deeper")
-                << words("reader/open=Reader|Open reader/close=Reader") << 0
-                << " node: \".\" : \"\" : \"null\" 0 \n "
-                   "     node: \"reader\" : \"Reader\" : \"reader/open\" 0 \n "
-                   "         node: \"open\" : \"Open\" : \"reader/open\" 1 \n "
-                   "         node: \"close\" : \"\" : \"reader/close\" 1 \n ";
+        QTest::newRow("children two deeper") << words("reader/open=Reader|Open reader/close=Reader") << 0
+                                             << " node: \".\" : \"\" : \"null\" 0 \n "
+                                                "     node: \"reader\" : \"Reader\" : \"reader/open\" 0 \n "
+                                                "         node: \"open\" : \"Open\" : \"reader/open\" 1 \n "
+                                                "         node: \"close\" : \"\" : \"reader/close\" 1 \n ";
         QTest::newRow("from a given indent") << words("a=A") << 1
                                              << "   node: \".\" : \"\" : \"null\" 0 \n "
                                                 "       node: \"a\" : \"A\" : \"a\" 0 \n ";

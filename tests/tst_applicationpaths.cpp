@@ -108,16 +108,36 @@ private Q_SLOTS:
         QTest::addColumn<QString>("list");
         QTest::addColumn<QString>("appId");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("listed") << R"(["a", "b"])" << "b" << "app 'b' is prohibited";
-        QTest::newRow("not listed") << R"(["a", "b"])" << "c" << "no failure";
-        QTest::newRow("case counts") << R"(["a"])" << "A" << "no failure";
-        QTest::newRow("whole names only") << R"(["ab"])" << "a" << "no failure";
-        QTest::newRow("no patterns") << R"(["*"])" << "a" << "no failure";
-        QTest::newRow("a percent sign") << R"(["%1"])" << "%1" << "app '%1' is prohibited";
-        QTest::newRow("number becomes text") << R"([5])" << "5" << "app '5' is prohibited";
-        QTest::newRow("boolean becomes text") << R"([true])" << "true" << "app 'true' is prohibited";
-        QTest::newRow("object becomes empty") << R"([{"a": 1}])" << "" << "app '' is prohibited";
-        QTest::newRow("empty list") << R"([])" << "qmlplugindump" << "no failure";
+        QTest::newRow("listed") << R"(["a", "b"])"
+                                << "b"
+                                << "app 'b' is prohibited";
+        QTest::newRow("not listed") << R"(["a", "b"])"
+                                    << "c"
+                                    << "no failure";
+        QTest::newRow("case counts") << R"(["a"])"
+                                     << "A"
+                                     << "no failure";
+        QTest::newRow("whole names only") << R"(["ab"])"
+                                          << "a"
+                                          << "no failure";
+        QTest::newRow("no patterns") << R"(["*"])"
+                                     << "a"
+                                     << "no failure";
+        QTest::newRow("a percent sign") << R"(["%1"])"
+                                        << "%1"
+                                        << "app '%1' is prohibited";
+        QTest::newRow("number becomes text") << R"([5])"
+                                             << "5"
+                                             << "app '5' is prohibited";
+        QTest::newRow("boolean becomes text") << R"([true])"
+                                              << "true"
+                                              << "app 'true' is prohibited";
+        QTest::newRow("object becomes empty") << R"([{"a": 1}])"
+                                              << ""
+                                              << "app '' is prohibited";
+        QTest::newRow("empty list") << R"([])"
+                                    << "qmlplugindump"
+                                    << "no failure";
     }
 
     void prohibitedApps()
@@ -249,14 +269,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("expected"); // %1 is the root of both data directories
         QTest::newRow("missing, in the system's directory")
-                << "${SYSTEMDATA}/a.json" << "No such file or directory (path: %1/system/vellix/a.json)";
-        QTest::newRow("missing, in the user's directory")
-                << "${USERDATA}/a.json" << "No such file or directory (path: %1/user/vellix/a.json)";
-        QTest::newRow("only a leading prefix counts")
-                << "%1/${USERDATA}/a.json" << "No such file or directory (path: %1/${USERDATA}/a.json)";
-        QTest::newRow("below a file") << "%1/file/a.json" << "Not a directory (path: %1/file/a.json)";
-        QTest::newRow("a directory") << "%1" << "file to open is a directory (path: %1)";
-        QTest::newRow("no name") << "" << "No file name specified (path: )";
+                << "${SYSTEMDATA}/a.json"
+                << "No such file or directory (path: %1/system/vellix/a.json)";
+        QTest::newRow("missing, in the user's directory") << "${USERDATA}/a.json"
+                                                          << "No such file or directory (path: %1/user/vellix/a.json)";
+        QTest::newRow("only a leading prefix counts") << "%1/${USERDATA}/a.json"
+                                                      << "No such file or directory (path: %1/${USERDATA}/a.json)";
+        QTest::newRow("below a file") << "%1/file/a.json"
+                                      << "Not a directory (path: %1/file/a.json)";
+        QTest::newRow("a directory") << "%1"
+                                     << "file to open is a directory (path: %1)";
+        QTest::newRow("no name") << ""
+                                 << "No file name specified (path: )";
     }
 
     void fileThatCanNotBeOpened()

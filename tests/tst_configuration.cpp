@@ -18,7 +18,11 @@ namespace {
 class Lamp : public FeaturesProvider
 {
 public:
-    Lamp() : m_lamp(new Feature(QStringLiteral("lamp"), [] { return true; }, this)) {}
+    Lamp()
+        : m_lamp(new Feature(
+                QStringLiteral("lamp"), [] { return true; }, this))
+    {
+    }
     QList<Feature *> allFeatures() const override { return {m_lamp}; }
 
 private:
@@ -56,7 +60,10 @@ static QString outcome(const Result &result)
         const QRectF zone = gesture->zone();
         shown.append(QStringLiteral("%1 %2 %3,%4,%5,%6")
                              .arg(gesture->id(), gesture->currentAction()->path())
-                             .arg(zone.x()).arg(zone.y()).arg(zone.width()).arg(zone.height()));
+                             .arg(zone.x())
+                             .arg(zone.y())
+                             .arg(zone.width())
+                             .arg(zone.height()));
     }
     return shown.join(QStringLiteral("; "));
 }
@@ -95,16 +102,16 @@ private Q_SLOTS:
 
         row("zones an array", 37, R"({"zones": [], "gestures": []})", "'zones' field must be 'map'");
         row("zones null", 37, R"({"zones": null, "gestures": []})", "'zones' field must be 'map'");
-        row("zones before actions", 37,
-            R"({"zones": "z", "actions": {}, "gestures": []})", "'zones' field must be 'map'");
+        row("zones before actions", 37, R"({"zones": "z", "actions": {}, "gestures": []})",
+            "'zones' field must be 'map'");
         row("zones before missing gestures", 37, R"({"zones": 5})", "'zones' field must be 'map'");
         row("actions an object", 46, R"({"actions": {}, "gestures": []})", "'actions' field must be 'list'");
         row("actions null", 46, R"({"actions": null, "gestures": []})", "'actions' field must be 'list'");
         row("actions a text", 46, R"({"actions": "a", "gestures": []})", "'actions' field must be 'list'");
-        row("actions before actionGroups", 46,
-            R"({"actions": 5, "actionGroups": []})", "'actions' field must be 'list'");
-        row("actionGroups an array", 55,
-            R"({"actionGroups": [], "gestures": []})", "'actionGroups' field must be 'map'");
+        row("actions before actionGroups", 46, R"({"actions": 5, "actionGroups": []})",
+            "'actions' field must be 'list'");
+        row("actionGroups an array", 55, R"({"actionGroups": [], "gestures": []})",
+            "'actionGroups' field must be 'map'");
         row("actionGroups null", 55, R"({"actionGroups": null, "gestures": []})", "'actionGroups' field must be 'map'");
         row("actionGroups before missing gestures", 55, R"({"actionGroups": 5})", "'actionGroups' field must be 'map'");
         row("actionGroups before the gestures' type", 55, R"({"actionGroups": 5, "gestures": {}})",
@@ -172,8 +179,8 @@ private Q_SLOTS:
         row("action", R"({"actions": [{"path": "x"}], "gestures": []})", "action",
             "one of fields 'title' or 'titles' must be set");
         row("an action's feature",
-            R"({"actions": [{"path": "x", "title": "X", "features": ["wings"]}], "gestures": []})",
-            "feature", "unknown feature: `wings`");
+            R"({"actions": [{"path": "x", "title": "X", "features": ["wings"]}], "gestures": []})", "feature",
+            "unknown feature: `wings`");
         row("an action's content before the groups' type", R"({"actions": [5], "actionGroups": []})", "action",
             "'Action' must be either 'str' or 'map'");
         row("a group without actions to name", R"({"actionGroups": {"g": ["x"]}, "gestures": []})", "action",
@@ -267,22 +274,38 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("ids");
         QTest::addColumn<QString>("named");
-        QTest::newRow("one") << "a" << "";
-        QTest::newRow("all different") << "a b c" << "";
-        QTest::newRow("separated") << "a b a" << "";
-        QTest::newRow("case counts") << "a A" << "";
-        QTest::newRow("two") << "a a" << "a";
-        QTest::newRow("three") << "a a a" << "a";
-        QTest::newRow("pair at the end") << "a b b" << "b";
-        QTest::newRow("pair at the start: another is named") << "a a b" << "b";
-        QTest::newRow("pair in the middle") << "a b b c" << "c";
-        QTest::newRow("the last slot keeps its gesture") << "a a b c" << "c";
-        QTest::newRow("two pairs") << "a a b b" << "b";
-        QTest::newRow("two pairs and one more") << "a a b b c" << "b";
-        QTest::newRow("first slot behind the kept part") << "a a b c c d" << "c";
-        QTest::newRow("separated by a pair") << "a b b a" << "a";
-        QTest::newRow("placeholder") << "%1 %1" << "%1";
-        QTest::newRow("empty ids") << " " << "(empty)";
+        QTest::newRow("one") << "a"
+                             << "";
+        QTest::newRow("all different") << "a b c"
+                                       << "";
+        QTest::newRow("separated") << "a b a"
+                                   << "";
+        QTest::newRow("case counts") << "a A"
+                                     << "";
+        QTest::newRow("two") << "a a"
+                             << "a";
+        QTest::newRow("three") << "a a a"
+                               << "a";
+        QTest::newRow("pair at the end") << "a b b"
+                                         << "b";
+        QTest::newRow("pair at the start: another is named") << "a a b"
+                                                             << "b";
+        QTest::newRow("pair in the middle") << "a b b c"
+                                            << "c";
+        QTest::newRow("the last slot keeps its gesture") << "a a b c"
+                                                         << "c";
+        QTest::newRow("two pairs") << "a a b b"
+                                   << "b";
+        QTest::newRow("two pairs and one more") << "a a b b c"
+                                                << "b";
+        QTest::newRow("first slot behind the kept part") << "a a b c c d"
+                                                         << "c";
+        QTest::newRow("separated by a pair") << "a b b a"
+                                             << "a";
+        QTest::newRow("placeholder") << "%1 %1"
+                                     << "%1";
+        QTest::newRow("empty ids") << " "
+                                   << "(empty)";
     }
 
     void neighboursWithOneId()
@@ -301,8 +324,8 @@ private Q_SLOTS:
         }
         if (named == QStringLiteral("(empty)"))
             named.clear();
-        QCOMPARE(failure(result), QStringLiteral("gesture id must be unique but dublicate found: `") + named
-                                          + QLatin1Char('`'));
+        QCOMPARE(failure(result),
+                 QStringLiteral("gesture id must be unique but dublicate found: `") + named + QLatin1Char('`'));
         QCOMPARE(location(result.left()), QStringLiteral("../../../gesture_api/src/configuration:69"));
         // The gestures were made and stay with the parent that they were made for.
         QCOMPARE(load.parent.findChildren<Gesture *>().size(), ids.count(QLatin1Char(' ')) + 1);
@@ -313,9 +336,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("in place of the default") << R"("defaultAction": "x")" << "y" << "i y 0,0,1,1";
-        QTest::newRow("not in place of the current one") << R"("currentAction": "x")" << "y" << "i x 0,0,1,1";
-        QTest::newRow("an unknown action") << R"("defaultAction": "x")" << "z" << "action 'z' not defined";
+        QTest::newRow("in place of the default") << R"("defaultAction": "x")"
+                                                 << "y"
+                                                 << "i y 0,0,1,1";
+        QTest::newRow("not in place of the current one") << R"("currentAction": "x")"
+                                                         << "y"
+                                                         << "i x 0,0,1,1";
+        QTest::newRow("an unknown action") << R"("defaultAction": "x")"
+                                           << "z"
+                                           << "action 'z' not defined";
     }
 
     void bindings()
@@ -325,7 +354,8 @@ private Q_SLOTS:
         Load load;
         load.bindings = {{QStringLiteral("i"), path}, {QStringLiteral("j"), QStringLiteral("nowhere")}};
         const QByteArray text = R"({"actions": [{"path": "x", "title": "X"}, {"path": "y", "title": "Y"}], "gestures": [
-                {"id": "i", "kind": "tap", "zone": "whole", )" + entry.toUtf8() + "}]}";
+                {"id": "i", "kind": "tap", "zone": "whole", )"
+                + entry.toUtf8() + "}]}";
         QTEST(outcome(load.variant(json(text))), "expected");
     }
 
@@ -336,9 +366,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::addColumn<bool>("taken");
         const auto row = [](const char *name, const char *section, const char *gesture, const char *expected,
-                            bool taken) {
-            QTest::newRow(name) << section << gesture << expected << taken;
-        };
+                            bool taken) { QTest::newRow(name) << section << gesture << expected << taken; };
         const char *const current = R"({"id": "i", "kind": "tap", "zone": "whole",
             "currentAction": {"path": "q", "title": "Q"}})";
         const char *const group =
@@ -416,10 +444,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("expected"); // %1 is the root of both data directories
-        QTest::newRow("missing") << "%1/a.json" << "%1/a.json: No such file or directory";
-        QTest::newRow("missing, system's directory")
-                << "${SYSTEMDATA}/a.json" << "%1/system/vellix/a.json: No such file or directory";
-        QTest::newRow("a directory") << "%1" << "%1: Is a directory";
+        QTest::newRow("missing") << "%1/a.json"
+                                 << "%1/a.json: No such file or directory";
+        QTest::newRow("missing, system's directory") << "${SYSTEMDATA}/a.json"
+                                                     << "%1/system/vellix/a.json: No such file or directory";
+        QTest::newRow("a directory") << "%1"
+                                     << "%1: Is a directory";
     }
 
     void fileThatCanNotBeOpened()

@@ -23,7 +23,8 @@ private Q_SLOTS:
         QTest::newRow("its name in capitals") << QStringList{"leds/FrontLight0"} << true << false;
         QTest::newRow("another LED is no light") << QStringList{"leds/power", "leds/capslock"} << false << false;
         QTest::newRow("warm and cold backlights") << QStringList{"backlight/warm", "backlight/cold"} << true << true;
-        QTest::newRow("warm and cold LEDs") << QStringList{"leds/frontlight_amber", "leds/frontlight_white"} << true << true;
+        QTest::newRow("warm and cold LEDs")
+                << QStringList{"leds/frontlight_amber", "leds/frontlight_white"} << true << true;
         QTest::newRow("one of each sort") << QStringList{"backlight/white", "leds/frontlight:warm"} << true << true;
         QTest::newRow("warm alone") << QStringList{"backlight/warm"} << true << false;
         QTest::newRow("two cold ones") << QStringList{"backlight/cold0", "backlight/cold1"} << true << false;

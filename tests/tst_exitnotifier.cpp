@@ -77,10 +77,7 @@ private Q_SLOTS:
         QCOMPARE(notifiersOfApplication().size(), 1);
     }
 
-    void theParentIsTheApplication()
-    {
-        QCOMPARE(ExitNotifier::instance()->parent(), qApp);
-    }
+    void theParentIsTheApplication() { QCOMPARE(ExitNotifier::instance()->parent(), qApp); }
 
     void notifyMakesTheNotifier()
     {

@@ -281,9 +281,10 @@ private Q_SLOTS:
         QTest::newRow("names are padded to the widest")
                 << QStringList({QStringLiteral("+frontlight"), QStringLiteral("-tts")})
                 << heading + QStringLiteral("  frontlight") + yes + QStringLiteral("  tts       ") + no;
-        QTest::newRow("in list order")
-                << QStringList({QStringLiteral("-b"), QStringLiteral("+a"), QStringLiteral("-b")})
-                << heading + QStringLiteral("  b") + no + QStringLiteral("  a") + yes + QStringLiteral("  b") + no;
+        QTest::newRow("in list order") << QStringList(
+                {QStringLiteral("-b"), QStringLiteral("+a"), QStringLiteral("-b")})
+                                       << heading + QStringLiteral("  b") + no + QStringLiteral("  a") + yes
+                        + QStringLiteral("  b") + no;
         QTest::newRow("padded by display width")
                 << QStringList({QString::fromUtf8("+灯光"), QStringLiteral("+abcde"), QString::fromUtf8("+ä")})
                 << heading + QString::fromUtf8("  灯光 ") + yes + QStringLiteral("  abcde") + yes
@@ -297,7 +298,8 @@ private Q_SLOTS:
         QList<Feature *> list;
         for (const QString &feature : qAsConst(features)) {
             const bool supported = feature.startsWith(QLatin1Char('+'));
-            list.append(new Feature(feature.mid(1), [supported] { return supported; }, &parent));
+            list.append(new Feature(
+                    feature.mid(1), [supported] { return supported; }, &parent));
         }
         std::ostringstream out;
         Feature::prettyPrintListMultiline(out, list);

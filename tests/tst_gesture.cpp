@@ -44,10 +44,7 @@ class tst_Gesture : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sectionTypeIsKnownFromTheStart()
-    {
-        QVERIFY(QMetaType::type("GestureSection") != QMetaType::UnknownType);
-    }
+    void sectionTypeIsKnownFromTheStart() { QVERIFY(QMetaType::type("GestureSection") != QMetaType::UnknownType); }
 
     void enumsByName_data()
     {
@@ -94,8 +91,7 @@ private Q_SLOTS:
         QTest::newRow("modes keep their order")
                 << QStringList{QStringLiteral("b"), QStringLiteral("a")} << 1 << "z" << 1 << "BAHoldZToRight";
         QTest::newRow("only first letters change")
-                << QStringList{QStringLiteral("pDF"), QStringLiteral("éa")} << 3 << "lEFT" << 2
-                << "PDFÉaDragLEFTToTop";
+                << QStringList{QStringLiteral("pDF"), QStringLiteral("éa")} << 3 << "lEFT" << 2 << "PDFÉaDragLEFTToTop";
         QTest::newRow("empty mode and zone name") << QStringList{QString()} << 0 << "" << 3 << "TapToBottom";
         QTest::newRow("rectangle as zone name") << none << 0 << "(0,0,1,1)" << 4 << "Tap(0,0,1,1)NoDirection";
         QTest::newRow("undefined kind has a key") << none << 4 << "z" << 4 << "UndefinedZNoDirection";
@@ -209,12 +205,30 @@ private Q_SLOTS:
         QTest::addColumn<QString>("byDefault");
         QTest::addColumn<QString>("current");
         QTest::addColumn<QString>("children");
-        QTest::newRow("available, default, current") << "bc" << "a" << "d" << "bcad";
-        QTest::newRow("list order") << "cab" << "" << "" << "cab";
-        QTest::newRow("default before current") << "" << "b" << "a" << "ba";
-        QTest::newRow("default only") << "" << "a" << "" << "a";
-        QTest::newRow("an action is one child") << "aba" << "b" << "a" << "ab";
-        QTest::newRow("none") << "" << "" << "" << "";
+        QTest::newRow("available, default, current") << "bc"
+                                                     << "a"
+                                                     << "d"
+                                                     << "bcad";
+        QTest::newRow("list order") << "cab"
+                                    << ""
+                                    << ""
+                                    << "cab";
+        QTest::newRow("default before current") << ""
+                                                << "b"
+                                                << "a"
+                                                << "ba";
+        QTest::newRow("default only") << ""
+                                      << "a"
+                                      << ""
+                                      << "a";
+        QTest::newRow("an action is one child") << "aba"
+                                                << "b"
+                                                << "a"
+                                                << "ab";
+        QTest::newRow("none") << ""
+                              << ""
+                              << ""
+                              << "";
     }
 
     void actionsAreAdoptedInOrder()
@@ -321,8 +335,8 @@ private Q_SLOTS:
         Action *offered = newAction("offered");
         auto *gesture = new Gesture(QStringLiteral("a"), {QStringLiteral("pdf")}, Gesture::Tap, zone,
                                     Gesture::NoDirection, {}, nullptr, before, {}, &parent);
-        auto *other = new Gesture(QStringLiteral("b"), {}, kind, otherZone, direction, {}, nullptr, offered, {},
-                                  &parent);
+        auto *other =
+                new Gesture(QStringLiteral("b"), {}, kind, otherZone, direction, {}, nullptr, offered, {}, &parent);
         QSignalSpy changes(gesture, &Gesture::currentActionChanged);
 
         QFETCH(bool, expected);
@@ -400,17 +414,31 @@ private Q_SLOTS:
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("expected");
         QTest::newRow("no modes, Tap") << QStringList() << 0 << "0000000000000000";
-        QTest::newRow("one mode, Swipe")
-                << QStringList{QStringLiteral("pdf")} << 2 << "0000000100000006007000640066" "00000002";
-        QTest::newRow("two modes, Drag")
-                << QStringList{QStringLiteral("a"), QStringLiteral("é€")} << 3
-                << "00000002" "000000020061" "0000000400e920ac" "00000003";
+        QTest::newRow("one mode, Swipe") << QStringList{QStringLiteral("pdf")} << 2
+                                         << "0000000100000006007000640066"
+                                            "00000002";
+        QTest::newRow("two modes, Drag") << QStringList{QStringLiteral("a"), QStringLiteral("é€")} << 3
+                                         << "00000002"
+                                            "000000020061"
+                                            "0000000400e920ac"
+                                            "00000003";
         QTest::newRow("modes in another order are another section")
                 << QStringList{QStringLiteral("é€"), QStringLiteral("a")} << 3
-                << "00000002" "0000000400e920ac" "000000020061" "00000003";
-        QTest::newRow("empty mode") << QStringList{QLatin1String("")} << 4 << "00000001" "00000000" "00000004";
-        QTest::newRow("null mode") << QStringList{QString()} << 4 << "00000001" "ffffffff" "00000004";
-        QTest::newRow("negative kind") << QStringList() << -2 << "00000000" "fffffffe";
+                << "00000002"
+                   "0000000400e920ac"
+                   "000000020061"
+                   "00000003";
+        QTest::newRow("empty mode") << QStringList{QLatin1String("")} << 4
+                                    << "00000001"
+                                       "00000000"
+                                       "00000004";
+        QTest::newRow("null mode") << QStringList{QString()} << 4
+                                   << "00000001"
+                                      "ffffffff"
+                                      "00000004";
+        QTest::newRow("negative kind") << QStringList() << -2
+                                       << "00000000"
+                                          "fffffffe";
     }
 
     void sectionKey()
@@ -459,8 +487,13 @@ private Q_SLOTS:
         QString asked;
         QList<Feature *> list;
         for (const QChar name : features) {
-            list.append(new Feature(QString(name), [name, &asked] { asked += name; return name == QLatin1Char('y'); },
-                                    &owner));
+            list.append(new Feature(
+                    QString(name),
+                    [name, &asked] {
+                        asked += name;
+                        return name == QLatin1Char('y');
+                    },
+                    &owner));
         }
         const Gesture gesture(QStringLiteral("id"), {}, Gesture::Tap, leftZone, Gesture::NoDirection, {}, nullptr,
                               nullptr, list);

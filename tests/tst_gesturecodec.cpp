@@ -22,9 +22,12 @@ class Features : public FeaturesProvider
 {
 public:
     Features()
-        : m_features{new Feature(QStringLiteral("lamp"), [] { return true; }, this),
-                     new Feature(QStringLiteral("wings"), [] { return false; }, this)}
-    {}
+        : m_features{new Feature(
+                             QStringLiteral("lamp"), [] { return true; }, this),
+                     new Feature(
+                             QStringLiteral("wings"), [] { return false; }, this)}
+    {
+    }
     QList<Feature *> allFeatures() const override { return m_features; }
 
 private:
@@ -282,8 +285,8 @@ private Q_SLOTS:
         row("zone and direction before the actions", R"({"kind": "tap"})", zoneOrDirection);
         row("zone and direction before the default's type", R"({"kind": "tap", "defaultAction": {}})", zoneOrDirection);
         row("neither default nor current", R"({"kind": "tap", "zone": "left"})", anyAction);
-        row("available actions are no choice",
-            R"({"kind": "tap", "zone": "left", "availableActions": "g"})", anyAction);
+        row("available actions are no choice", R"({"kind": "tap", "zone": "left", "availableActions": "g"})",
+            anyAction);
         row("actions before the modes' type", R"({"kind": "tap", "zone": "left", "modes": "a"})", anyAction);
         row("actions before the kind's text", R"({"kind": "blink", "zone": "left"})", anyAction);
 
@@ -360,8 +363,8 @@ private Q_SLOTS:
             "action 'never' not defined", "action");
         row("features a text", R"({"kind": "tap", "zone": "left", "defaultAction": "x", "features": "lamp"})",
             featuresType);
-        row("features null",
-            R"({"kind": "tap", "zone": "left", "defaultAction": "x", "features": null})", featuresType);
+        row("features null", R"({"kind": "tap", "zone": "left", "defaultAction": "x", "features": null})",
+            featuresType);
         row("feature unknown", R"({"kind": "tap", "zone": "left", "defaultAction": "x", "features": ["Lamp"]})",
             "unknown feature: `Lamp`", "feature");
         row("features of an inline action",
@@ -440,8 +443,8 @@ private Q_SLOTS:
         row("the bound action need not be supported", plain, "TapLeftNoDirection", "u",
             "TapLeftNoDirection [] Tap 0 0.2 0.25 0.6 NoDirection, , u, u, ");
         row("the entry's default is not read",
-            R"({"id": "i", "kind": "tap", "zone": "left", "defaultAction": "nowhere"})",
-            "i", "y", "i [] Tap 0 0.2 0.25 0.6 NoDirection, , y, y, ");
+            R"({"id": "i", "kind": "tap", "zone": "left", "defaultAction": "nowhere"})", "i", "y",
+            "i [] Tap 0 0.2 0.25 0.6 NoDirection, , y, y, ");
         row("nor its alternatives", R"({"id": "i", "kind": "tap", "zone": "left", "defaultAction": [5]})", "i", "y",
             "i [] Tap 0 0.2 0.25 0.6 NoDirection, , y, y, ");
         row("but its type is", R"({"id": "i", "kind": "tap", "zone": "left", "defaultAction": {}})", "i", "y",
@@ -452,9 +455,8 @@ private Q_SLOTS:
             "action 'nowhere' not defined");
         row("a path is never a group", plain, "TapLeftNoDirection", "g", "action 'g' not defined");
         row("empty path", plain, "TapLeftNoDirection", "", "action '' not defined");
-        row("bound action before current",
-            R"({"id": "i", "kind": "tap", "zone": "left", "currentAction": "never"})", "i", "nowhere",
-            "action 'nowhere' not defined");
+        row("bound action before current", R"({"id": "i", "kind": "tap", "zone": "left", "currentAction": "never"})",
+            "i", "nowhere", "action 'nowhere' not defined");
         row("available before bound action",
             R"({"id": "i", "kind": "tap", "zone": "left", "availableActions": "h", "currentAction": "x"})", "i",
             "nowhere", "action group 'h' not defined");
@@ -512,8 +514,8 @@ private Q_SLOTS:
         row("null", R"([null])", "list of gestures must must contain maps", "");
         row("a list", R"([[]])", "list of gestures must must contain maps", "");
         row("an entry's fault before a later element's type", R"([{}, "a"])", "'kind' is obligatory field", "");
-        row("an element's type before a later entry's fault", R"(["a", {}])",
-            "list of gestures must must contain maps", "");
+        row("an element's type before a later entry's fault", R"(["a", {}])", "list of gestures must must contain maps",
+            "");
         row("gestures made before a fault stay with the parent",
             R"([{"id": "a", "kind": "tap", "zone": "left", "defaultAction": "x"},
                 {"id": "b", "kind": "tap", "zone": "left", "defaultAction": "y"}, {"kind": "tap"},
@@ -722,8 +724,11 @@ private Q_SLOTS:
     void rectangleIsWrittenAsDoubles()
     {
         const QVariantMap map = Gesture::rectfToVariant(QRectF(0.1, -2, 3, 0)).toMap();
-        QCOMPARE(map, (QVariantMap{{QStringLiteral("x"), 0.1}, {QStringLiteral("y"), -2.0},
-                                   {QStringLiteral("w"), 3.0}, {QStringLiteral("h"), 0.0}}));
+        QCOMPARE(map,
+                 (QVariantMap{{QStringLiteral("x"), 0.1},
+                              {QStringLiteral("y"), -2.0},
+                              {QStringLiteral("w"), 3.0},
+                              {QStringLiteral("h"), 0.0}}));
         for (const QVariant &number : map)
             QCOMPARE(number.userType(), int(QMetaType::Double));
         QCOMPARE(text(Gesture::rectfFromVariant(map).right()), QStringLiteral("0.1 -2 3 0"));
@@ -832,8 +837,9 @@ private Q_SLOTS:
         const Gesture gesture(QStringLiteral("i"), {}, Gesture::Undefined, QRectF(0, 0, 1, 1), Gesture::NoDirection,
                               {nullptr}, nullptr, nullptr, {});
         const QVariantMap map = gesture.toVariant().toMap();
-        QCOMPARE(map.keys(), (QStringList{QStringLiteral("availableActions"), QStringLiteral("direction"),
-                                          QStringLiteral("kind"), QStringLiteral("zone")}));
+        QCOMPARE(map.keys(),
+                 (QStringList{QStringLiteral("availableActions"), QStringLiteral("direction"), QStringLiteral("kind"),
+                              QStringLiteral("zone")}));
         QVERIFY(!map.value(QStringLiteral("kind")).isValid());
         QCOMPARE(map.value(QStringLiteral("direction")), QVariant(QStringLiteral("no")));
         QCOMPARE(map.value(QStringLiteral("availableActions")), QVariant(QVariantList()));
@@ -843,7 +849,8 @@ private Q_SLOTS:
     {
         Known known;
         const auto list = known.readList(json(R"([{"kind": "tap", "zone": "left", "currentAction": "x"},
-                                                  {"kind": "hold", "zone": "left", "currentAction": "y"}])").toList());
+                                                  {"kind": "hold", "zone": "left", "currentAction": "y"}])")
+                                                 .toList());
         VERIFY_RIGHT(list);
         const QVariant written = Gesture::listToVariant({list.right()[1], nullptr, list.right()[0]});
         QCOMPARE(written.userType(), int(QMetaType::QVariantList));

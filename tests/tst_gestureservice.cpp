@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QSignalSpy>
 
+#include <csignal>
+
 using namespace vellix;
 using namespace vellix::gesture;
 using components::ReadonlyLazyListModel;
@@ -156,6 +158,17 @@ private Q_SLOTS:
         QVERIFY(!log.lines[1].body.contains(QStringLiteral("OtherError")));
     }
 
+    void featuresProviderReachesTheLoader()
+    {
+        testing::writeFile(defaultFile(), R"({
+            "actions": [{"path": "light", "title": "Light", "features": ["frontlight"]}],
+            "gestures": [{"kind": "tap", "zone": "left", "defaultAction": "light", "features": ["tts"]}]})");
+        DefaultFeaturesProvider provider;
+        GestureService service(appPaths(), &provider, true);
+        QCOMPARE(service.gestureList().size(), 1);
+        QCOMPARE(service.gestureList().at(0)->featureList(), QList<Feature *>{provider.allFeatures().at(2)});
+    }
+
     // --- lookup
 
     void findGesture_data()
@@ -169,6 +182,8 @@ private Q_SLOTS:
         const int none = Gesture::NoDirection;
         QTest::newRow("empty modes match any mode") << "whatever" << tap << none << QPointF(0.9, 0.5) << "any";
         QTest::newRow("its mode") << "reader" << tap << none << QPointF(0.1, 0.5) << "reader";
+        QTest::newRow("any of its modes")
+                << "second" << int(Gesture::Swipe) << none << QPointF(0.5, 0.5) << "two modes";
         QTest::newRow("case of a mode matters") << "Reader" << tap << none << QPointF(0.1, 0.5) << "none";
         QTest::newRow("another kind") << "reader" << int(Gesture::Hold) << none << QPointF(0.1, 0.5) << "none";
         QTest::newRow("another direction") << "reader" << tap << int(Gesture::ToLeft) << QPointF(0.1, 0.5) << "none";
@@ -190,7 +205,8 @@ private Q_SLOTS:
         QFETCH(int, direction);
         QFETCH(QPointF, position);
         QTEST(idOf(service.findGesture(mode, static_cast<Gesture::Kind>(kind),
-                                       static_cast<Gesture::Direction>(direction), position)), "expected");
+                                       static_cast<Gesture::Direction>(direction), position)),
+              "expected");
         QTEST(idOf(qobject_cast<Gesture *>(service.findGestureAsQObject(mode, kind, direction, position))), "expected");
     }
 
@@ -214,7 +230,8 @@ private Q_SLOTS:
         QFETCH(int, kind);
         QFETCH(QRectF, zone);
         QTEST(idOf(service.findGestureByZone(QStringLiteral("x"), static_cast<Gesture::Kind>(kind),
-                                             Gesture::NoDirection, zone)), "expected");
+                                             Gesture::NoDirection, zone)),
+              "expected");
         QTEST(idOf(qobject_cast<Gesture *>(
                       service.findGestureByZoneAsQObject(QStringLiteral("x"), kind, Gesture::NoDirection, zone))),
               "expected");
@@ -315,7 +332,9 @@ private Q_SLOTS:
         LogCapture log;
         QVERIFY(service.save());
         QVERIFY2(log.qtMessages.filter(QStringLiteral("can not open file: Is a directory (path: ") + userFile()
-                                       + QLatin1Char(')')).size() == 1,
+                                       + QLatin1Char(')'))
+                                 .size()
+                         == 1,
                  qPrintable(log.qtMessages.join(QLatin1Char('\n'))));
     }
 
@@ -333,9 +352,10 @@ private Q_SLOTS:
     void cloneNeverSavesByItself()
     {
         GestureService source(appPaths(), nullptr, true);
-        GestureService copy(appPaths(), nullptr, false, source.clone(&source)->gestureList().isEmpty()
-                                    ? GestureList()
-                                    : GestureList([&source] { return source.gestureList(); }),
+        GestureService copy(appPaths(), nullptr, false,
+                            source.clone(&source)->gestureList().isEmpty() ? GestureList() : GestureList([&source] {
+                                return source.gestureList();
+                            }),
                             false);
         ExitNotifier::notify();
         QVERIFY(!QFileInfo::exists(userFile()));
@@ -357,7 +377,8 @@ private Q_SLOTS:
                 << QByteArray(R"({"version": 1, "actions": {"a": "b"}})") << QByteArray("{}") << true;
         QTest::newRow("a choice that fails the defaults")
                 << QByteArray(R"({"version": 1, "actions": {"TapRightNoDirection": "gone"}})") << good << true;
-        QTest::newRow("no choices to lose") << QByteArray(R"({"version": 1, "actions": {}})") << QByteArray("{}") << false;
+        QTest::newRow("no choices to lose")
+                << QByteArray(R"({"version": 1, "actions": {}})") << QByteArray("{}") << false;
         QTest::newRow("taken over") << QByteArray(R"({"version": 1, "actions": {}})") << good << false;
     }
 
@@ -392,6 +413,45 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected")), QByteArray("garbage"));
     }
 
+    void rejectedFileThatIsGoneIsNotReplacedByOurs()
+    {
+        writeUserFile("garbage");
+        testing::writeFile(userFile() + QStringLiteral(".rejected"), "an earlier one");
+        LogCapture log;
+        GestureService service(appPaths(), nullptr, false);
+        service.gestureList();
+        QVERIFY(QFile::remove(userFile()));
+        QVERIFY(service.save());
+        QVERIFY(service.save());
+        QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected")), QByteArray("an earlier one"));
+    }
+
+    void choicesSurviveADeadFeaturesProvider()
+    {
+        testing::writeFile(defaultFile(), R"({
+            "actions": [{"path": "light", "title": "Light", "features": ["frontlight"]}, {"path": "a", "title": "A"}],
+            "gestures": [{"id": "g", "kind": "tap", "zone": "left", "defaultAction": "a"}]})");
+        const QByteArray choice = R"({"version": 1, "actions": {"g": "light"}})";
+        writeUserFile(choice);
+        auto *provider = new DefaultFeaturesProvider;
+        GestureService service(appPaths(), provider, false);
+        delete provider;
+        LogCapture log;
+        ExitNotifier::notify();
+        QCOMPARE(testing::readFile(userFile()), choice);
+        QCOMPARE(testing::filesBelow(m_tree->user()).size(), 1);
+    }
+
+    void directoryThatCanNotBeMadeIsReported()
+    {
+        testing::writeFile(m_tree->user(QStringLiteral("gestures")), "in the way");
+        GestureService service(appPaths(), nullptr, false);
+        LogCapture log;
+        QVERIFY(service.save());
+        QCOMPARE(log.qtMessages.size(), 1);
+        QVERIFY(log.qtMessages[0].contains(QStringLiteral("can not open file: Not a directory (path: ")));
+    }
+
     void unkeptFileIsNotOverwritten()
     {
         writeUserFile("garbage");
@@ -409,7 +469,9 @@ private Q_SLOTS:
         LogCapture log;
         GestureService service(appPaths(), nullptr, false);
         VERIFY_RIGHT(Configuration::ActionBindings::saveJson(appPaths().currentPath(), service.gestureList())
-                             .mapLeft([](const QString &s) { return Error({"", 0}, s.toStdString()); }));
+                             .mapLeft([](const QString &s) {
+                                 return Error({"", 0}, s.toStdString());
+                             }));
         writeUserFile("garbage");
         QVERIFY(service.prune());
         QCOMPARE(testing::filesBelow(m_tree->user()), QStringList());
@@ -436,6 +498,16 @@ private Q_SLOTS:
         QCOMPARE(service.cloneAsQObject(&parent)->parent(), &parent);
     }
 
+    void cloneKeepsProviderAndReadonly()
+    {
+        DefaultFeaturesProvider provider;
+        GestureService service(appPaths(), &provider, true);
+        const QScopedPointer<GestureService> copy(service.clone());
+        QCOMPARE(copy->featuresProvider(), &provider);
+        QCOMPARE(copy->readonly(), true);
+        QCOMPARE(copy->paths().appId(), QStringLiteral("app"));
+    }
+
     void nullEntriesSurvive()
     {
         const QScopedPointer<Gesture> one(
@@ -453,8 +525,18 @@ private Q_SLOTS:
         QCOMPARE(copy->gestureList().size(), 3);
         QCOMPARE(copy->gestureList().at(2), nullptr);
         QVERIFY(service.fastMerge(copy.data()));
-        QVERIFY(testing::debugText([&](QDebug &out) { QCOMPARE(&service.dump(out, 1), &out); })
-                        .startsWith(QStringLiteral("   gestures:\n      ") + QStringLiteral("  null\n")));
+        // Null on one side only is passed over as well.
+        const QScopedPointer<Gesture> other(
+                newGesture(QStringLiteral("other"), Gesture::Hold, QRectF(0, 0, 1, 1), Gesture::NoDirection));
+        GestureService full(appPaths(), nullptr, true, GestureList([&] {
+                                return QList<Gesture *>{other.data(), one.data()};
+                            }),
+                            false);
+        QVERIFY(service.fastMerge(&full));
+        QVERIFY(full.fastMerge(&service));
+        QVERIFY(testing::debugText([&](QDebug &out) {
+                    QCOMPARE(&service.dump(out, 1), &out);
+                }).startsWith(QStringLiteral("   gestures:\n      ") + QStringLiteral("  null\n")));
     }
 
     void fastMergeTakesCurrentActionsByPosition()
@@ -475,8 +557,8 @@ private Q_SLOTS:
         const auto taps = [](int count) {
             QList<Gesture *> gestures;
             for (int i = 0; i < count; ++i)
-                gestures.append(newGesture(QString::number(i), Gesture::Tap, QRectF(0, 0, 1, 1), Gesture::NoDirection, {},
-                                           new Action(QString::number(count), {}, {})));
+                gestures.append(newGesture(QString::number(i), Gesture::Tap, QRectF(0, 0, 1, 1), Gesture::NoDirection,
+                                           {}, new Action(QString::number(count), {}, {})));
             return gestures;
         };
         const QList<Gesture *> three = taps(3);
@@ -499,9 +581,10 @@ private Q_SLOTS:
         Action *fresh = new Action(QStringLiteral("fresh"), {}, {});
         const QRectF whole(0, 0, 1, 1);
         const auto make = [&](Gesture::Kind second, Action *action) {
-            return QList<Gesture *>{newGesture(QStringLiteral("1"), Gesture::Tap, whole, Gesture::NoDirection, {}, action),
-                                    newGesture(QStringLiteral("2"), second, whole, Gesture::NoDirection, {}, action),
-                                    newGesture(QStringLiteral("3"), Gesture::Tap, whole, Gesture::NoDirection, {}, action)};
+            return QList<Gesture *>{
+                    newGesture(QStringLiteral("1"), Gesture::Tap, whole, Gesture::NoDirection, {}, action),
+                    newGesture(QStringLiteral("2"), second, whole, Gesture::NoDirection, {}, action),
+                    newGesture(QStringLiteral("3"), Gesture::Tap, whole, Gesture::NoDirection, {}, action)};
         };
         const QList<Gesture *> mine = make(Gesture::Tap, old);
         const QList<Gesture *> theirs = make(Gesture::Hold, fresh);
@@ -588,6 +671,31 @@ private Q_SLOTS:
             QVERIFY(testing::readFile(userFile()).contains("\"ReaderTapLeftNoDirection\": \"" + bound + '"'));
     }
 
+    void uncaughtTerminateSavesNothing()
+    {
+        QProcess child;
+        child.start(QStringLiteral(TEST_PROGRAMS "/exitchild"), {QStringLiteral("terminate")});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(child.exitCode(), SIGABRT);
+        QVERIFY(!QFileInfo::exists(userFile()));
+    }
+
+    // A program that opens the library through a module, and closes that again before it ends.
+    void closedModuleStillSavesAtExit()
+    {
+        QProcess child;
+        // Nothing in the module points to the service any more: a leak checker takes it for lost.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+        child.setProcessEnvironment(environment);
+        child.start(QStringLiteral(TEST_PROGRAMS "/dlopenchild"), {QStringLiteral(EXIT_PLUGIN)});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+        QVERIFY2(child.exitCode() == 0, child.readAllStandardError());
+        QVERIFY(testing::readFile(userFile()).contains("\"ReaderTapLeftNoDirection\": \"next\""));
+    }
+
     void exitWhileLoadingSavesNothing()
     {
         // With the exit switch on a failed load ends the process from within it.
@@ -620,6 +728,7 @@ private:
         add("thin", Gesture::Tap, QRectF(0.5, 0.4, 0, 0.2));
         add("flat", Gesture::Tap, QRectF(0.55, 0.9, 0.1, 0));
         add("turned", Gesture::Tap, QRectF(0.5, 0.1, -0.1, -0.1));
+        add("two modes", Gesture::Swipe, QRectF(0, 0, 1, 1), {QStringLiteral("first"), QStringLiteral("second")});
         add("early", Gesture::Drag, QRectF(0, 0, 1, 1));
         add("late", Gesture::Drag, QRectF(0.4, 0.4, 0.1, 0.1));
         QList<Gesture *> gestures;

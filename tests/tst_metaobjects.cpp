@@ -24,8 +24,9 @@ Q_DECLARE_METATYPE(Expected)
 
 static QString describe(const QMetaProperty &property)
 {
-    return QStringLiteral("%1: %2%3").arg(QLatin1String(property.name()), QLatin1String(property.typeName()),
-                                           property.isWritable() ? QStringLiteral(" rw") : QString());
+    return QStringLiteral("%1: %2%3")
+            .arg(QLatin1String(property.name()), QLatin1String(property.typeName()),
+                 property.isWritable() ? QStringLiteral(" rw") : QString());
 }
 
 static QString describe(const QMetaMethod &method)
@@ -35,10 +36,10 @@ static QString describe(const QMetaMethod &method)
         arguments.append(QString::fromLatin1(method.parameterTypes().at(i)) + QLatin1Char(' ')
                          + QString::fromLatin1(method.parameterNames().at(i)));
     }
-    const QString kind = method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal")
-                                                                    : QLatin1String(method.typeName());
-    return QStringLiteral("%1 %2(%3)").arg(kind, QString::fromLatin1(method.name()),
-                                            arguments.join(QStringLiteral(", ")));
+    const QString kind =
+            method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal") : QLatin1String(method.typeName());
+    return QStringLiteral("%1 %2(%3)")
+            .arg(kind, QString::fromLatin1(method.name()), arguments.join(QStringLiteral(", ")));
 }
 
 class tst_MetaObjects : public QObject
@@ -58,19 +59,19 @@ private Q_SLOTS:
         QTest::newRow("FeaturesProvider") << Expected{&FeaturesProvider::staticMetaObject, {}, {}};
         QTest::newRow("DefaultFeaturesProvider") << Expected{&DefaultFeaturesProvider::staticMetaObject, {}, {}};
 
-        QTest::newRow("Action") << Expected{
-                &Action::staticMetaObject,
-                {"features: QQmlListProperty<vellix::gesture::Feature>", "path: QString", "titles: QStringList",
-                 "lastTitle: QString", "supported: bool"},
-                {"signal pathChanged(QString value)", "signal titlesChanged(QStringList value)",
-                 "signal lastTitleChanged(QString value)",
-                 "signal featuresChanged(QQmlListProperty<vellix::gesture::Feature> value)",
-                 "signal supportedChanged(bool value)"}};
+        QTest::newRow("Action") << Expected{&Action::staticMetaObject,
+                                            {"features: QQmlListProperty<vellix::gesture::Feature>", "path: QString",
+                                             "titles: QStringList", "lastTitle: QString", "supported: bool"},
+                                            {"signal pathChanged(QString value)",
+                                             "signal titlesChanged(QStringList value)",
+                                             "signal lastTitleChanged(QString value)",
+                                             "signal featuresChanged(QQmlListProperty<vellix::gesture::Feature> value)",
+                                             "signal supportedChanged(bool value)"}};
 
         QTest::newRow("ActionProxyNode") << Expected{
                 &ActionProxyNode::staticMetaObject,
-                {"childNodes: QQmlListProperty<vellix::gesture::ActionProxyNode>", "level: int",
-                 "pathSegment: QString", "title: QString", "action: vellix::gesture::Action*"},
+                {"childNodes: QQmlListProperty<vellix::gesture::ActionProxyNode>", "level: int", "pathSegment: QString",
+                 "title: QString", "action: vellix::gesture::Action*"},
                 {"signal levelChanged(int value)", "signal pathSegmentChanged(QString value)",
                  "signal titleChanged(QString value)", "signal actionChanged(vellix::gesture::Action* value)",
                  "signal childNodesChanged(QQmlListProperty<vellix::gesture::ActionProxyNode> value)",
@@ -88,8 +89,7 @@ private Q_SLOTS:
                  "signal availableActionsChanged(QList<vellix::gesture::Action*> value)",
                  "signal defaultActionChanged(vellix::gesture::Action* value)",
                  "signal actionTreeChanged(vellix::gesture::ActionProxyNode* value)",
-                 "signal currentActionChanged(vellix::gesture::Action* value)",
-                 "signal sectionChanged(QString value)",
+                 "signal currentActionChanged(vellix::gesture::Action* value)", "signal sectionChanged(QString value)",
                  "signal featuresChanged(QQmlListProperty<vellix::gesture::Feature> value)",
                  "signal supportedChanged(bool value)", "QQmlListProperty<vellix::gesture::Feature> features()"}};
 
@@ -109,17 +109,17 @@ private Q_SLOTS:
                  "QObject* cloneAsQObject()", "bool fastMergeWithQObject(QObject* other)", "bool save()",
                  "bool prune()"}};
 
-        QTest::newRow("GestureServiceProvider") << Expected{
-                &GestureServiceProvider::staticMetaObject,
-                {"appId: QString rw", "readonly: bool rw", "service: vellix::gesture::GestureService*"},
-                {"signal appIdChanged(QString value)", "signal readonlyChanged(bool value)",
-                 "signal serviceChanged(vellix::gesture::GestureService* value)"}};
+        QTest::newRow("GestureServiceProvider")
+                << Expected{&GestureServiceProvider::staticMetaObject,
+                            {"appId: QString rw", "readonly: bool rw", "service: vellix::gesture::GestureService*"},
+                            {"signal appIdChanged(QString value)", "signal readonlyChanged(bool value)",
+                             "signal serviceChanged(vellix::gesture::GestureService* value)"}};
 
-        QTest::newRow("GestureKindFilterModel") << Expected{
-                &GestureKindFilterModel::staticMetaObject,
-                {"blackList: QList<int> rw", "whiteList: QList<int> rw", "noActionVisible: bool rw"},
-                {"signal blackListChanged(QList<int> value)", "signal whiteListChanged(QList<int> value)",
-                 "signal noActionVisibleChanged(bool value)"}};
+        QTest::newRow("GestureKindFilterModel")
+                << Expected{&GestureKindFilterModel::staticMetaObject,
+                            {"blackList: QList<int> rw", "whiteList: QList<int> rw", "noActionVisible: bool rw"},
+                            {"signal blackListChanged(QList<int> value)", "signal whiteListChanged(QList<int> value)",
+                             "signal noActionVisibleChanged(bool value)"}};
 
         QTest::newRow("ExitNotifier") << Expected{&ExitNotifier::staticMetaObject, {}, {"signal prepareExit()"}};
     }

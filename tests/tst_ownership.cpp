@@ -201,7 +201,10 @@ private Q_SLOTS:
                 }
                 case 2: one->fastMerge(other); break;
                 case 3: one->gestureList().at(0)->actionTree(); break;
-                default: services.removeOne(one); delete one; break;
+                default:
+                    services.removeOne(one);
+                    delete one;
+                    break;
                 }
                 for (const QPointer<Action> &action : qAsConst(actions))
                     QCOMPARE(action.isNull(), services.isEmpty());

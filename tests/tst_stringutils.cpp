@@ -13,13 +13,19 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("empty") << "" << "";
-        QTest::newRow("digit first") << "3x3" << "3x3";
-        QTest::newRow("upper case already") << "Left" << "Left";
-        QTest::newRow("the rest keeps its case") << "leftTop bAr" << "LeftTop bAr";
-        QTest::newRow("all lower") << "word" << "Word";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("digit first") << "3x3"
+                                     << "3x3";
+        QTest::newRow("upper case already") << "Left"
+                                            << "Left";
+        QTest::newRow("the rest keeps its case") << "leftTop bAr"
+                                                 << "LeftTop bAr";
+        QTest::newRow("all lower") << "word"
+                                   << "Word";
         QTest::newRow("beyond ASCII") << QString::fromUtf8("äpfel") << QString::fromUtf8("Äpfel");
-        QTest::newRow("no locale rules") << "i" << "I";
+        QTest::newRow("no locale rules") << "i"
+                                         << "I";
         QTest::newRow("one unit only: sharp s stays") << QString::fromUtf8("ßa") << QString::fromUtf8("ßa");
         QTest::newRow("a surrogate pair stays whole") << QString::fromUtf8("𐐨a") << QString::fromUtf8("𐐨a");
     }
@@ -42,8 +48,8 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("list");
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("none") << QStringList() << QStringList();
-        QTest::newRow("case kept, empty first") << QStringList({"b", "a", "b", "A", ""})
-                                                << QStringList({"", "A", "a", "b"});
+        QTest::newRow("case kept, empty first")
+                << QStringList({"b", "a", "b", "A", ""}) << QStringList({"", "A", "a", "b"});
         QTest::newRow("several empty become one") << QStringList({"", "x", ""}) << QStringList({"", "x"});
         QTest::newRow("by UTF-16 unit") << QStringList({QString::fromUtf8("ﬀ"), QString::fromUtf8("😀"), "z"})
                                         << QStringList({"z", QString::fromUtf8("😀"), QString::fromUtf8("ﬀ")});

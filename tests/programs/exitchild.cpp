@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <exception>
 
 using namespace vellix;
 using namespace vellix::gesture;
@@ -94,6 +95,11 @@ int main(int argc, char *argv[])
         editedService(nullptr);
         EitherPrivate::setExitOnError(true);
         return Either<Error, int>(Left(Error({"dir/file", 12}, "a message"))).getOrErr(0);
+    }
+    if (is("terminate")) {
+        QCoreApplication app(argc, argv);
+        editedService(nullptr);
+        std::terminate();
     }
     if (is("exit switch while loading")) {
         QCoreApplication app(argc, argv);

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Cuts the power, as far as that can be done to a file: a file system in an image is saved to, the image
+# is copied as it is on disk at that moment, and the copy must hold the last save that was reported done,
+# or a later one, whole: powercut.sh SAVELOOP [CUTS]
+set -euo pipefail
+trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+saveloop=$1
+cuts=${2:-8}
+work=$(mktemp -d)
+saver=
+cleanup() {
+    [ -z "$saver" ] || { kill -KILL "$saver" && wait "$saver"; } 2>/dev/null || true
+    umount "$work/disk" 2>/dev/null || true
+    umount "$work/after" 2>/dev/null || true
+    rm -rf "$work"
+}
+trap cleanup EXIT
+
+mkdir "$work/disk" "$work/after"
+truncate -s 8M "$work/image"
+mkfs.ext4 -q -F "$work/image"
+# The file system shall write nothing by itself: only what a save asks for is on disk.
+if ! mount -o loop,commit=300 "$work/image" "$work/disk" 2>/dev/null; then
+    echo "no file system can be mounted here: not tested"
+    exit 77
+fi
+sync -f "$work/disk"
+
+"$saveloop" "$work/disk/user/app/cfg.json" >"$work/done" &
+saver=$!
+for cut in $(seq "$cuts"); do
+    sleep "0.$((RANDOM % 3 + 1))"
+    kill -STOP "$saver"
+    acknowledged=$(tail -n 1 "$work/done")
+    cp "$work/image" "$work/copy"
+    kill -CONT "$saver"
+
+    mount -o loop "$work/copy" "$work/after"
+    file=$work/after/user/app/cfg.json
+    numbers=$(grep -o '"gesture[0-9]*": "[0-9]*"' "$file" | grep -o '[0-9]*"$' | tr -d '"' | sort -un)
+    lines=$(grep -c '"gesture' "$file")
+    umount "$work/after"
+    echo "cut $cut: $acknowledged was done, $numbers is there"
+    [ "$lines" = 20 ]
+    [ "$(wc -w <<<"$numbers")" = 1 ]
+    [ "$numbers" -ge "$acknowledged" ]
+done
+[ "$acknowledged" -gt 0 ]
