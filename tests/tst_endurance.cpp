@@ -125,13 +125,21 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(m_tree.userFile("app")));
     }
 
+    void twoProcesses_data()
+    {
+        QTest::addColumn<QStringList>("inPlace");
+        QTest::newRow("saves, deletes and renames") << QStringList();
+        QTest::newRow("plain writes as well") << QStringList("in-place");
+    }
+
     void twoProcesses()
     {
+        QFETCH(QStringList, inPlace);
         std::unique_ptr<QProcess> children[2];
         for (int i = 0; i < 2; ++i) {
             children[i].reset(new QProcess);
             children[i]->setStandardErrorFile(QProcess::nullDevice());
-            children[i]->start(TEST_PROGRAMS "/stresschild", {QString::number(i + 1), "1000"});
+            children[i]->start(TEST_PROGRAMS "/stresschild", QStringList({QString::number(i + 1), "1000"}) + inPlace);
         }
         const auto expect = [](QProcess &child, const QByteArray &word) {
             QElapsedTimer waited;

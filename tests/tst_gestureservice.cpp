@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QSignalSpy>
 
+#include <sys/stat.h>
+
 #include <csignal>
 
 using namespace vellix;
@@ -440,6 +442,56 @@ private Q_SLOTS:
         ExitNotifier::notify();
         QCOMPARE(testing::readFile(userFile()), choice);
         QCOMPARE(testing::filesBelow(m_tree->user()).size(), 1);
+    }
+
+    // Whatever stands in place of the user's file: one line says so, nothing waits, nothing is lost.
+    void strangeUserFile_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QString>("reading");
+        QTest::addColumn<QString>("saving");
+        QTest::newRow("a pipe") << "pipe"
+                                << "Not a regular file"
+                                << "No such device or address";
+        QTest::newRow("a directory") << "directory"
+                                     << "Is a directory"
+                                     << "Is a directory";
+        QTest::newRow("a device") << "device"
+                                  << "Not a regular file"
+                                  << "";
+        QTest::newRow("100 MB of brackets") << "brackets"
+                                            << "too deeply nested document"
+                                            << "";
+        QTest::newRow("100 MB in one text") << "text"
+                                            << ""
+                                            << "";
+    }
+
+    void strangeUserFile()
+    {
+        QFETCH(QString, what);
+        QFETCH(QString, reading);
+        QFETCH(QString, saving);
+        QVERIFY(QDir().mkpath(QFileInfo(userFile()).path()));
+        if (what == QLatin1String("pipe"))
+            QCOMPARE(mkfifo(qPrintable(userFile()), 0600), 0);
+        else if (what == QLatin1String("directory"))
+            QVERIFY(QDir().mkpath(userFile()));
+        else if (what == QLatin1String("device"))
+            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), userFile()));
+        else if (what == QLatin1String("brackets"))
+            writeUserFile(QByteArray(100 * 1024 * 1024, '['));
+        else
+            writeUserFile("{\"version\": 1, \"actions\": {\"g\": \"" + QByteArray(100 * 1024 * 1024, 'x') + "\"}}");
+
+        LogCapture log;
+        GestureService service(appPaths(), nullptr, false);
+        QCOMPARE(service.gestureList().size(), 3);
+        QCOMPARE(log.lines.size(), reading.isEmpty() ? 0 : 1);
+        QVERIFY(reading.isEmpty() || log.lines[0].body.contains(reading));
+        QVERIFY(service.save());
+        QCOMPARE(log.qtMessages.size(), saving.isEmpty() ? 0 : 1);
+        QVERIFY(saving.isEmpty() || log.qtMessages[0].contains(saving));
     }
 
     void directoryThatCanNotBeMadeIsReported()

@@ -1,6 +1,7 @@
 #include "testing.h"
 
 #include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
 
 #include <QDir>
 #include <QFile>
@@ -227,6 +228,46 @@ private Q_SLOTS:
         else
             QCOMPARE(testing::readFile(file), exists ? QByteArray("old") : QByteArray("(no file)"));
         QCOMPARE(testing::filesBelow(path("dir")), exists ? QStringList(QStringLiteral("file")) : QStringList());
+    }
+
+    // A service of an ordinary user on what only root may touch: error lines, the defaults, no harm.
+    void serviceWithoutPermission_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::newRow("the user's file can not be read") << "file";
+        QTest::newRow("the home directory is somebody else's") << "home";
+    }
+
+    void serviceWithoutPermission()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can take a permission away from somebody else");
+        QFETCH(QString, situation);
+        const bool file = situation == QLatin1String("file");
+        const QByteArray choice = R"({"version": 1, "actions": {"g": "b"}})";
+        testing::writeFile(path("default"), R"({"actions": [{"path": "a", "title": "A"}, {"path": "b", "title": "B"}],
+            "gestures": [{"id": "g", "kind": "tap", "zone": "left", "defaultAction": "a"}]})");
+        QVERIFY(QDir().mkpath(path("home")));
+        if (file) {
+            testing::writeFile(path("home/user"), choice);
+            QCOMPARE(chmod(qPrintable(path("home/user")), 0600), 0);
+        }
+        const int result = inChild(65534, [&]() -> int {
+            testing::LogCapture log;
+            GestureService service(ApplicationPaths({}, path("home/user"), path("default")), nullptr, false);
+            if (service.gestureList().size() != 1
+                || service.gestureList().at(0)->currentAction()->path() != QLatin1String("a"))
+                return 1;
+            if (log.lines.size() != (file ? 1 : 0) || (file && !log.lines[0].body.contains("Permission denied")))
+                return 2;
+            if (!service.save() || log.qtMessages.size() != 1
+                || !log.qtMessages[0].contains("can not open file: Permission denied (path: "))
+                return 3;
+            return 0;
+        });
+        QCOMPARE(result, 0);
+        QCOMPARE(testing::filesBelow(path("home")), file ? QStringList("user") : QStringList());
+        QVERIFY(!file || testing::readFile(path("home/user")) == choice);
     }
 
     // A limit on the size of files fails the write as a full disk does.

@@ -1,6 +1,7 @@
-// Edits the bindings of "app" at random while it watches them: stresschild SEED EDITS
-// Says "done" after the edits; for each line of input it then says whether its service shows what the
-// file holds.
+// Edits the bindings of "app" at random while it watches them: stresschild SEED EDITS [IN-PLACE]
+// With IN-PLACE some edits are plain writes, without it all writes are saves, and a file that is no
+// document has been torn. Says "done" (or "torn") after the edits; for each line of input it then says whether its
+// service shows what the file holds.
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureserviceprovider.h>
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -47,13 +49,19 @@ static void writeInPlace(const QByteArray &bytes)
         file.write(bytes);
 }
 
-static void edit(QRandomGenerator &random)
+static bool isTorn()
 {
-    switch (random.bounded(8)) {
-    case 0: QFile::remove(userFile()); break;
-    case 1: QFile::rename(userFile(), userFile() + QStringLiteral(".away")); break;
-    case 2: QDir(QFileInfo(userFile()).path() + QStringLiteral("/..")).removeRecursively(); break;
-    case 3: writeInPlace("{\"version\": 1, \"actions\": {\"g\": \"menu\"}}"); break;
+    QFile file(userFile());
+    return file.open(QIODevice::ReadOnly) && QJsonDocument::fromJson(file.readAll()).isNull();
+}
+
+static void edit(QRandomGenerator &random, bool inPlace)
+{
+    switch (random.bounded(inPlace ? 0 : 1, 8)) {
+    case 0: writeInPlace("{\"version\": 1, \"actions\": {\"g\": \"menu\"}}"); break;
+    case 1: QFile::remove(userFile()); break;
+    case 2: QFile::rename(userFile(), userFile() + QStringLiteral(".away")); break;
+    case 3: QDir(QFileInfo(userFile()).path() + QStringLiteral("/..")).removeRecursively(); break;
     default: {
         GestureService service(paths(), nullptr, false);
         Gesture *gesture = service.gestureList().value(0);
@@ -68,8 +76,10 @@ static void edit(QRandomGenerator &random)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    if (argc != 3)
+    if (argc < 3)
         return 99;
+    const bool inPlace = argc > 3;
+    bool torn = false;
     QRandomGenerator random(QByteArray(argv[1]).toUInt());
     int edits = QByteArray(argv[2]).toInt();
 
@@ -84,11 +94,12 @@ int main(int argc, char *argv[])
 
     QTimer editing;
     QObject::connect(&editing, &QTimer::timeout, [&] {
-        edit(random);
+        torn = torn || (!inPlace && isTorn());
+        edit(random, inPlace);
         if (--edits > 0)
             return;
         editing.stop();
-        std::puts("done");
+        std::puts(torn ? "torn" : "done");
         std::fflush(stdout);
     });
     editing.start(0);
