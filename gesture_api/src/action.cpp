@@ -3,6 +3,7 @@
 #include "actionreader.h"
 #include "dump.h"
 #include "qmllistproperty.h"
+#include "varianttype.h"
 
 #include <gesture_api/gesture.h>
 
@@ -65,11 +66,6 @@ bool Action::supported() const
         m_evaluated = true;
     }
     return m_supported;
-}
-
-static bool isType(const QVariant &v, QMetaType::Type type)
-{
-    return v.userType() == type;
 }
 
 static Either<Error, Action *> definition(const QVariantMap &entry, const FeaturesProvider *featuresProvider,

@@ -1,5 +1,8 @@
 #include <gesture_api/applicationpaths.h>
 
+#include "resolvedpath.h"
+#include "varianttype.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -52,11 +55,6 @@ ApplicationPathsConfiguration ApplicationPathsConfiguration::newDefault()
                                          QStringLiteral("cfg.json"), {QStringLiteral("qmlplugindump")});
 }
 
-static bool isType(const QVariant &v, QMetaType::Type type)
-{
-    return v.userType() == type;
-}
-
 Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::fromVariant(const QVariant &value)
 {
     if (!isType(value, QMetaType::QVariantMap))
@@ -90,7 +88,7 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::from
 
 Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
 {
-    const QString resolved = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    const QString resolved = resolvedPath(path);
     const auto unreadable = [&resolved](int line, const QString &reason) {
         return fail(line, reason + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
     };

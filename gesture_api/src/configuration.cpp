@@ -1,6 +1,8 @@
 #include <gesture_api/configuration.h>
 
 #include "atomicfile.h"
+#include "resolvedpath.h"
+#include "varianttype.h"
 
 #include <vellix/platform/vxcomponents.h>
 
@@ -18,11 +20,6 @@ qint32 Configuration::ActionBindings::version = 1;
 static Left<Error> fail(int line, const QString &message)
 {
     return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
-}
-
-static bool isType(const QVariant &v, QMetaType::Type type)
-{
-    return v.userType() == type;
 }
 
 using Zones = QMap<QString, QRectF>;
@@ -185,7 +182,7 @@ QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestur
 Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
                                                                 const QList<Gesture *> &gestures)
 {
-    const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
+    const QString path = resolvedPath(fileName);
     const QByteArray text = QJsonDocument::fromVariant(toVariant(gestures)).toJson(QJsonDocument::Indented);
     makeDirectoriesFor(path);
     return writeAtomically(path, text).mapLeft([&path](const QString &reason) {

@@ -3,6 +3,7 @@
 #include "actionreader.h"
 #include "dump.h"
 #include "qmllistproperty.h"
+#include "varianttype.h"
 
 #include <vellix/stringutils.h>
 
@@ -212,11 +213,6 @@ void Gesture::dump(QDebug &dbg, int indent) const
         tree->dump(dbg, indent + 2);
     else
         dbg << indentText(indent + 2).constData() << "null\n";
-}
-
-static bool isType(const QVariant &v, QMetaType::Type type)
-{
-    return v.userType() == type;
 }
 
 namespace {

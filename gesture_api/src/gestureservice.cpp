@@ -2,6 +2,7 @@
 
 #include "atomicfile.h"
 #include "dump.h"
+#include "resolvedpath.h"
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/zones.h>
@@ -214,8 +215,7 @@ static bool isWritten(const Either<QString, qint64> &result)
 // What a save is about to overwrite is somebody's choice that we did not understand.
 bool GestureService::keepRejectedFile()
 {
-    const QString path =
-            QString::fromStdString(PathResolver::newDefault().resolvePreffix(m_paths.currentPath().toStdString()));
+    const QString path = resolvedPath(m_paths.currentPath());
     if (!*m_userFileRejected)
         return true;
     const QFileInfo info(path);

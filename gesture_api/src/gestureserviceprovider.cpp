@@ -1,5 +1,7 @@
 #include <gesture_api/gestureserviceprovider.h>
 
+#include "resolvedpath.h"
+
 #include <vellix/exitnotifier.h>
 #include <vellix/platform/slateview.h>
 #include <vellix/platform/vxcomponents.h>
@@ -106,8 +108,7 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
     if (paths.isLeft())
         return;
     m_watchedAppId = appId;
-    const QString currentPath = QString::fromStdString(
-            PathResolver::newDefault().resolvePreffix(paths.right().currentPath().toStdString()));
+    const QString currentPath = resolvedPath(paths.right().currentPath());
     m_watcher = components::fs::__watchFileChange(currentPath, this, [this, appId, featuresProvider] {
         // The watch that was let go may speak once more.
         if (appId == m_watchedAppId)

@@ -136,7 +136,7 @@ public:
                                                                    const QMap<QString, QRectF> &zones);
     /// Reads a zone by name or as a rectangle; `zoneName`, unless null, receives its name.
     static Either<Error, QRectF> zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
-                                                 QString *zoneName);
+                                                 QString *zoneName = nullptr);
     static Either<Error, QRectF> rectfFromVariant(const QVariantMap &map);
     static QVariant rectfToVariant(const QRectF &r);
     /// Kinds are read in any letter case, directions exactly.
