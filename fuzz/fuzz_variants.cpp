@@ -103,6 +103,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         fuzzing::use(gestures.right());
     Configuration::ActionBindings::fromVariant(root);
     ApplicationPathsConfiguration::fromVariant(root);
-    Configuration::fromVariant(root, &features, GestureService::predefinedZones, {}); // without a parent
+    // Without a parent the gestures are the caller's.
+    const auto orphans = Configuration::fromVariant(root, &features, GestureService::predefinedZones, {});
+    if (orphans.isRight())
+        qDeleteAll(orphans.right());
     return 0;
 }
