@@ -200,10 +200,10 @@ QMap<QString, QString> GestureService::loadBindings()
         return bindings.right();
 
     *m_userFileRejected = true;
-    const auto *other = boost::get<ActionBindings::ParsingError::VersionNotMatch>(&bindings.left().value);
-    if (!other)
+    const auto *mismatch = boost::get<ActionBindings::ParsingError::VersionNotMatch>(&bindings.left().value);
+    if (!mismatch)
         return bindings.getOrErr(none);
-    qWarning() << "[warn] version not match: found:" << other->version << "needed:" << ActionBindings::version;
+    qWarning() << "[warn] version not match: found:" << mismatch->version << "needed:" << ActionBindings::version;
     return none;
 }
 
@@ -226,10 +226,12 @@ bool GestureService::keepRejectedFile()
     if (!info.isWritable())
         return true; // the save will say so
 
+    // Read to its end before an earlier rejected file is replaced.
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)
-        || !isWritten(writeAtomically(path + QStringLiteral(".rejected"), file.readAll()))
-        || file.error() != QFileDevice::NoError) {
+    const bool open = file.open(QIODevice::ReadOnly);
+    const QByteArray bytes = open ? file.readAll() : QByteArray();
+    const bool read = open && file.error() == QFileDevice::NoError;
+    if (!read || !isWritten(writeAtomically(path + QStringLiteral(".rejected"), bytes))) {
         qCritical() << "[error] not saved, the rejected file can not be kept beside it (path:" << path << ")";
         return false;
     }
