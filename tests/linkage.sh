@@ -14,7 +14,7 @@ grep -q 'NODELETE' <<<"$dynamic" || fail "it can be unloaded under living object
 # One export macro marks what is offered; a unique symbol would keep a library from unloading.
 symbols=$(nm -DC --defined-only "$library")
 grep -q ' T app_name()' <<<"$symbols" || fail "app_name() is not exported"
-hidden=$(grep -E 'ActionReader|writeAtomically|makeDirectoriesFor|indentText' <<<"$symbols" || true)
+hidden=$(grep -E 'ActionReader|GestureIndex|writeAtomically|makeDirectoriesFor|indentText' <<<"$symbols" || true)
 [ -z "$hidden" ] || fail "exported but internal: $hidden"
 unique=$(awk '$2 == "u"' <<<"$symbols" | grep -v 'boost::\|std::' || true)
 [ -z "$unique" ] || fail "unique symbols: $unique"

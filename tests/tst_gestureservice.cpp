@@ -2,6 +2,7 @@
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
+#include <gesture_api/zones.h>
 
 #include <vellix/exitnotifier.h>
 
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 
 #include <sys/stat.h>
@@ -237,6 +239,58 @@ private Q_SLOTS:
         QTEST(idOf(qobject_cast<Gesture *>(
                       service.findGestureByZoneAsQObject(QStringLiteral("x"), kind, Gesture::NoDirection, zone))),
               "expected");
+    }
+
+    // Against the walk that a lookup stands for: the list from the front, every test on every gesture.
+    void lookupAnswersAsAWalkWould()
+    {
+        QRandomGenerator random(7);
+        const QList<double> edges{-0.25, 0, 0.25, 0.5, 0.5, 1, 1.25};
+        const auto edge = [&] { return edges.at(random.bounded(edges.size())); };
+        const QStringList modes{"reader", "menu", "Reader", ""};
+        const auto anyModes = [&] {
+            QStringList some;
+            for (int count = random.bounded(4); count > 0; --count)
+                some.append(modes.at(random.bounded(modes.size())));
+            return some;
+        };
+        const auto anyKind = [&] { return static_cast<Gesture::Kind>(random.bounded(-1, 6)); };
+        const auto anyDirection = [&] { return static_cast<Gesture::Direction>(random.bounded(-1, 3)); };
+
+        QObject owner;
+        QList<Gesture *> gestures;
+        for (int i = 0; i < 300; ++i) {
+            const QRectF zone(edge(), edge(), edge(), edge()); // some empty, some turned inside out
+            gestures.append(i % 10 ? newGesture(QString::number(i), anyKind(), zone, anyDirection(), anyModes())
+                                   : nullptr);
+            if (gestures.last())
+                gestures.last()->setParent(&owner);
+        }
+        const GestureService service(appPaths(), nullptr, true, GestureList([&] { return gestures; }), false);
+
+        int found = 0;
+        for (int i = 0; i < 5000; ++i) {
+            const QString mode = i % 5 ? modes.at(random.bounded(modes.size())) : QStringLiteral("elsewhere");
+            const Gesture::Kind kind = anyKind();
+            const Gesture::Direction direction = anyDirection();
+            const QPointF point(edge(), edge());
+            const QRectF zone(edge(), edge(), edge(), edge());
+            const auto first = [&](const auto &test) {
+                for (const Gesture *gesture : qAsConst(gestures)) {
+                    if (gesture && (gesture->modes().isEmpty() || gesture->modes().contains(mode))
+                        && gesture->kind() == kind && gesture->direction() == direction && test(gesture->zone()))
+                        return gesture->id();
+                }
+                return QStringLiteral("none");
+            };
+            const QString byPoint = first([&](const QRectF &outer) { return outer.contains(point); });
+            QCOMPARE(idOf(service.findGesture(mode, kind, direction, point)), byPoint);
+            const QString byZone =
+                    first([&](const QRectF &outer) { return outer == zone || Zones::contains(outer, zone); });
+            QCOMPARE(idOf(service.findGestureByZone(mode, kind, direction, zone)), byZone);
+            found += byPoint != QLatin1String("none");
+        }
+        QVERIFY2(found > 500 && found < 4500, qPrintable(QString::number(found)));
     }
 
     void containsGestureKind()

@@ -2,6 +2,7 @@
 
 #include "atomicfile.h"
 #include "dump.h"
+#include "gestureindex.h"
 #include "resolvedpath.h"
 
 #include <gesture_api/configuration.h>
@@ -63,31 +64,25 @@ ReadonlyLazyListModel *GestureService::gestures() const
     return m_gesturesModel;
 }
 
-static bool isOf(const Gesture *gesture, const QString &mode, Gesture::Kind kind, Gesture::Direction direction)
+const GestureIndex &GestureService::index() const
 {
-    // The cheap tests first: most gestures differ in kind or direction.
-    return gesture && gesture->kind() == kind && gesture->direction() == direction
-            && (gesture->modes().isEmpty() || gesture->modes().contains(mode));
+    const QList<Gesture *> &gestures = gestureList();
+    if (!m_index)
+        m_index = std::make_unique<GestureIndex>(gestures);
+    return *m_index;
 }
 
 Gesture *GestureService::findGesture(const QString &mode, const Gesture::Kind &kind,
                                      const Gesture::Direction &direction, const QPointF &position) const
 {
-    for (Gesture *gesture : gestureList()) {
-        if (isOf(gesture, mode, kind, direction) && gesture->zone().contains(position))
-            return gesture;
-    }
-    return nullptr;
+    return index().find(mode, kind, direction, position);
 }
 
 Gesture *GestureService::findGestureByZone(const QString &mode, const Gesture::Kind &kind,
                                            const Gesture::Direction &direction, const QRectF &zone) const
 {
-    for (Gesture *gesture : gestureList()) {
-        if (isOf(gesture, mode, kind, direction) && (gesture->zone() == zone || Zones::contains(gesture->zone(), zone)))
-            return gesture;
-    }
-    return nullptr;
+    return index().findByZone(mode, kind, direction,
+                              [&zone](const QRectF &outer) { return outer == zone || Zones::contains(outer, zone); });
 }
 
 GestureService *GestureService::clone(QObject *parent) const
@@ -215,9 +210,9 @@ static bool isWritten(const Either<QString, qint64> &result)
 // What a save is about to overwrite is somebody's choice that we did not understand.
 bool GestureService::keepRejectedFile()
 {
-    const QString path = resolvedPath(m_paths.currentPath());
     if (!*m_userFileRejected)
         return true;
+    const QString path = resolvedPath(m_paths.currentPath());
     const QFileInfo info(path);
     if (!info.isFile()) {
         *m_userFileRejected = false; // gone: what comes after it is not what was rejected

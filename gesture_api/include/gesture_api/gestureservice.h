@@ -21,6 +21,8 @@
 namespace vellix {
 namespace gesture {
 
+class GestureIndex;
+
 /// The gestures of one application: the system's configuration with the user's bindings applied.
 /// Nothing is read before the gestures are first needed, and the files are read once. The gestures
 /// and their model are children of the service. A failed load is told on the log and gives no gestures.
@@ -92,6 +94,7 @@ Q_SIGNALS:
     void gesturesChanged(vellix::components::ReadonlyLazyListModel *value);
 
 private:
+    const GestureIndex &index() const;
     QList<Gesture *> load();
     QMap<QString, QString> loadBindings();
     bool mayStillLoad() const;
@@ -107,6 +110,7 @@ private:
     // Set while the user's file holds what this service and its clones could not take over.
     std::shared_ptr<bool> m_userFileRejected = std::make_shared<bool>(false);
     const GestureList m_gestures;
+    mutable std::unique_ptr<GestureIndex> m_index; // of m_gestures, made at the first lookup
     mutable QPointer<components::ReadonlyLazyListModel> m_gesturesModel;
 };
 
