@@ -99,15 +99,17 @@ static Either<Error, Action *> definition(const QVariantMap &entry, const Featur
     return Right(new Action(path->toString(), labels, required.right(), parent));
 }
 
-Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
-                                            const QMap<QString, Action *> &knownActions, QObject *parent)
+// `known` is any map from path to action.
+template <class Map>
+static Either<Error, Action *> readAction(const QVariant &v, const FeaturesProvider *featuresProvider, const Map &known,
+                                          QObject *parent)
 {
     if (isType(v, QMetaType::QString)) {
         const QString path = v.toString();
-        Action *known = knownActions.value(path);
-        if (!known)
+        Action *action = known.value(path);
+        if (!action)
             return fail(__LINE__, QStringLiteral("action '%1' not defined").arg(path));
-        return Right(known);
+        return Right(action);
     }
     if (isType(v, QMetaType::QVariantMap))
         return definition(v.toMap(), featuresProvider, parent);
@@ -115,9 +117,15 @@ Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesPro
 }
 
 Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
+                                            const QMap<QString, Action *> &knownActions, QObject *parent)
+{
+    return readAction(v, featuresProvider, knownActions, parent);
+}
+
+Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                             const QList<Action *> &actions, QObject *parent)
 {
-    return fromVariant(v, featuresProvider, ActionReader::indexOf(actions), parent);
+    return ActionReader::action(v, featuresProvider, ActionReader::indexOf(actions), parent);
 }
 
 Either<Error, QList<Action *>> Action::listFromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
@@ -178,11 +186,18 @@ namespace ActionReader {
 Index indexOf(const QList<Action *> &actions)
 {
     Index index;
+    index.reserve(actions.size());
     for (Action *action : actions) {
         if (action)
             index.insert(action->path(), action);
     }
     return index;
+}
+
+Either<Error, Action *> action(const QVariant &v, const FeaturesProvider *featuresProvider, const Index &known,
+                               QObject *parent)
+{
+    return readAction(v, featuresProvider, known, parent);
 }
 
 Either<Error, QList<Action *>> list(const QVariant &v, const FeaturesProvider *featuresProvider, const Index &known,
@@ -199,7 +214,7 @@ Either<Error, QList<Action *>> list(const QVariant &v, const FeaturesProvider *f
         QList<Action *> actions;
         const QVariantList entries = v.toList();
         for (const QVariant &entry : entries) {
-            const auto action = Action::fromVariant(entry, featuresProvider, known, parent);
+            const auto action = ActionReader::action(entry, featuresProvider, known, parent);
             if (action.isLeft())
                 return Left(action.left());
             actions.append(action.right());
@@ -207,9 +222,7 @@ Either<Error, QList<Action *>> list(const QVariant &v, const FeaturesProvider *f
         return Right(actions);
     }
     if (isType(v, QMetaType::QVariantMap)) {
-        return Action::fromVariant(v, featuresProvider, known, parent).map([](Action *action) {
-            return QList<Action *>{action};
-        });
+        return action(v, featuresProvider, known, parent).map([](Action *action) { return QList<Action *>{action}; });
     }
     return fail(__LINE__, QStringLiteral("action list must be one of types: 'str', 'list', 'map'"));
 }
@@ -218,7 +231,7 @@ Either<Error, Action *> firstSupported(const QList<QVariant> &list, const Featur
                                        const Index &known, QObject *parent)
 {
     for (const QVariant &alternative : list) {
-        const auto action = Action::fromVariant(alternative, featuresProvider, known, parent);
+        const auto action = ActionReader::action(alternative, featuresProvider, known, parent);
         if (action.isLeft() || action.right()->supported())
             return action;
     }

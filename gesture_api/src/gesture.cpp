@@ -10,7 +10,9 @@
 #include <QDataStream>
 #include <QIODevice>
 #include <QMetaEnum>
+#include <QScopeGuard>
 
+#include <algorithm>
 #include <cmath>
 
 static const int gestureSectionType = qRegisterMetaType<GestureSection>();
@@ -39,14 +41,22 @@ static Left<Error> fail(int line, const QString &message)
 Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
                  const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
                  const QList<Feature *> &features, QObject *parent)
+    : Gesture(id, modes, kind, zone, direction, availableActions, defaultAction, currentAction, features, parent, Later)
+{
+    takeActions();
+}
+
+Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
+                 const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
+                 const QList<Feature *> &features, QObject *parent, Taking)
     : QObject(parent), m_id(id), m_modes(modes), m_kind(kind), m_zone(zone), m_direction(direction),
       m_availableActions(availableActions), m_defaultAction(defaultAction),
       m_currentAction(currentAction ? currentAction : defaultAction), m_features(features)
 {
     for (Action *action : availableActions)
-        adopt(action);
-    adopt(m_defaultAction);
-    adopt(m_currentAction);
+        join(action);
+    join(m_defaultAction);
+    join(m_currentAction);
 }
 
 Gesture::~Gesture()
@@ -68,15 +78,25 @@ Gesture::~Gesture()
         m_actionTree->deleteLater();
 }
 
-void Gesture::adopt(Action *action)
+void Gesture::join(Action *action)
 {
     if (!action)
         return;
-    action->setParent(this);
     // While a gesture is made, it is the latest of the users: no need to search them all.
     QList<Gesture *> &users = action->m_users;
     if (users.isEmpty() || users.last() != this)
         users.append(this);
+}
+
+void Gesture::takeActions()
+{
+    const auto take = [this](Action *action) {
+        if (action && action->m_users.last() == this)
+            action->setParent(this);
+    };
+    std::for_each(m_availableActions.cbegin(), m_availableActions.cend(), take);
+    take(m_defaultAction);
+    take(m_currentAction);
 }
 
 void Gesture::leave(Action *action)
@@ -215,10 +235,9 @@ void Gesture::dump(QDebug &dbg, int indent) const
         dbg << indentText(indent + 2).constData() << "null\n";
 }
 
-namespace {
 // What the entries of one list share. Actions that are defined inline start under `inlineActions`;
 // the gestures take theirs out of it.
-struct EntryContext
+struct Gesture::EntryContext
 {
     const FeaturesProvider *featuresProvider;
     const ActionReader::Index &actions;
@@ -228,14 +247,13 @@ struct EntryContext
     QObject *inlineActions;
     QObject *parent;
 };
-}
 
-static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context)
+Either<Error, Action *> Gesture::readDefaultAction(const QVariant &value, const EntryContext &context)
 {
     if (!value.isValid())
         return Right<Action *>(nullptr);
     if (isType(value, QMetaType::QString))
-        return Action::fromVariant(value, context.featuresProvider, context.actions, context.inlineActions);
+        return ActionReader::action(value, context.featuresProvider, context.actions, context.inlineActions);
     return ActionReader::firstSupported(value.toList(), context.featuresProvider, context.actions,
                                         context.inlineActions);
 }
@@ -248,7 +266,7 @@ static Either<Error, QList<Feature *>> readFeatures(const QVariant &value, const
 }
 
 // The order of the checks is behaviour: of several faults the first here is the one that is told.
-static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context)
+Either<Error, Gesture *> Gesture::readEntry(const QVariantMap &entry, const EntryContext &context)
 {
     const auto kindValue = entry.constFind(QStringLiteral("kind"));
     const auto zoneValue = entry.constFind(QStringLiteral("zone"));
@@ -275,19 +293,19 @@ static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryC
     const QStringList modes =
             modesValue == absent ? QStringList() : StringUtils::sortedUnique(modesValue->toStringList());
 
-    const auto kind = Gesture::kindFromVariant(*kindValue);
+    const auto kind = kindFromVariant(*kindValue);
     if (kind.isLeft())
         return Left(kind.left());
 
     QString zoneName = QStringLiteral("notSet");
     const Either<Error, QRectF> zone = zoneValue == absent
-            ? Right(Gesture::wholeZone)
-            : Gesture::zoneFromVariant(*zoneValue, context.zones, &zoneName);
+            ? Right(wholeZone)
+            : zoneFromVariant(*zoneValue, context.zones, idValue == absent ? &zoneName : nullptr);
     if (zone.isLeft())
         return Left(zone.left());
 
-    const Either<Error, Gesture::Direction> direction =
-            directionValue == absent ? Right(Gesture::NoDirection) : Gesture::directionFromVariant(*directionValue);
+    const Either<Error, Direction> direction =
+            directionValue == absent ? Right(NoDirection) : directionFromVariant(*directionValue);
     if (direction.isLeft())
         return Left(direction.left());
 
@@ -304,13 +322,13 @@ static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryC
     const auto bound = context.bindings.constFind(id);
     const auto defaultAction = bound == context.bindings.constEnd()
             ? readDefaultAction(defaultValue == absent ? QVariant() : *defaultValue, context)
-            : Action::fromVariant(*bound, context.featuresProvider, context.actions, context.inlineActions);
+            : ActionReader::action(*bound, context.featuresProvider, context.actions, context.inlineActions);
     if (defaultAction.isLeft())
         return Left(defaultAction.left());
 
     const Either<Error, Action *> currentAction = currentValue == absent
             ? Right<Action *>(nullptr)
-            : Action::fromVariant(*currentValue, context.featuresProvider, context.actions, context.inlineActions);
+            : ActionReader::action(*currentValue, context.featuresProvider, context.actions, context.inlineActions);
     if (currentAction.isLeft())
         return Left(currentAction.left());
 
@@ -321,7 +339,7 @@ static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryC
         return Left(features.left());
 
     return Right(new Gesture(id, modes, kind.right(), zone.right(), direction.right(), available.right(),
-                             defaultAction.right(), currentAction.right(), features.right(), context.parent));
+                             defaultAction.right(), currentAction.right(), features.right(), context.parent, Later));
 }
 
 Either<Error, Gesture *> Gesture::fromVariant(const QVariantMap &entry, const FeaturesProvider *featuresProvider,
@@ -332,7 +350,11 @@ Either<Error, Gesture *> Gesture::fromVariant(const QVariantMap &entry, const Fe
 {
     QObject inlineActions;
     const ActionReader::Index index = ActionReader::indexOf(actions);
-    return readEntry(entry, {featuresProvider, index, actionGroups, zones, bindings, &inlineActions, parent});
+    const auto gesture =
+            readEntry(entry, {featuresProvider, index, actionGroups, zones, bindings, &inlineActions, parent});
+    if (gesture.isRight())
+        gesture.right()->takeActions();
+    return gesture;
 }
 
 Either<Error, QList<Gesture *>>
@@ -346,6 +368,11 @@ Gesture::listFromVariant(const QVariantList &list, const FeaturesProvider *featu
 
     QList<Gesture *> gestures;
     gestures.reserve(list.size());
+    // Each action goes to the last of its users at once, not from one to the next.
+    const auto settle = qScopeGuard([&gestures] {
+        for (Gesture *gesture : qAsConst(gestures))
+            gesture->takeActions();
+    });
     for (const QVariant &entry : list) {
         if (!isType(entry, QMetaType::QVariantMap))
             return fail(__LINE__, QStringLiteral("list of gestures must must contain maps"));
@@ -408,10 +435,13 @@ static QString nameOf(const QRectF &r)
 Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
                                                QString *zoneName)
 {
-    QString unused;
-    QString &name = zoneName ? *zoneName : unused;
+    const auto setName = [zoneName](const QString &name) {
+        if (zoneName)
+            *zoneName = name;
+    };
     if (isType(value, QMetaType::QString)) {
-        name = value.toString();
+        const QString name = value.toString();
+        setName(name);
         const auto zone = zones.constFind(name);
         if (zone == zones.constEnd())
             return fail(__LINE__, QStringLiteral("zone '%1' not defined").arg(name));
@@ -419,11 +449,11 @@ Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap
     }
     if (isType(value, QMetaType::QVariantMap)) {
         const auto zone = rectfFromVariant(value.toMap());
-        if (zone.isRight())
-            name = nameOf(zone.right());
+        if (zone.isRight() && zoneName)
+            setName(nameOf(zone.right()));
         return zone;
     }
-    name = QStringLiteral("UndefinedZone");
+    setName(QStringLiteral("UndefinedZone"));
     return fail(__LINE__, QStringLiteral("zone must be either 'str' or 'map'"));
 }
 

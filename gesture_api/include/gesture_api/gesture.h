@@ -162,7 +162,18 @@ Q_SIGNALS:
 private:
     friend class Action;
 
-    void adopt(Action *action);
+    struct EntryContext;
+    enum Taking { Later }; // takeActions() is still to be called
+
+    Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
+            const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
+            const QList<Feature *> &features, QObject *parent, Taking);
+
+    static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context);
+    static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context);
+
+    void join(Action *action);
+    void takeActions();
     void leave(Action *action);
     bool uses(const Action *action) const;
     void forget(Action *action);
