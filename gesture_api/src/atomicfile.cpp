@@ -148,7 +148,7 @@ Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &b
     const std::string target = followLinks(QFile::encodeName(path).toStdString());
 
     // The old file says whether it may be written at all; a pipe without a reader must not block.
-    const Descriptor existing(openFile(target, O_WRONLY | O_NONBLOCK));
+    Descriptor existing(openFile(target, O_WRONLY | O_NONBLOCK));
     if (!existing.isOpen() && errno != ENOENT)
         return Left(qt_error_string(errno));
     struct stat status = {};
@@ -165,8 +165,10 @@ Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &b
 
     const bool filled = (!existing.isOpen() || copyPermissions(existing, status, temporary))
             && writeAll(temporary, bytes) && sync(temporary) && temporary.close();
-    if (filled && std::rename(name.c_str(), target.c_str()) == 0)
+    if (filled && std::rename(name.c_str(), target.c_str()) == 0) {
+        existing.close(); // so that the disk hears of the old file's end together with the rename
         return Right(syncDirectory(directoryOf(target)) ? qint64(bytes.size()) : qint64(-1));
+    }
     const bool refused = filled && existing.isOpen() && isRefusal(errno);
     ::unlink(name.c_str());
     return Right(refused ? writeDirectly(existing, bytes) : qint64(-1));
