@@ -282,6 +282,10 @@ private Q_SLOTS:
         QCOMPARE(document.userType(), int(QMetaType::QVariantMap));
         QCOMPARE(document.toMap().value(QStringLiteral("version")).userType(), int(QMetaType::Int));
         QTEST(QString::fromUtf8(QJsonDocument::fromVariant(document).toJson(QJsonDocument::Compact)), "expected");
+
+        const testing::DataTree tree;
+        VERIFY_SAVED(path(tree), Gestures(gestures));
+        QCOMPARE(testing::readFile(path(tree)), QJsonDocument::fromVariant(document).toJson());
     }
 
     void aCurrentActionIsWrittenThoughItIsTheDefault()

@@ -7,6 +7,7 @@
 #include <vellix/platform/vxcomponents.h>
 
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <ostream>
@@ -169,21 +170,32 @@ Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const 
     return Right(bindings);
 }
 
-QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
+// The path of every gesture's current action by its id; of one id the last.
+template <class Map>
+static Map choicesOf(const QList<Gesture *> &gestures)
 {
-    QVariantMap actions;
+    Map choices;
     for (const Gesture *gesture : gestures) {
         if (gesture && gesture->currentAction())
-            actions.insert(gesture->id(), gesture->currentAction()->path());
+            choices.insert(gesture->id(), gesture->currentAction()->path());
     }
-    return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
+    return choices;
+}
+
+QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
+{
+    return QVariantMap{{QStringLiteral("version"), version},
+                       {QStringLiteral("actions"), choicesOf<QVariantMap>(gestures)}};
 }
 
 Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
                                                                 const QList<Gesture *> &gestures)
 {
     const QString path = resolvedPath(fileName);
-    const QByteArray text = QJsonDocument::fromVariant(toVariant(gestures)).toJson(QJsonDocument::Indented);
+    // What toVariant() gives, without the way through variants, which takes twice as long.
+    const QJsonObject document{{QStringLiteral("version"), version},
+                               {QStringLiteral("actions"), choicesOf<QJsonObject>(gestures)}};
+    const QByteArray text = QJsonDocument(document).toJson(QJsonDocument::Indented);
     makeDirectoriesFor(path);
     return writeAtomically(path, text).mapLeft([&path](const QString &reason) {
         return QStringLiteral("can not open file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
