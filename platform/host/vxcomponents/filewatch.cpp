@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
@@ -109,10 +110,20 @@ public:
 private:
     using Armed = QHash<int, QSet<QByteArray>>;
 
+    // Tells at once; then makes sure of the watches, and looks once more for what came in between.
     void check()
     {
         m_later.stop();
+        const QPointer<FileWatch> alive(this);
+        compare();
+        if (!alive)
+            return;
         arm();
+        compare();
+    }
+
+    void compare()
+    {
         const QByteArray content = contentOf(m_path);
         if (content == m_content)
             return;
