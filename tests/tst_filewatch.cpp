@@ -334,6 +334,37 @@ private Q_SLOTS:
         m_watch.reset();
     }
 
+    // Nothing in the directory changes, only that we may look into it.
+    void directoryThatOpensLater_data()
+    {
+        QTest::addColumn<int>("closed");
+        QTest::newRow("neither readable nor to be searched") << 0000;
+        QTest::newRow("readable, not to be searched") << 0444;
+    }
+    void directoryThatOpensLater()
+    {
+        QFETCH(int, closed);
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        const QByteArray directory = path("a/b").toLocal8Bit();
+        QVERIFY(chmod(directory, static_cast<mode_t>(closed)) == 0);
+        QVERIFY(chmod(m_directory->path().toLocal8Bit(), 0755) == 0);
+        const bool root = geteuid() == 0; // who may look into everything
+        if (root)
+            QVERIFY(seteuid(65534) == 0);
+        watch();
+        QVERIFY(m_seen.isEmpty());
+        if (root)
+            QVERIFY(seteuid(0) == 0);
+        QVERIFY(chmod(directory, 0755) == 0);
+        if (root)
+            QVERIFY(seteuid(65534) == 0);
+        const bool seen = QTest::qWaitFor([this] { return last() == "old"; });
+        if (root)
+            QVERIFY(seteuid(0) == 0);
+        QVERIFY(seen);
+    }
+
     // Every edit ends with a state that the watch must reach, however the edits race with it.
     void manyEdits()
     {
