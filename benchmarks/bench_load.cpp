@@ -1,0 +1,190 @@
+#include "bench.h"
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
+
+#include <KConfig>
+#include <KConfigGroup>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <malloc.h>
+
+using namespace vellix::gesture;
+
+static QVariant readDocument(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("can not read %s", qPrintable(fileName));
+    return QJsonDocument::fromJson(file.readAll()).toVariant();
+}
+
+static auto load(const QString &fileName, const FeaturesProvider &features, QObject *owner)
+{
+    return Configuration::loadJson(fileName, &features, GestureService::predefinedZones, {}, owner);
+}
+
+// The document is freed within the load, so it is freed within its share of the time here as well; the gestures are
+// what a load is for: they are freed later.
+static double documentTime(const QString &fileName)
+{
+    return nanoseconds([&] { return readDocument(fileName).isValid(); });
+}
+
+static double loadTime(const QString &fileName, int gestures)
+{
+    const SampleFeatures features;
+    QObject owner;
+    return nanoseconds([&] {
+        const auto loaded = load(fileName, features, &owner);
+        if (loaded.isLeft() || loaded.right().size() != gestures)
+            qFatal("the sample does not load");
+        return loaded;
+    });
+}
+
+// Every field of every entry, as text or as list of texts, the cheapest forms that there are.
+static double kconfigTime(const QString &fileName, int gestures)
+{
+    struct Entry
+    {
+        QString text[5];
+        QStringList lists[4];
+    };
+    return nanoseconds([&] {
+        const KConfig config(fileName, KConfig::SimpleConfig);
+        std::vector<Entry> entries;
+        int found = 0;
+        for (const QString &name : config.groupList()) {
+            const KConfigGroup group(&config, name);
+            if (name.startsWith(QLatin1String("Gesture "))) {
+                ++found;
+                entries.push_back(
+                        {{group.readEntry("id"), group.readEntry("kind"), group.readEntry("direction"),
+                          group.readEntry("zone")},
+                         {group.readEntry("modes", QStringList()), group.readEntry("availableActions", QStringList()),
+                          group.readEntry("defaultAction", QStringList())}});
+            } else if (name.startsWith(QLatin1String("Action "))) {
+                entries.push_back(
+                        {{group.readEntry("path")},
+                         {group.readEntry("titles", QStringList()), group.readEntry("features", QStringList())}});
+            } else {
+                const QMap<QString, QString> map = group.entryMap();
+                for (auto entry = map.begin(); entry != map.end(); ++entry)
+                    entries.push_back({{entry.key()}, {group.readEntry(entry.key(), QStringList())}});
+            }
+        }
+        if (found != gestures)
+            qFatal("the INI file does not load");
+        return entries;
+    });
+}
+
+static double bytesPerGesture(const Size &size)
+{
+    const SampleTree tree(size);
+    const SampleFeatures features;
+    { // what the first load of a process makes once is nobody's
+        QObject owner;
+        load(tree.defaultFile(), features, &owner);
+    }
+    const std::size_t before = mallinfo2().uordblks;
+    QObject owner;
+    load(tree.defaultFile(), features, &owner);
+    return static_cast<double>(mallinfo2().uordblks - before) / size.gestures;
+}
+
+static Comparison loadBesideDocument(const Size &size, int turns)
+{
+    const SampleTree tree(size);
+    return compare([&] { return loadTime(tree.defaultFile(), size.gestures); },
+                   [&] { return documentTime(tree.defaultFile()); }, turns);
+}
+
+static Comparison loadBesideKConfig(const Size &size, int turns)
+{
+    const SampleTree tree(size);
+    const QString ini = QFileInfo(tree.defaultFile()).path() + "/cfg.ini";
+    writeFile(ini, sampleIni(size));
+    return compare([&] { return loadTime(tree.defaultFile(), size.gestures); },
+                   [&] { return kconfigTime(ini, size.gestures); }, turns);
+}
+
+// Both sizes in turns, each for itself.
+static Comparison largeBesideMedium()
+{
+    const SampleTree large(sizeL);
+    const QString largeFile = large.defaultFile();
+    const SampleTree medium(sizeM);
+    const QString mediumFile = medium.defaultFile();
+    return compare([&] { return loadTime(largeFile, sizeL.gestures) / sizeL.gestures; },
+                   [&] { return loadTime(mediumFile, sizeM.gestures) / sizeM.gestures; }, 21);
+}
+
+std::vector<Row> benchLoad()
+{
+    const QString parse = "read, parse, toVariant";
+    return {
+            ratioRow("load at S", parse, loadBesideDocument(sizeS, 301), 1.6),
+            ratioRow("load at M", parse, loadBesideDocument(sizeM, 61), 1.6),
+            ratioRow("load at L", parse, loadBesideDocument(sizeL, 21), 1.9),
+            ratioRow("load per gesture at L", "at M", largeBesideMedium(), 1.3),
+            ratioRow("load at S", "KConfig", loadBesideKConfig(sizeS, 101), 0.8),
+            ratioRow("load at M", "KConfig", loadBesideKConfig(sizeM, 21), 0.8),
+            ratioRow("load at L", "KConfig", loadBesideKConfig(sizeL, 11), 0.8),
+            {"heap kept per gesture at S", "-", "", "", bytesPerGesture(sizeS) / 1024, "KiB", 2},
+    };
+}
+
+static double refusalTime(const QString &fileName)
+{
+    const SampleFeatures features;
+    QObject owner;
+    return nanoseconds([&] {
+        const auto refused = load(fileName, features, &owner);
+        if (refused.isRight())
+            qFatal("it was not refused");
+        return refused;
+    });
+}
+
+static QByteArray withZones(const QByteArray &configuration, const QJsonValue &zones)
+{
+    QJsonObject document = QJsonDocument::fromJson(configuration).object();
+    document.insert("zones", zones);
+    return QJsonDocument(document).toJson();
+}
+
+std::vector<Row> benchRefusal()
+{
+    const Size tenMegabytes{"10 MB", 22000, 8000};
+    const SampleTree tree(tenMegabytes);
+    const QByteArray whole = sampleConfiguration(tenMegabytes);
+    const QString wholeFile = tree.defaultFile();
+    const QString refusedFile = QFileInfo(wholeFile).path() + "/refused.json";
+    const auto row = [&](const char *what, const QByteArray &refused, const QString &beside, const auto &besideTime) {
+        writeFile(refusedFile, refused);
+        return ratioRow(QString("refuse 10 MB %1").arg(what), beside,
+                        compare([&] { return refusalTime(refusedFile); }, besideTime, 15), 1.1);
+    };
+    const QString parse = "read, parse, toVariant";
+    const auto readWhole = [&] { return documentTime(wholeFile); };
+    const auto readRefused = [&] { return documentTime(refusedFile); };
+
+    QByteArray lastWrong = whole;
+    lastWrong.replace(whole.lastIndexOf("\"kind\""), 6, "\"sort\"");
+    const QByteArray compact = QJsonDocument::fromJson(whole).toJson(QJsonDocument::Compact);
+    return {
+            row("in one line, cut off", compact.left(compact.size() - 2), parse, readWhole),
+            row("of brackets", QByteArray(whole.size(), '['), parse, readRefused),
+            row("for its first section", withZones(whole, 5), parse, readRefused),
+            row("for its last gesture", lastWrong, "load", [&] { return loadTime(wholeFile, tenMegabytes.gestures); }),
+    };
+}
+
+Comparison loadAt(const Size &size)
+{
+    return loadBesideDocument(size, 21);
+}

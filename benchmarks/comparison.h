@@ -1,0 +1,61 @@
+#pragma once
+
+// Two things measured in turns within one run, so that whatever else the machine does falls on both alike.
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <utility>
+#include <vector>
+
+/// One turn; gives its cost: nanoseconds, or whatever the row's unit is.
+using Measurement = std::function<double()>;
+
+struct Comparison
+{
+    double ours; // medians
+    double beside;
+    double ratio; // the median of the turns' own ratios
+};
+
+/// Takes both in turns, `turns` times each.
+Comparison compare(const Measurement &ours, const Measurement &beside, int turns);
+
+double median(std::vector<double> values);
+
+/// The nanoseconds that a call takes. What it returns is destroyed after the clock has stopped.
+template <class Call>
+double nanoseconds(const Call &call)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const auto result = call();
+    const auto end = std::chrono::steady_clock::now();
+    asm volatile("" : : "g"(&result) : "memory"); // the result is used: the call cannot be left out
+    return std::chrono::duration<double, std::nano>(end - start).count();
+}
+
+/// One line of the table. A ratio has no unit.
+struct Row
+{
+    QString what;
+    QString beside;
+    QString ours; // medians, as text
+    QString theirs;
+    double value; // what is held against the goal
+    QString unit;
+    double goal;
+};
+
+/// A ratio fails when it misses its goal by more than 15 %. Times and sizes depend on the machine: they never do.
+bool fails(const Row &row);
+
+/// "met", "missed" or "FAILED".
+QString verdict(const Row &row);
+
+Row ratioRow(const QString &what, const QString &beside, const Comparison &comparison, double goal);
+
+/// Nanoseconds for people.
+QString timeText(double nanoseconds);
+
+void printTable(const std::vector<Row> &rows);

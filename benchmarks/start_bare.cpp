@@ -1,0 +1,11 @@
+// A program of the toolkit that does nothing.
+
+#include "started.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    return tellStarted();
+}
