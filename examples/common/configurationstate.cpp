@@ -1,0 +1,127 @@
+#include "configurationstate.h"
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
+#include <gesture_api/gestureserviceprovider.h>
+
+#include <QFileInfo>
+
+using namespace vellix;
+using namespace vellix::gesture;
+using Bindings = Configuration::ActionBindings;
+
+static QString words(const Error &error)
+{
+    return error.records.empty() ? QString() : QString::fromStdString(error.records.back().message);
+}
+
+static QString expanded(const QString &path)
+{
+    return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+}
+
+ConfigurationState::ConfigurationState(QObject *parent) : QObject(parent), m_paths(QString(), QString(), QString()) {}
+
+void ConfigurationState::setAppId(const QString &appId)
+{
+    if (appId == m_appId)
+        return;
+    m_appId = appId;
+    refresh();
+}
+
+void ConfigurationState::refresh()
+{
+    m_problem.clear();
+    m_notice.clear();
+    m_hasChoices = false;
+    m_defaults.clear();
+    examine();
+    Q_EMIT changed();
+}
+
+void ConfigurationState::examine()
+{
+    if (m_appId.isEmpty()) {
+        m_problem = tr("No application was named.");
+        return;
+    }
+    const auto paths = GestureServiceProvider::applicationPathsConfiguration().appPaths(m_appId);
+    if (paths.isLeft()) {
+        m_problem = tr("“%1” may not have gestures of its own.").arg(m_appId);
+        return;
+    }
+    m_paths = paths.right();
+    const QString file = expanded(m_paths.defaultPath());
+    if (!QFileInfo::exists(file)) {
+        m_problem = tr("There is no application “%1”: no gestures were found in %2.").arg(m_appId, file);
+        return;
+    }
+    if (const auto error = load({}, &m_defaults)) {
+        m_problem = tr("The gestures of “%1” cannot be read: %2.").arg(m_appId, words(*error));
+        return;
+    }
+    examineChoices();
+}
+
+void ConfigurationState::examineChoices()
+{
+    m_hasChoices = m_paths.currentPathExists();
+    const QString place = unwritablePlace();
+    if (!place.isEmpty())
+        m_notice = tr("Choices cannot be saved: %1 may not be written.").arg(place);
+    if (!m_hasChoices)
+        return;
+
+    const auto bindings = Bindings::loadJson(m_paths.currentPath());
+    const QString kept =
+            tr("The file is kept as “%1.rejected” when you save.").arg(QFileInfo(m_paths.currentPath()).fileName());
+    if (bindings.isRight()) {
+        if (const auto error = load(bindings.right(), nullptr))
+            m_problem = tr("Your choices do not fit the gestures of “%1”: %2. “Reset” forgets them.")
+                                .arg(m_appId, words(*error));
+    } else if (const auto *other = boost::get<Error>(&bindings.left().value)) {
+        m_notice = tr("Your choices cannot be read (%1), so the defaults are shown. %2").arg(words(*other), kept);
+    } else {
+        m_notice = tr("Your choices were saved by another version of this device, so the defaults are shown. %1")
+                           .arg(kept);
+    }
+}
+
+boost::optional<Error> ConfigurationState::load(const QMap<QString, QString> &bindings, QVariantMap *actions) const
+{
+    QObject owner;
+    const auto gestures = Configuration::loadJson(m_paths.defaultPath(), &m_features, GestureService::predefinedZones,
+                                                  bindings, &owner);
+    if (gestures.isLeft())
+        return gestures.left();
+    for (const Gesture *gesture : gestures.right()) {
+        const Action *action = gesture->currentAction();
+        if (actions && action)
+            actions->insert(gesture->id(), QVariantMap{{"path", action->path()}, {"title", action->lastTitle()}});
+    }
+    return {};
+}
+
+// The user's file, or the directory in which it would have to be made.
+QString ConfigurationState::unwritablePlace() const
+{
+    QFileInfo place(expanded(m_paths.currentPath()));
+    while (!place.exists() && !place.isRoot())
+        place.setFile(place.path());
+    return place.isWritable() ? QString() : place.filePath();
+}
+
+QString ConfigurationState::saveProblem(QObject *service) const
+{
+    const auto *saved = qobject_cast<GestureService *>(service);
+    if (!saved)
+        return tr("There is nothing to save.");
+    const auto wanted = Bindings::fromVariant(Bindings::toVariant(saved->gestureList()).toMap());
+    const auto found = Bindings::loadJson(m_paths.currentPath());
+    if (found.isRight() && wanted.isRight() && found.right() == wanted.right())
+        return QString();
+    const QString place = unwritablePlace();
+    return place.isEmpty() ? tr("The choices were not saved in %1.").arg(expanded(m_paths.currentPath()))
+                           : tr("The choices were not saved: %1 may not be written.").arg(place);
+}

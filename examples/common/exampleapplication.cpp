@@ -1,0 +1,32 @@
+#include "exampleapplication.h"
+
+#include "configurationstate.h"
+#include "touches.h"
+
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+
+#include <cstdio>
+
+void registerExampleTypes()
+{
+    qmlRegisterType<ConfigurationState>("Vellix.Examples", 1, 0, "ConfigurationState");
+    qmlRegisterType<Touches>("Vellix.Examples", 1, 0, "Touches");
+}
+
+int runExample(int argc, char *argv[], const QUrl &root)
+{
+    if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
+        std::fprintf(stderr, "usage: %s [APP]\n", argv[0]);
+        return 2;
+    }
+    const QString appId = argc == 2 ? QString::fromLocal8Bit(argv[1]) : QString("reader");
+
+    QGuiApplication app(argc, argv);
+    registerExampleTypes();
+    QQmlApplicationEngine engine;
+    engine.addImportPath(QML_IMPORT_PATH); // the module of this build, where it is not installed
+    engine.setInitialProperties({{"appId", appId}});
+    engine.load(root);
+    return engine.rootObjects().isEmpty() ? 1 : app.exec();
+}

@@ -1,0 +1,39 @@
+#include "provider.h"
+
+#include <gesture_api/gesturekindfiltermodel.h>
+
+#include <QQmlExtensionPlugin>
+#include <qqml.h>
+
+using namespace vellix::gesture;
+
+class VellixGesturePlugin : public QQmlExtensionPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QQmlExtensionInterface_iid)
+
+public:
+    void registerTypes(const char *uri) override
+    {
+        qmlRegisterType<QmlGestureServiceProvider>(uri, 1, 0, "GestureServiceProvider");
+        qmlRegisterType<GestureKindFilterModel>(uri, 1, 0, "GestureKindFilterModel");
+
+        qmlRegisterUncreatableType<GestureService>(uri, 1, 0, "GestureService",
+                                                   "A GestureService comes from a GestureServiceProvider's service");
+        qmlRegisterUncreatableType<Gesture>(uri, 1, 0, "Gesture",
+                                            "A Gesture comes from a GestureService: its model or its find functions");
+        qmlRegisterUncreatableType<Action>(
+                uri, 1, 0, "GestureAction",
+                "A GestureAction comes from a Gesture: its current, default and available actions");
+        qmlRegisterUncreatableType<ActionProxyNode>(uri, 1, 0, "GestureActionNode",
+                                                    "A GestureActionNode comes from a Gesture's actionTree");
+        qmlRegisterUncreatableType<Feature>(uri, 1, 0, "GestureFeature",
+                                            "A GestureFeature comes from the features of a Gesture or a GestureAction");
+
+        // Only for the properties of their types.
+        qmlRegisterAnonymousType<vellix::components::ReadonlyLazyListModel>(uri, 1);
+        qmlRegisterAnonymousType<FeaturesProvider>(uri, 1);
+    }
+};
+
+#include "plugin.moc"
