@@ -23,9 +23,12 @@ static double saveByHand(const QString &fileName, const QList<Gesture *> &gestur
     const QByteArray temporary = file + ".new";
     const QByteArray directory = file.left(file.lastIndexOf('/'));
     return nanoseconds([&] {
-        QJsonObject actions;
+        QMap<QString, QString> choices;
         for (const Gesture *gesture : gestures)
-            actions.insert(gesture->id(), gesture->currentAction()->path());
+            choices.insert(gesture->id(), gesture->currentAction()->path());
+        QJsonObject actions; // in order: the object moves all that is behind what it inserts
+        for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice)
+            actions.insert(choice.key(), *choice);
         const QByteArray text = QJsonDocument(QJsonObject{{"actions", actions}, {"version", 1}}).toJson();
         const int descriptor = open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
         const bool saved = write(descriptor, text, static_cast<std::size_t>(text.size())) == text.size()

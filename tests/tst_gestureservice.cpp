@@ -293,6 +293,40 @@ private Q_SLOTS:
         QVERIFY2(found > 500 && found < 4500, qPrintable(QString::number(found)));
     }
 
+    // Such as a predicate that wants to know what is touched: its list is not the one that stays.
+    void lookupFromWithinTheLoad()
+    {
+        testing::writeFile(m_tree->user(QStringLiteral("curious.json")), R"({
+            "actions": [{"path": "light", "title": "Light", "features": ["curious"]}],
+            "actionGroups": {"all": ["light"]},
+            "gestures": [{"kind": "tap", "zone": "whole", "availableActions": "all", "defaultAction": "light"}]
+        })");
+        class Provider : public FeaturesProvider
+        {
+        public:
+            QList<Feature *> allFeatures() const override { return {feature}; }
+            const GestureService *service = nullptr;
+            bool asked = false;
+            Feature *const feature = new Feature(
+                    QStringLiteral("curious"),
+                    [this] {
+                        if (!asked) {
+                            asked = true;
+                            service->findGesture({}, Gesture::Tap, Gesture::NoDirection, {0.5, 0.5});
+                        }
+                        return true;
+                    },
+                    this);
+        } provider;
+        const GestureService service(ApplicationPaths({}, {}, m_tree->user(QStringLiteral("curious.json"))), &provider,
+                                     true);
+        provider.service = &service;
+        QCOMPARE(service.gestureList().size(), 1);
+        QVERIFY(provider.asked);
+        QCOMPARE(service.findGesture({}, Gesture::Tap, Gesture::NoDirection, {0.5, 0.5}),
+                 service.gestureList().first());
+    }
+
     void containsGestureKind()
     {
         GestureService service(appPaths(), nullptr, true);

@@ -171,10 +171,10 @@ Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const 
 }
 
 // The path of every gesture's current action by its id; of one id the last.
-template <class Map>
-static Map choicesOf(const QList<Gesture *> &gestures)
+template <class Value>
+static QMap<QString, Value> choicesOf(const QList<Gesture *> &gestures)
 {
-    Map choices;
+    QMap<QString, Value> choices;
     for (const Gesture *gesture : gestures) {
         if (gesture && gesture->currentAction())
             choices.insert(gesture->id(), gesture->currentAction()->path());
@@ -185,16 +185,20 @@ static Map choicesOf(const QList<Gesture *> &gestures)
 QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
 {
     return QVariantMap{{QStringLiteral("version"), version},
-                       {QStringLiteral("actions"), choicesOf<QVariantMap>(gestures)}};
+                       {QStringLiteral("actions"), choicesOf<QVariant>(gestures)}};
 }
 
 Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
                                                                 const QList<Gesture *> &gestures)
 {
     const QString path = resolvedPath(fileName);
-    // What toVariant() gives, without the way through variants, which takes twice as long.
-    const QJsonObject document{{QStringLiteral("version"), version},
-                               {QStringLiteral("actions"), choicesOf<QJsonObject>(gestures)}};
+    // What toVariant() gives, without the way through variants. In order, since the object moves all that is behind
+    // what it inserts.
+    QJsonObject actions;
+    const QMap<QString, QString> choices = choicesOf<QString>(gestures);
+    for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice)
+        actions.insert(choice.key(), *choice);
+    const QJsonObject document{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
     const QByteArray text = QJsonDocument(document).toJson(QJsonDocument::Indented);
     makeDirectoriesFor(path);
     return writeAtomically(path, text).mapLeft([&path](const QString &reason) {

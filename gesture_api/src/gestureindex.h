@@ -6,6 +6,8 @@
 #include <QPair>
 #include <QVector>
 
+#include <algorithm>
+
 namespace vellix {
 namespace gesture {
 
@@ -16,9 +18,9 @@ class GestureIndex
 public:
     explicit GestureIndex(const QList<Gesture *> &gestures)
     {
-        for (Gesture *gesture : gestures) {
-            if (gesture)
-                add(Entry(gesture));
+        for (int i = 0; i < gestures.size(); ++i) {
+            if (gestures.at(i))
+                add(Entry(gestures.at(i), i));
         }
     }
 
@@ -41,7 +43,7 @@ private:
     // The edges stand beside the pointer, since most gestures are passed over for their zone alone.
     struct Entry
     {
-        explicit Entry(Gesture *g = nullptr) : gesture(g)
+        explicit Entry(Gesture *g = nullptr, int i = 0) : gesture(g), position(i)
         {
             if (!g)
                 return;
@@ -63,12 +65,13 @@ private:
         double top = 0;
         double bottom = 0;
         Gesture *gesture;
+        int position; // in the list
     };
     using Entries = QVector<Entry>;
 
     struct Part
     {
-        Entries ofAllModes; // what is left for the modes that no gesture names
+        Entries ofAllModes; // those that name none
         QHash<QString, Entries> byMode;
     };
 
@@ -76,16 +79,17 @@ private:
     {
         Part &part = m_parts[{entry.gesture->kind(), entry.gesture->direction()}];
         const QStringList &modes = entry.gesture->modes();
-        for (const QString &mode : modes) {
-            if (!part.byMode.contains(mode))
-                part.byMode.insert(mode, part.ofAllModes);
+        for (const QString &mode : modes)
             part.byMode[mode].append(entry);
-        }
-        if (!modes.isEmpty())
-            return;
-        part.ofAllModes.append(entry);
-        for (Entries &ofMode : part.byMode)
-            ofMode.append(entry);
+        if (modes.isEmpty())
+            part.ofAllModes.append(entry);
+    }
+
+    template <class Test>
+    static const Entry *firstOf(const Entries &entries, const Test &test)
+    {
+        const auto found = std::find_if(entries.cbegin(), entries.cend(), test);
+        return found == entries.cend() ? nullptr : &*found;
     }
 
     template <class Test>
@@ -94,12 +98,12 @@ private:
         const auto part = m_parts.constFind({kind, direction});
         if (part == m_parts.cend())
             return nullptr;
+        const Entry *const always = firstOf(part->ofAllModes, test);
         const auto ofMode = part->byMode.constFind(mode);
-        for (const Entry &entry : ofMode == part->byMode.cend() ? part->ofAllModes : *ofMode) {
-            if (test(entry))
-                return entry.gesture;
-        }
-        return nullptr;
+        const Entry *const named = ofMode == part->byMode.cend() ? nullptr : firstOf(*ofMode, test);
+        if (!always || !named)
+            return always ? always->gesture : named ? named->gesture : nullptr;
+        return always->position < named->position ? always->gesture : named->gesture;
     }
 
     QHash<QPair<int, int>, Part> m_parts;

@@ -181,6 +181,7 @@ QList<Gesture *> GestureService::load()
     if (gestures.isLeft() && !bindings.isEmpty())
         *m_userFileRejected = true;
     const QList<Gesture *> list = gestures.getOrErr({});
+    m_index.reset(); // of the list of a lookup that came from within this load
     m_state = Loaded;
     return list;
 }

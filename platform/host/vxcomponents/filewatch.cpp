@@ -5,7 +5,6 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
@@ -71,6 +70,8 @@ public:
     {
         m_later.setSingleShot(true);
         connect(&m_later, &QTimer::timeout, this, &FileWatch::check);
+        m_settling.setSingleShot(true);
+        connect(&m_settling, &QTimer::timeout, this, &FileWatch::settle);
         connect(&m_poll, &QTimer::timeout, this, &FileWatch::check);
         arm();
         m_content = contentOf(m_path);
@@ -111,14 +112,17 @@ public:
 private:
     using Armed = QHash<int, QSet<QByteArray>>;
 
-    // Tells at once; then makes sure of the watches, and looks once more for what came in between.
+    // Tells at once. The watches are renewed from the event loop, be it one that the callback runs.
     void check()
     {
         m_later.stop();
-        const QPointer<FileWatch> alive(this);
+        m_settling.start(0);
         compare();
-        if (!alive)
-            return;
+    }
+
+    // What came before the watches were renewed is seen by looking once more.
+    void settle()
+    {
         arm();
         compare();
     }
@@ -196,6 +200,7 @@ private:
     const std::function<void()> m_callback;
     Inotify *const m_inotify;
     QTimer m_later;
+    QTimer m_settling;
     QTimer m_poll;
     Armed m_armed; // the names that matter in each watched directory
     QByteArray m_content;

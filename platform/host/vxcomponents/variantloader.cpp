@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace vellix {
 namespace components {
 
@@ -27,10 +29,12 @@ static int offsetOf(const QJsonParseError &error)
 // "LINE:COLUMN" of a byte offset, both counted from one and columns in characters.
 static QString place(const QByteArray &text, int offset)
 {
-    const QByteArray before = text.left(offset);
-    const int lineStart = before.lastIndexOf('\n') + 1;
-    const int column = QString::fromUtf8(before.mid(lineStart)).toUcs4().size();
-    return QStringLiteral("%1:%2").arg(before.count('\n') + 1).arg(column + 1);
+    const char *const end = text.constData() + qMin(offset, text.size());
+    const int line = static_cast<int>(std::count(text.constData(), end, '\n'));
+    const int lineStart = offset > 0 ? text.lastIndexOf('\n', offset - 1) + 1 : 0;
+    const auto startsCharacter = [](char c) { return (c & 0xc0) != 0x80; };
+    const int column = static_cast<int>(std::count_if(text.constData() + lineStart, end, startsCharacter));
+    return QStringLiteral("%1:%2").arg(line + 1).arg(column + 1);
 }
 
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
