@@ -1,0 +1,6 @@
+import QtQuick 2.15
+import QtTest 1.15
+
+TestCase {
+    name: "Settings"
+}

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Every QML file of the tree, with unqualified names looked for: qmllint.sh SOURCE_DIR IMPORT_PATH
+set -euo pipefail
+trap 'echo "qmllint.sh: failed: $BASH_COMMAND" >&2' ERR
+cd "$1"
+import_path=$2
+
+lint=$(command -v qmllint || echo /usr/lib/qt5/bin/qmllint)
+qt_modules=$(${QMAKE:-qmake} -query QT_INSTALL_QML)
+mapfile -t files < <(find examples qml tests -name '*.qml')
+[ ${#files[@]} -gt 0 ]
+
+status=0
+for file in "${files[@]}"; do
+    said=$("$lint" -U -I "$qt_modules" -I "$import_path" -i examples/common/examples.qmltypes -i tests/qml/test.qmltypes \
+        "$file" 2>&1) && [ -z "$said" ] && continue
+    printf '%s:\n%s\n' "$file" "$said" >&2
+    status=1
+done
+exit $status
