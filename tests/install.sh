@@ -34,13 +34,29 @@ g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" $(pkg-config
 # The installed tool finds its libraries by itself.
 [ "$("$work/host/bin/gesturectl" zones | wc -l)" = 13 ]
 
+# So does the QML module.
+module=$(dirname "$(find "$work/host" -name plugins.qmltypes)")
+cat >"$work/tst_module.qml" <<'QML'
+import QtTest 1.15
+import Vellix.Gesture 1.0
+
+TestCase {
+    GestureServiceProvider { id: provider; appId: "reader" }
+    function test_module() {
+        compare(provider.service.gestures.rowCount(), 22)
+    }
+}
+QML
+QT_QPA_PLATFORM=offscreen "$(qmake -query QT_INSTALL_BINS)/qmltestrunner" -import "${module%/Vellix/Gesture}" \
+    -input "$work/tst_module.qml" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+
 # A device's root has the four libraries and nothing else of ours.
 mkdir -p "$work/device/lib"
 for library in baseutil vxcomponents devcaps slateview; do
     find "$work/host" -name "lib$library.so*" -exec cp -P {} "$work/device/lib/" \;
 done
 configure "$source" "$work/build-device" -DGESTURE_API_PLATFORM=device "-DCMAKE_PREFIX_PATH=$work/device" \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo -DGESTURE_API_QML=OFF
 built=$(find "$work/build-device" -name 'libbaseutil*' -o -name 'libvxcomponents*' -o -name 'libdevcaps*' -o -name 'libslateview*')
 [ -z "$built" ]
 ldd "$work/build-device/tools/gesturectl" | grep -q "$work/device/lib/libvxcomponents.so.1"

@@ -22,6 +22,8 @@ int runExample(int argc, char *argv[], const QUrl &root)
     }
     const QString appId = argc == 2 ? QString::fromLocal8Bit(argv[1]) : QString("reader");
 
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software"); // no OpenGL on the device, nor wherever there is no display
     QGuiApplication app(argc, argv);
     registerExampleTypes();
     QQmlApplicationEngine engine;

@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# Both example programs at once on one configuration, in real windows and with a real mouse: a gesture is bound to
+# another action in the one and used in the other. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
+set -euo pipefail
+trap 'echo "endtoend.sh: failed: $BASH_COMMAND" >&2' ERR
+settings_program=$1
+reader_program=$2
+export XDG_DATA_DIRS=$3
+pictures=$4
+
+work=$(mktemp -d)
+mkdir -p "$pictures"
+finish() {
+    local children
+    children=$(jobs -p)
+    [ -z "$children" ] || kill $children 2>/dev/null || true
+    wait
+    rm -rf "$work"
+}
+trap finish EXIT
+mkdir -m 700 "$work/runtime"
+export XDG_DATA_HOME=$work/user XDG_RUNTIME_DIR=$work/runtime
+export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software LC_ALL=C.UTF-8
+
+Xvfb -noreset -displayfd 3 -screen 0 1240x820x24 3>"$work/display" 2>/dev/null &
+until_true() { # SECONDS COMMAND...
+    local tries=$(($1 * 20))
+    shift
+    for ((try = 0; try < tries; ++try)); do
+        "$@" && return
+        sleep 0.05
+    done
+    echo "never came true: $*" >&2
+    return 1
+}
+until_true 10 test -s "$work/display"
+DISPLAY=:$(cat "$work/display")
+export DISPLAY
+
+"$reader_program" reader 2>"$work/reader.log" &
+"$settings_program" reader 2>"$work/settings.log" &
+window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1; }
+has_window() { [ -n "$(window "$1")" ]; }
+until_true 20 has_window '^Gestures'
+until_true 20 has_window ', page '
+settings=$(window '^Gestures')
+reader=$(window ', page ')
+xdotool windowmove "$reader" 620 0
+
+click() { # WINDOW X Y
+    xdotool mousemove --window "$@" sleep 0.1 click 1 sleep 0.3
+}
+key() { # WINDOW KEY
+    xdotool windowfocus --sync "$1" key "$2" sleep 0.3
+}
+picture() { # WINDOW NAME
+    import -window "$1" "$pictures/$2.png"
+}
+reader_shows() { [[ $(xdotool getwindowname "$reader") == *", page $1 of "* ]]; }
+saved() { grep -qs '"ReadingTapRightNoDirection": "page/forward"' "$work/user/vellix/gestures/apps/current/reader/cfg.json"; }
+
+# A tap on the right turns one page.
+until_true 5 reader_shows 1
+click "$reader" 540 400
+until_true 5 reader_shows 2
+
+# In the settings: the third row is that tap; its menu opens at the pages, where the third entry goes ten pages on.
+click "$settings" 300 425
+picture "$settings" settings-menu
+click "$settings" 300 280
+[ ! -e "$work/user" ] # nothing is written before Save
+click "$settings" 95 762
+until_true 5 saved
+picture "$settings" settings
+
+# The next tap in the reader does the new action.
+click "$reader" 540 400
+until_true 5 reader_shows 12
+picture "$reader" reader
+key "$reader" z
+picture "$reader" reader-zones
+
+for log in "$work"/*.log; do
+    [ ! -s "$log" ] || { cat "$log" >&2; exit 1; }
+done
