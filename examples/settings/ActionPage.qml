@@ -5,7 +5,7 @@ import Vellix.Gesture 1.0
 
 // One level of the menu of a gesture's actions. A node without children is an action to choose; one with children
 // opens the next page.
-Item {
+FocusScope {
     id: page
 
     property Gesture gesture
@@ -13,6 +13,10 @@ Item {
     property string path // of the node, ending with "/" unless it is the root
     property string heading
     readonly property var rows: page.entries()
+    readonly property int count: {
+        const rows = page.rows
+        return rows.length
+    }
 
     signal chosen(var action)
     signal entered(var node, string path, string heading)
@@ -20,16 +24,20 @@ Item {
 
     function entries() {
         const rows = []
-        // An action whose path others continue is chosen on its own page.
+        // An action whose path others continue is chosen on its own page. The node may have been made by one of them.
         const path = page.path
         const own = path.slice(0, -1)
-        const action = page.node.action
-        if (path !== "" && action && action.path === own)
-            rows.push({node: page.node, title: page.titleOf(page.node), path: own, inner: false})
+        const actions = page.gesture.availableActions
+        for (let i = 0; path !== "" && i < actions.length; ++i) {
+            if (actions[i].path === own) {
+                rows.push({action: actions[i], title: page.titleOf(page.node), path: own, inner: false})
+                break
+            }
+        }
         const children = page.node.childNodes
         for (let i = 0; i < children.length; ++i) {
             const child = children[i]
-            rows.push({node: child, title: page.titleOf(child), path: path + child.pathSegment,
+            rows.push({node: child, action: child.action, title: page.titleOf(child), path: path + child.pathSegment,
                        inner: child.childNodes.length > 0})
         }
         return rows
@@ -41,14 +49,21 @@ Item {
 
     function isCurrent(row) {
         const action = page.gesture.currentAction
-        return action !== null && (row.inner ? row.node.isAnsestorOf(action) : action.path === row.path)
+        return action !== null && (action.path === row.path || (row.inner && row.node.isAnsestorOf(action)))
     }
 
     function choose(row) {
         if (row.inner)
             page.entered(row.node, row.path + "/", page.heading + " \u203a " + row.title)
         else
-            page.chosen(row.node.action)
+            page.chosen(row.action)
+    }
+
+    Keys.onLeftPressed: page.left()
+    Keys.onBackPressed: page.left()
+    Component.onCompleted: {
+        const rows = page.rows
+        list.currentIndex = Math.max(0, rows.findIndex(page.isCurrent))
     }
 
     ColumnLayout {
@@ -80,28 +95,29 @@ Item {
             clip: true
             focus: true
             activeFocusOnTab: true
-            model: page.rows
+            // Not the rows: a view keeps bare pointers to what is in its model, and makes delegates of them later.
+            model: page.count
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0
             flickDeceleration: 100000
             Keys.onReturnPressed: page.choose(page.rows[list.currentIndex])
             Keys.onEnterPressed: page.choose(page.rows[list.currentIndex])
             Keys.onSpacePressed: page.choose(page.rows[list.currentIndex])
-            Keys.onLeftPressed: page.left()
 
             delegate: AbstractButton {
                 id: entry
-                required property var modelData
                 required property int index
+                readonly property var row: page.rows[entry.index]
 
                 function part(name) {
-                    return entry.modelData[name]
+                    return entry.row[name]
                 }
 
                 objectName: "action-" + entry.part("path")
                 width: list.width
                 implicitHeight: 68
-                onClicked: page.choose(entry.modelData)
+                focusPolicy: Qt.NoFocus // the list has it
+                onClicked: page.choose(entry.row)
                 background: Rectangle {
                     color: entry.down ? "#d0d0d0" : "white"
                     border.color: "black"
@@ -113,7 +129,7 @@ Item {
                         x: 14
                         width: 30
                         anchors.verticalCenter: parent.verticalCenter
-                        text: page.isCurrent(entry.modelData) ? "\u25cf" : ""
+                        text: page.isCurrent(entry.row) ? "\u25cf" : ""
                         font.pixelSize: 22
                     }
                     Text {

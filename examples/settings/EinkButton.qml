@@ -9,10 +9,19 @@ Button {
     implicitHeight: 56
     leftPadding: 14
     rightPadding: 14
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: button.press()
+    Keys.onEnterPressed: button.press()
 
     readonly property bool inverted: button.down || button.checked
+
+    // What the space bar does by itself.
+    function press() {
+        if (button.checkable) {
+            button.toggle()
+            button.toggled()
+        }
+        button.clicked()
+    }
 
     contentItem: Text {
         text: button.text

@@ -5,10 +5,10 @@ import Vellix.Gesture 1.0
 import "../common/words.js" as Words
 
 // The gestures of a service, grouped by their sections, filtered by kind.
-Item {
+FocusScope {
     id: page
 
-    // The service whose gestures are shown. Call reload() after another one was set or its gestures have changed.
+    // The service whose gestures are shown; set by show().
     property GestureService service: null
     // What ConfigurationState tells of the defaults: a map of "path" and "title" by the id of the gesture.
     property var defaults: ({})
@@ -16,7 +16,7 @@ Item {
 
     signal opened(var gesture)
 
-    // A list of what is shown, headings among it: {heading} or {gesture, defaultTitle}.
+    // A list of what is shown, headings among it: {heading} or {gesture}.
     property var rows: []
 
     GestureKindFilterModel {
@@ -27,15 +27,37 @@ Item {
         return page.service !== null && page.service.containsGestureKind(kind)
     }
 
-    // The filter looks at its lists only when it gets a source model; the same one again is none.
-    function reload() {
-        const y = list.contentY
+    // Nothing of the service before is used after this. Keeps the place in the list if the same gestures are shown.
+    function show(service) {
+        page.service = service
+        // The filter looks at its lists only when it gets a source model; the same one again is none.
         filter.sourceModel = null
         filter.whiteList = kinds.kind < 0 ? [] : [kinds.kind]
         filter.noActionVisible = withoutChoice.checked
         filter.sourceModel = page.service ? page.service.gestures : null
-        page.rows = page.grouped()
-        list.contentY = Math.max(0, Math.min(y, list.contentHeight - list.height))
+        const rows = page.grouped()
+        const key = row => row.gesture ? row.gesture.id : row.heading
+        const before = page.rows
+        if (rows.length === before.length && rows.every((row, i) => key(row) === key(before[i]))) {
+            page.rows = rows
+            return
+        }
+        list.model = 0
+        page.rows = rows
+        list.model = rows.length
+        page.step(1) // from a heading to its first gesture
+        list.positionViewAtBeginning()
+    }
+
+    // The arrow keys pass headings by.
+    function step(by) {
+        let to = list.currentIndex + by
+        while (page.rows[to] && !page.rows[to].gesture)
+            to += by
+        if (page.rows[to])
+            list.currentIndex = to
+        else if (by < 0)
+            list.positionViewAtBeginning() // the first heading
     }
 
     function grouped() {
@@ -47,7 +69,7 @@ Item {
                 bySection[gesture.section] = [{heading: Words.sectionWords(gesture)}]
                 order.push(gesture.section)
             }
-            bySection[gesture.section].push({gesture: gesture, defaultTitle: page.defaultTitle(gesture)})
+            bySection[gesture.section].push({gesture: gesture})
         }
         return order.reduce((rows, section) => rows.concat(bySection[section]), [])
     }
@@ -68,7 +90,8 @@ Item {
 
     function scrollBy(pages) {
         const y = list.contentY + pages * (list.height - 90)
-        list.contentY = Math.max(0, Math.min(y, list.contentHeight - list.height))
+        const top = list.originY
+        list.contentY = Math.max(top, Math.min(y, top + list.contentHeight - list.height))
     }
 
     ColumnLayout {
@@ -93,7 +116,7 @@ Item {
                     enabled: modelData[1] < 0 || page.offers(modelData[1])
                     onClicked: {
                         kinds.kind = modelData[1]
-                        page.reload()
+                        page.show(page.service)
                     }
                 }
             }
@@ -108,18 +131,18 @@ Item {
                 Layout.fillWidth: true
                 checkable: true
                 text: withoutChoice.checked ? "Hide those without a choice" : "Show those without a choice"
-                onToggled: page.reload()
+                onToggled: page.show(page.service)
             }
             EinkButton {
                 objectName: "pageUp"
                 text: "\u25b2"
-                enabled: list.contentY > 0
+                enabled: !list.atYBeginning
                 onClicked: page.scrollBy(-1)
             }
             EinkButton {
                 objectName: "pageDown"
                 text: "\u25bc"
-                enabled: list.contentY < list.contentHeight - list.height
+                enabled: !list.atYEnd
                 onClicked: page.scrollBy(1)
             }
         }
@@ -132,21 +155,24 @@ Item {
             clip: true
             focus: true
             activeFocusOnTab: true
-            model: page.rows
+            // Not the rows: a view keeps bare pointers to what is in its model, and makes delegates of them later.
+            model: 0
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0
             flickDeceleration: 100000 // a moving list is a blurred one
+            Keys.onUpPressed: page.step(-1)
+            Keys.onDownPressed: page.step(1)
             Keys.onReturnPressed: page.open(page.rows[list.currentIndex])
             Keys.onEnterPressed: page.open(page.rows[list.currentIndex])
             Keys.onSpacePressed: page.open(page.rows[list.currentIndex])
 
             delegate: Loader {
                 id: entry
-                required property var modelData
                 required property int index
+                readonly property var row: page.rows[entry.index]
 
                 function part(name) {
-                    return entry.modelData[name]
+                    return entry.row[name]
                 }
 
                 width: list.width
@@ -168,9 +194,12 @@ Item {
                     GestureRow {
                         objectName: "gesture-" + entry.part("gesture").id
                         gesture: entry.part("gesture")
-                        defaultTitle: entry.part("defaultTitle")
+                        defaultTitle: page.defaultTitle(entry.part("gesture"))
                         selected: list.activeFocus && list.currentIndex === entry.index
-                        onClicked: page.open(entry.modelData)
+                        onClicked: {
+                            list.currentIndex = entry.index
+                            page.open(entry.row)
+                        }
                     }
                 }
             }

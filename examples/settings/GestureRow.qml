@@ -19,6 +19,7 @@ AbstractButton {
     }
 
     implicitHeight: 84
+    focusPolicy: Qt.NoFocus // the list has it
     enabled: row.changeable
     Accessible.name: name.text + ": " + row.actionTitle
 

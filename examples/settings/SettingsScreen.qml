@@ -55,6 +55,21 @@ FocusScope {
         return choices
     }
 
+    // Which gestures there are and what each may be bound to. A merge pairs them by their position.
+    function shapeOf(service) {
+        const shape = []
+        const model = service.gestures
+        for (let i = 0; i < model.rowCount(); ++i) {
+            const gesture = model.data(model.index(i, 0))
+            const available = gesture.availableActions // a copy each time
+            const paths = []
+            for (let j = 0; j < available.length; ++j)
+                paths.push(available[j].path)
+            shape.push([gesture.id, gesture.section, String(gesture.zone), gesture.direction, paths])
+        }
+        return JSON.stringify(shape)
+    }
+
     function same(a, b) {
         const keys = Object.keys(a)
         return keys.length === Object.keys(b).length && keys.every(key => a[key] === b[key])
@@ -65,19 +80,29 @@ FocusScope {
         configuration.refresh()
         const service = provider.service
         if (!service || configuration.problem !== "") {
-            screen.copy = null
-            pages.toList()
+            screen.message = ""
+            screen.put(null)
             return
         }
         const now = screen.choicesOf(service)
-        const foreign = screen.copy !== null && !screen.same(now, screen.known)
+        let news = ""
+        if (screen.copy !== null && screen.shapeOf(service) !== screen.shapeOf(screen.copy))
+            news = "The gestures have changed."
+        else if (screen.copy !== null && !screen.same(now, screen.known))
+            news = "Another program has changed the choices."
         screen.known = now
-        if (screen.copy === null || !screen.same(now, screen.copied))
+        if (screen.copy === null || news !== "" || !screen.same(now, screen.copied))
             screen.takeCopy()
-        if (foreign)
-            screen.message = screen.edited
-                    ? "Another program has changed the choices. They are shown here with your unsaved ones on top."
-                    : "Another program has changed the choices. This is how they are now."
+        if (news !== "")
+            screen.message = news + (screen.edited ? " They are shown here with your unsaved choices on top."
+                                                   : " This is how they are now.")
+    }
+
+    // What shows the old copy goes before it.
+    function put(copy) {
+        pages.toList()
+        listPage.show(copy)
+        screen.copy = copy
     }
 
     // A fresh copy of the service, with the edits on top of it.
@@ -96,15 +121,14 @@ FocusScope {
             }
         }
         screen.edits = edits
-        screen.copy = copy
-        pages.toList()
-        listPage.reload()
+        screen.put(copy)
     }
 
     function availableAction(gesture, path) {
-        for (let i = 0; i < gesture.availableActions.length; ++i) {
-            if (gesture.availableActions[i].path === path)
-                return gesture.availableActions[i]
+        const available = gesture.availableActions // a copy each time
+        for (let i = 0; i < available.length; ++i) {
+            if (available[i].path === path)
+                return available[i]
         }
         return null
     }
@@ -118,32 +142,46 @@ FocusScope {
             edits[gesture.id] = action.path
         screen.edits = edits
         screen.message = ""
-        listPage.reload()
     }
 
     // The provider is writable for this moment only: a writable service would save once more at exit.
     function save() {
         provider.readonly = false
         const service = provider.service
-        const others = screen.choicesOf(service)
+        const overtaken = !screen.same(screen.choicesOf(service), screen.known)
+                || screen.shapeOf(service) !== screen.shapeOf(screen.copy)
+                || !service.fastMergeWithQObject(screen.copy)
         let problem = ""
-        if (!screen.same(others, screen.known)) {
-            problem = "overtaken"
-        } else if (!service.fastMergeWithQObject(screen.copy)) {
-            problem = "The gestures have changed meanwhile; nothing was saved."
-        } else {
+        if (!overtaken) {
             service.save()
             problem = configuration.saveProblem(service)
         }
-        if (problem === "") {
-            screen.known = screen.choicesOf(service)
-            screen.copied = screen.known
-            screen.edits = {}
-        }
+        const saved = screen.choicesOf(screen.copy)
         provider.readonly = true // the change calls refresh(), which tells of an overtaking
-        if (problem !== "overtaken")
-            screen.message = problem || "Saved."
-        listPage.reload()
+        if (overtaken)
+            return
+        screen.message = problem
+        if (problem === "") {
+            screen.known = screen.choicesOf(provider.service)
+            screen.copied = saved
+            screen.edits = {}
+            const overruled = screen.differences(screen.copy, screen.known)
+            screen.message = overruled.length === 0
+                    ? "Saved." : "Saved, but the configuration decides itself about: " + overruled.join(", ") + "."
+        }
+        pages.currentItem.forceActiveFocus() // the button is off now
+    }
+
+    // In words, the gestures of which others say another choice.
+    function differences(service, others) {
+        const gestures = []
+        const model = service.gestures
+        for (let i = 0; i < model.rowCount(); ++i) {
+            const gesture = model.data(model.index(i, 0))
+            if (gesture.currentAction && gesture.currentAction.path !== others[gesture.id])
+                gestures.push(Words.gestureWords(gesture))
+        }
+        return gestures
     }
 
     function cancel() {
@@ -153,16 +191,19 @@ FocusScope {
     }
 
     function reset() {
+        provider.service.prune()
+        configuration.refresh()
+        if (configuration.hasChoices) {
+            screen.message = "The choices could not be deleted."
+            return
+        }
+        // A service of what is there now; the provider itself makes one when it hears of the change.
+        provider.appId = ""
+        provider.appId = Qt.binding(() => screen.appId)
         screen.edits = {}
-        const defaults = {}
-        for (const id in configuration.defaults)
-            defaults[id] = configuration.defaults[id].path
-        screen.known = defaults
-        const had = configuration.hasChoices
-        const done = provider.service.prune()
-        screen.message = done || !had ? "These are the defaults." : "The choices could not be deleted."
-        if (screen.copy !== null)
-            screen.takeCopy()
+        screen.put(null)
+        screen.refresh()
+        screen.message = "These are the defaults."
     }
 
     Rectangle {
@@ -173,6 +214,7 @@ FocusScope {
     ColumnLayout {
         anchors { fill: parent; margins: 10 }
         spacing: 6
+        enabled: !question.visible
 
         Text {
             objectName: "title"
@@ -238,11 +280,17 @@ FocusScope {
 
             function toList() {
                 pages.pop(null)
-                listPage.forceActiveFocus()
+                if (!question.visible)
+                    listPage.forceActiveFocus()
             }
 
             function enter(gesture, node, path, heading) {
                 pages.push(actionPage, {gesture: gesture, node: node, path: path, heading: heading})
+                pages.currentItem.forceActiveFocus()
+            }
+
+            function leave() {
+                pages.pop()
                 pages.currentItem.forceActiveFocus()
             }
 
@@ -253,7 +301,7 @@ FocusScope {
                 let heading = Words.gestureWords(gesture)
                 while (node) {
                     pages.enter(gesture, node, path, heading)
-                    const next = pages.branchOf(node, gesture.currentAction)
+                    const next = pages.branchOf(node, path, gesture.currentAction)
                     if (next) {
                         path += next.pathSegment + "/"
                         heading += " \u203a " + (next.title || next.pathSegment)
@@ -262,10 +310,12 @@ FocusScope {
                 }
             }
 
-            function branchOf(node, action) {
+            function branchOf(node, path, action) {
                 for (let i = 0; action && i < node.childNodes.length; ++i) {
-                    if (node.childNodes[i].isAnsestorOf(action))
-                        return node.childNodes[i]
+                    const child = node.childNodes[i]
+                    const own = child.childNodes.length > 0 && path + child.pathSegment === action.path
+                    if (own || child.isAnsestorOf(action))
+                        return child
                 }
                 return null
             }
@@ -278,21 +328,22 @@ FocusScope {
                 objectName: "save"
                 Layout.fillWidth: true
                 text: "Save"
-                enabled: screen.edited
+                enabled: screen.edited && screen.copy !== null
                 onClicked: screen.save()
             }
             EinkButton {
                 objectName: "cancel"
                 Layout.fillWidth: true
                 text: "Cancel"
-                enabled: screen.edited
+                enabled: screen.edited && screen.copy !== null
                 onClicked: screen.cancel()
             }
             EinkButton {
                 objectName: "reset"
                 Layout.fillWidth: true
                 text: "Reset"
-                enabled: provider.service !== null && (screen.edited || configuration.hasChoices)
+                enabled: provider.service !== null
+                         && (configuration.hasChoices || (screen.edited && screen.copy !== null))
                 onClicked: question.visible = true
             }
         }
@@ -300,8 +351,8 @@ FocusScope {
 
     GestureListPage {
         id: listPage
+        objectName: "gestureListPage"
         visible: false // the stack shows it
-        service: screen.copy
         defaults: configuration.defaults
         onOpened: gesture => pages.openMenu(gesture)
     }
@@ -310,10 +361,7 @@ FocusScope {
         id: actionPage
         ActionPage {
             id: onePage
-            onLeft: {
-                pages.pop()
-                pages.currentItem.forceActiveFocus()
-            }
+            onLeft: pages.leave()
             onEntered: (node, path, heading) => pages.enter(onePage.gesture, node, path, heading)
             onChosen: action => {
                 screen.choose(onePage.gesture, action)
@@ -331,10 +379,12 @@ FocusScope {
         color: "#f0ffffff"
         onVisibleChanged: {
             if (question.visible)
-                keep.forceActiveFocus()
+                keep.forceActiveFocus(Qt.TabFocusReason) // with its frame
             else
-                pages.forceActiveFocus()
+                pages.currentItem.forceActiveFocus()
         }
+        Keys.onEscapePressed: question.visible = false
+        Keys.onBackPressed: question.visible = false
 
         MouseArea { // nothing below is touched meanwhile
             anchors.fill: parent
