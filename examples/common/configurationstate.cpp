@@ -68,23 +68,25 @@ void ConfigurationState::examineChoices()
 {
     m_hasChoices = m_paths.currentPathExists();
     const QString place = unwritablePlace();
-    if (!place.isEmpty())
-        m_notice = tr("Choices cannot be saved: %1 may not be written.").arg(place);
-    if (!m_hasChoices)
+    const QString future = place.isEmpty() ? tr("The file is kept as “%1.rejected” when the settings save.")
+                                                     .arg(QFileInfo(m_paths.currentPath()).fileName())
+                                           : tr("Choices cannot be saved: %1 may not be written.").arg(place);
+    if (!m_hasChoices) {
+        m_notice = place.isEmpty() ? QString() : future;
         return;
+    }
 
     const auto bindings = Bindings::loadJson(m_paths.currentPath());
-    const QString kept =
-            tr("The file is kept as “%1.rejected” when you save.").arg(QFileInfo(m_paths.currentPath()).fileName());
     if (bindings.isRight()) {
+        m_notice = place.isEmpty() ? QString() : future;
         if (const auto error = load(bindings.right(), nullptr))
-            m_problem = tr("Your choices do not fit the gestures of “%1”: %2. “Reset” forgets them.")
+            m_problem = tr("Your choices do not fit the gestures of “%1”: %2. “Reset” in the settings forgets them.")
                                 .arg(m_appId, words(*error));
     } else if (const auto *other = boost::get<Error>(&bindings.left().value)) {
-        m_notice = tr("Your choices cannot be read (%1), so the defaults are shown. %2").arg(words(*other), kept);
+        m_notice = tr("Your choices cannot be read (%1), so the defaults are shown. %2").arg(words(*other), future);
     } else {
         m_notice = tr("Your choices were saved by another version of this device, so the defaults are shown. %1")
-                           .arg(kept);
+                           .arg(future);
     }
 }
 
@@ -103,13 +105,15 @@ boost::optional<Error> ConfigurationState::load(const QMap<QString, QString> &bi
     return {};
 }
 
-// The user's file, or the directory in which it would have to be made.
+// The user's file, or what stands where it or a directory for it would have to be made.
 QString ConfigurationState::unwritablePlace() const
 {
-    QFileInfo place(expanded(m_paths.currentPath()));
+    const QString file = expanded(m_paths.currentPath());
+    QFileInfo place(file);
     while (!place.exists() && !place.isRoot())
         place.setFile(place.path());
-    return place.isWritable() ? QString() : place.filePath();
+    const bool fits = place.filePath() == file ? place.isFile() : place.isDir();
+    return fits && place.isWritable() ? QString() : place.filePath();
 }
 
 QString ConfigurationState::saveProblem(QObject *service) const

@@ -871,8 +871,8 @@ Item {
         }
 
         function test_badChoices_data() {
-            const reset = " \u201cReset\u201d forgets them.$"
-            const kept = "The file is kept as \u201ccfg\\.json\\.rejected\u201d when you save\\.$"
+            const reset = " \u201cReset\u201d in the settings forgets them.$"
+            const kept = "The file is kept as \u201ccfg\\.json\\.rejected\u201d when the settings save\\.$"
             return [
                 {tag: "another version", text: '{"version": 2, "actions": {}}',
                  notice: "^Your choices were saved by another version of this device, so the defaults are shown\\. "
@@ -977,6 +977,8 @@ Item {
             TestTree.setChoices(data.inTheWay, "in the way")
             const files = TestTree.userFiles()
             const screen = show(data.app)
+            const notice = part(screen, "notice").text
+            verify(/Choices cannot be saved: .*\/odd\/cfg\.json may not be written\.$/.test(notice), notice)
             const id = "ViewingSwipeNotSetToLeft"
             choose(screen, id, "pen/undo")
             for (let i = 0; i < 2; ++i) {
