@@ -54,10 +54,11 @@ private:
             bottom = zone.height() < 0 ? zone.y() : zone.y() + zone.height();
         }
 
-        // One jump for all four tests: any of them may fail, so that the processor could not guess four.
+        // Counted, for one jump in place of four: any of the tests may fail, and the processor could not guess which.
         bool spans(const QPointF &point) const
         {
-            return !((point.x() < left) | (point.x() > right) | (point.y() < top) | (point.y() > bottom));
+            const int failed = (point.x() < left) + (point.x() > right) + (point.y() < top) + (point.y() > bottom);
+            return failed == 0;
         }
 
         double left = 0;
