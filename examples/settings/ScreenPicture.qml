@@ -8,33 +8,37 @@ Rectangle {
     property rect zone: Qt.rect(0, 0, 1, 1)
     property int direction: 4
 
-    // A part of the zone in pixels.
-    function pixels(rect, part, length) {
-        return rect[part] * length
-    }
-
     implicitWidth: 42
     implicitHeight: 56
     color: "white"
+    border { color: "black"; width: 2 }
 
-    Rectangle {
-        x: picture.pixels(picture.zone, "x", picture.width)
-        y: picture.pixels(picture.zone, "y", picture.height)
-        width: Math.max(3, picture.pixels(picture.zone, "width", picture.width))
-        height: Math.max(3, picture.pixels(picture.zone, "height", picture.height))
-        color: "#909090"
-        border.color: "black"
-        border.width: 1
+    Item {
+        id: inside
+        anchors { fill: parent; margins: 2 }
+
+        // The zone in pixels; a thin one can still be seen.
+        function pixels(zone) {
+            const width = Math.max(4, Math.round(zone.width * inside.width))
+            const height = Math.max(4, Math.round(zone.height * inside.height))
+            const x = Math.min(Math.round(zone.x * inside.width), inside.width - width)
+            const y = Math.min(Math.round(zone.y * inside.height), inside.height - height)
+            return Qt.rect(x, y, width, height)
+        }
+
+        Rectangle {
+            objectName: "zone"
+            x: inside.pixels(picture.zone).x
+            y: inside.pixels(picture.zone).y
+            width: inside.pixels(picture.zone).width
+            height: inside.pixels(picture.zone).height
+            color: "#a0a0a0"
+        }
     }
     Text {
+        objectName: "arrow"
         anchors.centerIn: parent
         text: Words.arrow(picture.direction)
-        font.pixelSize: 28
-        font.bold: true
-    }
-    Rectangle { // the screen's edge, over the zone's
-        anchors.fill: parent
-        color: "transparent"
-        border { color: "black"; width: 2 }
+        font { pixelSize: 28; bold: true }
     }
 }
