@@ -3,7 +3,7 @@
 // Configurations of any size, shaped like the sample one: groups, fallback lists, inline actions, named
 // and own zones. The same size gives the same bytes everywhere.
 
-#include <gesture_api/gesture.h>
+#include <gesture_api/gestureservice.h>
 
 #include <QByteArray>
 #include <QPointF>
@@ -34,6 +34,13 @@ struct Touch
     vellix::gesture::Gesture::Direction direction;
     QPointF position;
 };
+
+/// What a touch of the configuration's first gesture finds, whatever the size.
+inline vellix::gesture::Gesture *findFirst(const vellix::gesture::GestureService &service)
+{
+    using vellix::gesture::Gesture;
+    return service.findGesture("menu", Gesture::Tap, Gesture::NoDirection, QPointF(0.1, 0.5));
+}
 
 /// 4,096 touches in random order (always the same), one half of which finds a gesture.
 std::vector<Touch> sampleTouches(const QList<vellix::gesture::Gesture *> &gestures);

@@ -1,5 +1,6 @@
 // A reading application up to the answer to its first touch.
 
+#include "sample.h"
 #include "started.h"
 
 #include <gesture_api/gestureserviceprovider.h>
@@ -14,7 +15,6 @@ int main(int argc, char *argv[])
     const DefaultFeaturesProvider features;
     GestureServiceProvider provider(&features);
     provider.setAppId("sample");
-    const Gesture *found =
-            provider.service()->findGesture("menu", Gesture::Tap, Gesture::NoDirection, QPointF(0.1, 0.5));
+    const Gesture *found = findFirst(*provider.service());
     return found ? tellStarted() : 1;
 }

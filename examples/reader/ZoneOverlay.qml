@@ -35,7 +35,8 @@ Item {
             const label = labels.itemAt(number)
             if (!label)
                 return
-            sizes.push({zone: Zones.onScreen(overlay.zones[number], overlay.width, overlay.height), width: label.width, height: label.height})
+            sizes.push({zone: Zones.onScreen(overlay.zones[number], overlay.width, overlay.height),
+                        width: label.width, height: label.height})
         }
         const places = Zones.placed(sizes, overlay.width, overlay.height)
         places.forEach((place, number) => {
