@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 
 using namespace gesturectl;
 using vellix::gesture::Gesture;
@@ -52,9 +54,18 @@ static Touch touchOf(const Options &options)
             QPointF(numbers.at(0).toDouble(), numbers.at(1).toDouble())};
 }
 
+// Only what draws needs fonts, and needs no display for it.
+static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb, int &argc, char *argv[])
+{
+    if (verb != "map")
+        return std::make_unique<QCoreApplication>(argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
     CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.\n"
                  "Exit status: 0 done, 1 nothing matches, 2 wrong use, 3 files that do not load or cannot be written.",
                  "gesturectl");
@@ -143,6 +154,8 @@ int main(int argc, char *argv[])
         printError(QStringLiteral("a verb is missing, 'gesturectl --help' shows them"));
         return WrongUse;
     }
+    // Arguments are read as the locale has them, which the application sets.
+    const auto application = applicationFor(cli.get_subcommands().front()->get_name(), argc, argv);
     const Result<ExitStatus> result = verb();
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
         printError(QStringLiteral("the output could not be written"));

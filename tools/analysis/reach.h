@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gesture_api/gesture.h>
+
+#include <QList>
+#include <QRectF>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+// Which part of its zone a gesture really gets: the lookup takes the first gesture that matches, so that
+// what stands before it takes touches away.
+
+namespace analysis {
+
+/// A mode of the application; none stands for every mode that no gesture names.
+using Mode = std::optional<QString>;
+
+/// Whether the lookup considers a gesture in a mode.
+bool applies(const vellix::gesture::Gesture *gesture, const Mode &mode);
+
+/// Where touches of a zone can start: its sides turned to positive ones, cut to the screen. Null when that has no area.
+QRectF onScreen(const QRectF &zone);
+
+/// What an earlier gesture takes from a later one.
+struct Loss
+{
+    const vellix::gesture::Gesture *to;
+    QVector<QRectF> area; // disjoint
+    double share;         // of the later one's zone on the screen
+};
+
+/// The zone of one gesture in one mode.
+struct Reach
+{
+    QVector<QRectF> left; // disjoint: where the gesture is the first to match
+    QVector<Loss> losses; // in the order of the lookup, each with what that gesture is the first to match
+    bool none = false;    // what is left is too small for a finger and a screen's rounding
+
+    double lostShare() const;
+};
+
+/// `gestures` in the order of the lookup; `gesture` is one of them. Shares below a billionth are no loss.
+Reach reachOf(const vellix::gesture::Gesture *gesture, const QList<vellix::gesture::Gesture *> &gestures,
+              const Mode &mode);
+
+/// The modes that these gestures name, sorted, and the unnamed one last when a gesture applies in every mode.
+QVector<Mode> modesOf(const QList<vellix::gesture::Gesture *> &gestures);
+
+}
