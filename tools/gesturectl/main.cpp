@@ -1,5 +1,8 @@
 #include "verbs.h"
 
+#include <analysis/devices.h>
+#include <analysis/rule.h>
+
 #include <CLI/CLI.hpp>
 
 #include <QCoreApplication>
@@ -8,6 +11,8 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 using namespace gesturectl;
 using vellix::gesture::Gesture;
@@ -43,7 +48,61 @@ struct Options
     std::string action;
     int count = 0;
     bool json = false;
+
+    std::string paths;
+    std::string config;
+    std::string bindings;
+    std::vector<std::string> with;
+    std::vector<std::string> ignored;
+    std::string format = "text";
+    bool allApps = false;
+    bool everyDevice = false;
+    bool strict = false;
 };
+}
+
+static std::vector<std::string> ruleIds()
+{
+    std::vector<std::string> ids;
+    for (const analysis::Rule *rule : analysis::allRules())
+        ids.push_back(rule->id);
+    return ids;
+}
+
+// "none" is a device without features.
+static std::vector<std::string> featureNames()
+{
+    std::vector<std::string> names{"none"};
+    for (const QString &name : analysis::knownFeatures())
+        names.push_back(name.toStdString());
+    return names;
+}
+
+static QStringList texts(const std::vector<std::string> &list)
+{
+    QStringList all;
+    for (const std::string &bytes : list)
+        all.append(text(bytes));
+    return all;
+}
+
+static CheckRequest checkRequestOf(const Options &options)
+{
+    CheckRequest request;
+    request.paths = text(options.paths);
+    request.config = text(options.config);
+    request.bindings = text(options.bindings);
+    request.appId = text(options.app);
+    request.allApps = options.allApps;
+    if (!options.with.empty())
+        request.with = texts(options.with);
+    request.everyDevice = options.everyDevice;
+    request.strict = options.strict;
+    request.ignored = texts(options.ignored);
+    request.format = options.format == "json" ? CheckRequest::Json
+            : options.format == "sarif"       ? CheckRequest::Sarif
+                                              : CheckRequest::Text;
+    return request;
 }
 
 static Touch touchOf(const Options &options)
@@ -140,6 +199,30 @@ int main(int argc, char *argv[])
     command->add_option("--count", options.count, "End after so many changes")->check(CLI::NonNegativeNumber);
     withJson(command);
     command->footer("Example: gesturectl watch --app reader");
+
+    command = add("check", "Find what is wrong in configurations before they are shipped",
+                  [&] { return check(checkRequestOf(options)); });
+    CLI::Option *app = withApp(command);
+    CLI::Option *allApps =
+            command->add_flag("--all-apps", options.allApps, "All applications that have a configuration");
+    CLI::Option *config = command->add_option("--config", options.config, "This configuration");
+    app->excludes(allApps)->excludes(config);
+    config->excludes(allApps);
+    command->add_option("--bindings", options.bindings, "These bindings in place of the user's own");
+    command->add_option("--paths", options.paths, "This file in place of the system's application paths");
+    command->add_option("--with", options.with, "The features that the device has, in place of this machine's")
+            ->delimiter(',')
+            ->check(CLI::IsMember(featureNames()))
+            ->excludes(command->add_flag("--every-device", options.everyDevice, "All combinations of features"));
+    command->add_flag("--strict", options.strict, "Exit status 1 for warnings");
+    command->add_option("--ignore", options.ignored, "Rules whose findings are not wanted")
+            ->delimiter(',')
+            ->check(CLI::IsMember(ruleIds()), "RULE");
+    command->add_option("--format", options.format, "How findings are printed")
+            ->capture_default_str()
+            ->check(CLI::IsMember({"text", "json", "sarif"}));
+    command->footer("Exit status: 0 no error, 1 warnings (--strict), 2 wrong use, 3 errors.\n"
+                    "Example: gesturectl check --app reader --every-device --strict");
 
     try {
         cli.parse(argc, argv);

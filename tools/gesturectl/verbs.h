@@ -3,6 +3,9 @@
 #include "application.h"
 
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 // One function for each verb: it prints to standard output and gives the exit status, or the failure
 // that ends it.
@@ -27,6 +30,23 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
 Result<ExitStatus> reset(const QString &appId);
 /// Ends after `count` changes, or never when that is 0.
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
+
+struct CheckRequest
+{
+    enum Format { Text, Json, Sarif };
+
+    QString paths; // files; those that are empty are not asked for
+    QString config;
+    QString bindings;
+    QString appId;
+    bool allApps = false;
+    std::optional<QStringList> with; // the features of the device
+    bool everyDevice = false;
+    bool strict = false; // warnings are findings, too
+    QStringList ignored; // rules
+    Format format = Text;
+};
+Result<ExitStatus> check(const CheckRequest &request);
 
 void print(const QString &line);
 void printError(const QString &message);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "devices.h"
+#include "finding.h"
+#include "subject.h"
+
+#include <gesture_api/applicationpaths.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace analysis {
+
+/// Checks files as the library reads them, on one or several devices. Whatever the files hold, it finds words for it.
+class Check
+{
+public:
+    /// Without devices on this one.
+    explicit Check(const QVector<QStringList> &devices = {});
+
+    /// The paths of all applications; without a file the library's own.
+    vellix::gesture::ApplicationPathsConfiguration paths(const QString &path);
+    /// The configuration of an application, and its user's bindings when a file is named.
+    void configuration(const QString &path, const QString &bindings = QString());
+    /// A bindings file by itself.
+    void bindings(const QString &path);
+
+    /// File by file in the order of the calls, each from its start to its end. They point into what this object keeps.
+    Findings findings() const;
+    const QStringList &files() const { return m_files; }
+
+private:
+    struct Document
+    {
+        const JsonText *text;
+        QVariant value; // not valid when it is no document
+    };
+    using Choices = QMap<QString, QVariant>;
+
+    Document read(const QString &path);
+    std::optional<Choices> readBindings(const Document &document);
+    Findings checkOn(const vellix::gesture::FeaturesProvider &features, const Document &document,
+                     const std::optional<Choices> &choices, const JsonText *bindings) const;
+
+    QVector<QStringList> m_devices;
+    Findings m_findings;
+    QStringList m_files;
+    std::vector<std::unique_ptr<const JsonText>> m_texts;
+};
+
+}

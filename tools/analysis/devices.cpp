@@ -1,0 +1,102 @@
+#include "devices.h"
+
+#include <algorithm>
+
+using namespace vellix::gesture;
+
+namespace analysis {
+
+QStringList knownFeatures()
+{
+    QStringList names;
+    const DefaultFeaturesProvider features;
+    for (const Feature *feature : features.allFeatures())
+        names.append(feature->name());
+    return names;
+}
+
+Device::Device(const QStringList &features) : m_features(features)
+{
+    for (const QString &name : knownFeatures())
+        m_all.append(new Feature(
+                name, [has = features.contains(name)] { return has; }, this));
+}
+
+QVector<QStringList> allDevices()
+{
+    const QStringList known = knownFeatures();
+    QVector<QStringList> devices;
+    for (int combination = 0; combination < 1 << known.size(); ++combination) {
+        QStringList features;
+        for (int i = 0; i < known.size(); ++i) {
+            if (combination & 1 << i)
+                features.append(known.at(i));
+        }
+        devices.append(features);
+    }
+    return devices;
+}
+
+// "without tts", or the devices one by one when no common feature tells them from the others.
+static QString namesOf(const QVector<QStringList> &some, const QVector<QStringList> &all)
+{
+    QStringList with;
+    QStringList without;
+    for (const QString &feature : knownFeatures()) {
+        const auto has = [&feature](const QStringList &device) { return device.contains(feature); };
+        if (std::all_of(some.cbegin(), some.cend(), has))
+            with.append(feature);
+        else if (std::none_of(some.cbegin(), some.cend(), has))
+            without.append(feature);
+    }
+    const auto isSuch = [&](const QStringList &device) {
+        return std::all_of(with.cbegin(), with.cend(), [&](const QString &name) { return device.contains(name); })
+                && std::none_of(without.cbegin(), without.cend(),
+                                [&](const QString &name) { return device.contains(name); });
+    };
+    if (std::count_if(all.cbegin(), all.cend(), isSuch) == some.size()) {
+        QStringList parts;
+        if (!with.isEmpty())
+            parts.append(QStringLiteral("with ") + with.join(QStringLiteral(" and ")));
+        if (!without.isEmpty())
+            parts.append(QStringLiteral("without ") + without.join(QStringLiteral(" and ")));
+        return parts.join(QStringLiteral(" and "));
+    }
+    QStringList each;
+    for (const QStringList &device : some)
+        each.append(device.isEmpty() ? QStringLiteral("with none")
+                                     : QStringLiteral("with ") + device.join(QLatin1Char('+')));
+    return each.join(QStringLiteral(" or "));
+}
+
+Findings merged(const QVector<Findings> &found, const QVector<QStringList> &devices)
+{
+    struct Group
+    {
+        Finding finding;
+        QVector<QStringList> devices;
+    };
+    QVector<Group> groups;
+    const auto isSame = [](const Finding &a, const Finding &b) {
+        return a.rule == b.rule && a.file == b.file && a.span.begin == b.span.begin && a.text == b.text;
+    };
+    for (int i = 0; i < found.size(); ++i) {
+        for (const Finding &finding : found.at(i).list()) {
+            const auto known = std::find_if(groups.begin(), groups.end(),
+                                            [&](const Group &group) { return isSame(group.finding, finding); });
+            if (known == groups.end())
+                groups.append({finding, {devices.at(i)}});
+            else if (known->devices.last() != devices.at(i))
+                known->devices.append(devices.at(i));
+        }
+    }
+    Findings all;
+    for (Group &group : groups) {
+        if (group.devices.size() < devices.size())
+            group.finding.devices = namesOf(group.devices, devices);
+        all.append(group.finding);
+    }
+    return all;
+}
+
+}

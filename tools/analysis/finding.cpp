@@ -1,0 +1,33 @@
+#include "finding.h"
+
+#include <algorithm>
+
+namespace analysis {
+
+void Findings::add(const Rule &rule, const Place &place, const QString &text, const QString &hint)
+{
+    m_list.append({&rule, text, hint.isEmpty() ? QString::fromUtf8(rule.hint) : hint, &place.text(), place.span(), {}});
+}
+
+int Findings::count(Severity severity) const
+{
+    return static_cast<int>(std::count_if(m_list.cbegin(), m_list.cend(),
+                                          [severity](const Finding &one) { return one.rule->severity == severity; }));
+}
+
+void Findings::sort(const QStringList &files)
+{
+    std::stable_sort(m_list.begin(), m_list.end(), [&files](const Finding &a, const Finding &b) {
+        if (a.file != b.file)
+            return files.indexOf(a.file->path()) < files.indexOf(b.file->path());
+        return a.span.begin < b.span.begin;
+    });
+}
+
+void Findings::drop(const QStringList &ruleIds)
+{
+    const auto isDropped = [&ruleIds](const Finding &one) { return ruleIds.contains(QLatin1String(one.rule->id)); };
+    m_list.erase(std::remove_if(m_list.begin(), m_list.end(), isDropped), m_list.end());
+}
+
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "jsontext.h"
+#include "rule.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace analysis {
+
+/// One thing that a check found. The text that it points into must outlive it.
+struct Finding
+{
+    const Rule *rule;
+    QString text;
+    QString hint;
+    const JsonText *file;
+    Span span;
+    QString devices; // on which it is so, when not on all that were asked for
+};
+
+class Findings
+{
+public:
+    void add(const Rule &rule, const Place &place, const QString &text, const QString &hint = QString());
+    const QVector<Finding> &list() const { return m_list; }
+    int count(Severity severity) const;
+    void append(const Finding &one) { m_list.append(one); }
+    void append(const Findings &others) { m_list += others.m_list; }
+    /// By file in this order, each from its start to its end.
+    void sort(const QStringList &files);
+    void drop(const QStringList &ruleIds);
+
+private:
+    QVector<Finding> m_list;
+};
+
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+// A JSON file with the place of everything in it. What the values are is the library's reader's to say.
+
+namespace analysis {
+
+/// A part of a file, in bytes; the end is the first one behind.
+struct Span
+{
+    int begin = 0;
+    int end = 0;
+};
+
+/// The place of a byte as a person counts: from one, columns in characters.
+struct Position
+{
+    int line;
+    int column;
+};
+
+class Place;
+
+class JsonText
+{
+public:
+    /// Nothing is deeper than Qt's reader goes.
+    static const int maximumDepth = 1024;
+
+    /// One value; of a member also its name.
+    struct Node
+    {
+        Span span;
+        Span nameSpan; // with its quotes
+        QString name;
+        QVector<Node> children; // in the order of the file, names may repeat
+    };
+    struct Fault
+    {
+        int offset;
+        QString reason;
+    };
+
+    /// Of text that is no strict JSON, as much is known as stands before the fault.
+    JsonText(const QString &path, const QByteArray &bytes);
+
+    const QString &path() const { return m_path; }
+    const QByteArray &bytes() const { return m_bytes; }
+    const Node &root() const { return m_root; }
+    const std::optional<Fault> &fault() const { return m_fault; }
+
+    Position positionOf(int offset) const;
+    /// The line that holds a byte, without its end.
+    Span lineOf(int offset) const;
+
+    /// The place of the whole document.
+    Place place() const;
+    Place placeAt(int offset) const;
+
+private:
+    QString m_path;
+    QByteArray m_bytes;
+    Node m_root;
+    std::optional<Fault> m_fault;
+    QVector<int> m_lines; // where each starts
+};
+
+/// A place in a text, which must outlive it.
+class Place
+{
+public:
+    Place(const JsonText *text, const JsonText::Node *node, Span span) : m_text(text), m_node(node), m_span(span) {}
+
+    /// The value of the last member of this name, which is the one that counts, or of an element. Itself when there is
+    /// none.
+    Place operator[](const QString &name) const;
+    Place operator[](int index) const;
+    /// The member's name in place of its value.
+    Place name() const;
+
+    const JsonText &text() const { return *m_text; }
+    const JsonText::Node *node() const { return m_node; }
+    Span span() const { return m_span; }
+
+private:
+    Place to(const JsonText::Node &node) const { return Place(m_text, &node, node.span); }
+
+    const JsonText *m_text;
+    const JsonText::Node *m_node;
+    Span m_span;
+};
+
+}

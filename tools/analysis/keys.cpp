@@ -1,0 +1,83 @@
+#include "keys.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace analysis {
+
+QString typeNameOf(const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::Nullptr: return QStringLiteral("null");
+    case QMetaType::Bool: return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case QMetaType::QString: return QStringLiteral("a string");
+    case QMetaType::QVariantList: return QStringLiteral("a list");
+    case QMetaType::QVariantMap: return QStringLiteral("an object");
+    default: return QStringLiteral("a number");
+    }
+}
+
+// How many characters must be added, dropped or replaced.
+static int distance(const QString &a, const QString &b)
+{
+    std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < a.size(); ++i) {
+        int diagonal = row[0]++;
+        for (int j = 0; j < b.size(); ++j) {
+            const auto at = static_cast<std::size_t>(j);
+            const int same = a.at(i).toCaseFolded() == b.at(j).toCaseFolded() ? 0 : 1;
+            const int best = std::min({row[at] + 1, row[at + 1] + 1, diagonal + same});
+            diagonal = row[at + 1];
+            row[at + 1] = best;
+        }
+    }
+    return row.back();
+}
+
+QString nearestTo(const QString &name, const QStringList &known)
+{
+    QString nearest;
+    int least = 3;
+    for (const QString &candidate : known) {
+        const int d = distance(name.left(100), candidate);
+        if (d < least && 2 * d <= candidate.size()) {
+            least = d;
+            nearest = candidate;
+        }
+    }
+    return nearest;
+}
+
+void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings)
+{
+    for (auto member = object.cbegin(); member != object.cend(); ++member) {
+        if (known.contains(member.key()))
+            continue;
+        const QString meant = nearestTo(member.key(), known);
+        findings->add(rules::unknownKey, place[member.key()].name(),
+                      QStringLiteral("nobody reads '") + member.key() + QLatin1Char('\''),
+                      meant.isEmpty() ? QStringLiteral("Known here: ") + known.join(QStringLiteral(", "))
+                                      : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
+    }
+}
+
+void tellConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings)
+{
+    findings->add(rules::convertedValue, place, typeNameOf(value) + QStringLiteral(" is read as ") + readAs);
+}
+
+void tellConvertedElements(const QVariant &list, const Place &place, Findings *findings)
+{
+    if (list.userType() != QMetaType::QVariantList)
+        return;
+    const QVariantList values = list.toList();
+    for (int i = 0; i < values.size(); ++i) {
+        if (values.at(i).userType() != QMetaType::QString)
+            tellConverted(values.at(i), place[i], QLatin1Char('"') + values.at(i).toString() + QLatin1Char('"'),
+                          findings);
+    }
+}
+
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "finding.h"
+
+#include <vellix/either.h>
+
+#include <QVariant>
+#include <QVector>
+
+#include <functional>
+
+// Finds out which value of an object a reader refuses, and all of them, though the reader stops at the first.
+
+namespace analysis {
+
+/// The words of a failed result; null when there are none.
+template <class T>
+QString wordsOf(const vellix::Either<vellix::Error, T> &result)
+{
+    if (result.isRight())
+        return {};
+    const auto &records = result.left().records;
+    return QString::fromStdString(records.empty() ? "undefined error" : records.front().message);
+}
+
+/// What a reader says of an object; null when it takes it.
+using Reader = std::function<QString(const QVariantMap &)>;
+
+/// One member that the reader knows.
+struct Field
+{
+    QString name;
+    QVariant sound; // a value that it takes
+    /// Tells the faults within a value, so that they are not told for the whole of it; whether there were any.
+    std::function<bool(const QVariant &, const Place &)> within = {};
+};
+
+/// Tells every fault of an object. `sound` is one that the reader takes; a field that cannot stand beside others names
+/// those in `instead`, which are taken out for it. Returns whether there were faults.
+bool tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields, const QVariantMap &sound,
+                  const QMap<QString, QString> &instead, const Reader &reader,
+                  const std::function<void(const Place &, const QString &)> &tell);
+
+}

@@ -1,0 +1,500 @@
+#include "rules_configuration.h"
+
+#include "keys.h"
+#include "reach.h"
+
+#include <gesture_api/gestureservice.h>
+
+#include <QSet>
+
+#include <algorithm>
+#include <functional>
+
+using namespace vellix::gesture;
+
+namespace analysis {
+
+static QString quoted(const QString &name)
+{
+    return QLatin1Char('\'') + name + QLatin1Char('\'');
+}
+
+static int lineOf(const Place &place)
+{
+    return place.text().positionOf(place.span().begin).line;
+}
+
+static bool isMap(const QVariant &value)
+{
+    return value.userType() == QMetaType::QVariantMap;
+}
+
+static bool isString(const QVariant &value)
+{
+    return value.userType() == QMetaType::QString;
+}
+
+namespace {
+/// The entry of a gesture as the file has it, whether the library takes it or not.
+struct RawEntry
+{
+    QVariantMap map;
+    Place place;
+};
+}
+
+static QVector<RawEntry> rawEntries(const Subject &subject)
+{
+    QVector<RawEntry> entries;
+    const QVariantList values = subject.root.value(QStringLiteral("gestures")).toList();
+    const Place place = subject.place()[QStringLiteral("gestures")];
+    for (int i = 0; i < values.size(); ++i) {
+        if (isMap(values.at(i)))
+            entries.append({values.at(i).toMap(), place[i]});
+    }
+    return entries;
+}
+
+static void tellDuplicateKeys(const JsonText &text, const JsonText::Node &node, Findings *findings)
+{
+    QSet<QString> known;
+    for (const JsonText::Node &child : node.children) {
+        if (child.nameSpan.end > 0) {
+            if (known.contains(child.name))
+                findings->add(rules::duplicateKey, Place(&text, &child, child.nameSpan),
+                              quoted(child.name) + QStringLiteral(" was set before: that value is lost"));
+            known.insert(child.name);
+        }
+        tellDuplicateKeys(text, child, findings);
+    }
+}
+
+void tellDuplicateKeys(const JsonText &text, Findings *findings)
+{
+    tellDuplicateKeys(text, text.root(), findings);
+}
+
+/// Every rectangle of the file, by itself or in a gesture.
+static void forEachRectangle(const Subject &subject,
+                             const std::function<void(const QVariantMap &, const Place &)> &function)
+{
+    const QVariantMap zones = subject.root.value(QStringLiteral("zones")).toMap();
+    for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
+        if (isMap(*zone))
+            function(zone->toMap(), subject.place()[QStringLiteral("zones")][zone.key()]);
+    }
+    for (const RawEntry &entry : rawEntries(subject)) {
+        const QVariant zone = entry.map.value(QStringLiteral("zone"));
+        if (isMap(zone))
+            function(zone.toMap(), entry.place[QStringLiteral("zone")]);
+    }
+}
+
+void tellUnknownKeys(const Subject &subject, Findings *findings)
+{
+    tellUnknownKeys(subject.root, subject.place(),
+                    {QStringLiteral("zones"), QStringLiteral("actions"), QStringLiteral("actionGroups"),
+                     QStringLiteral("gestures"), QStringLiteral("$schema")},
+                    findings);
+    forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
+        tellUnknownKeys(map, place,
+                        {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"), QStringLiteral("h")}, findings);
+    });
+    for (const ActionValue &value : subject.actionValues)
+        tellUnknownKeys(
+                value.value.toMap(), value.place,
+                {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("titles"), QStringLiteral("features")},
+                findings);
+    for (const RawEntry &entry : rawEntries(subject))
+        tellUnknownKeys(entry.map, entry.place,
+                        {QStringLiteral("id"), QStringLiteral("modes"), QStringLiteral("kind"), QStringLiteral("zone"),
+                         QStringLiteral("direction"), QStringLiteral("availableActions"),
+                         QStringLiteral("defaultAction"), QStringLiteral("currentAction"), QStringLiteral("features")},
+                        findings);
+}
+
+static void tellConvertedText(const QVariantMap &map, const Place &place, const QString &key, Findings *findings)
+{
+    const auto value = map.constFind(key);
+    if (value != map.constEnd() && !isString(*value))
+        tellConverted(*value, place[key], QLatin1Char('"') + value->toString() + QLatin1Char('"'), findings);
+}
+
+void tellConvertedValues(const Subject &subject, Findings *findings)
+{
+    forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
+        for (const char *side : {"x", "y", "w", "h"}) {
+            const auto value = map.constFind(QLatin1String(side));
+            if (value != map.constEnd() && typeNameOf(*value) != QLatin1String("a number"))
+                tellConverted(*value, place[QLatin1String(side)], QString::number(value->toDouble()), findings);
+        }
+    });
+    for (const ActionValue &value : subject.actionValues) {
+        const QVariantMap map = value.value.toMap();
+        tellConvertedText(map, value.place, QStringLiteral("path"), findings);
+        for (const QString &key : {QStringLiteral("titles"), QStringLiteral("features")})
+            tellConvertedElements(map.value(key), value.place[key], findings);
+    }
+    for (const RawEntry &entry : rawEntries(subject)) {
+        tellConvertedText(entry.map, entry.place, QStringLiteral("id"), findings);
+        for (const QString &key : {QStringLiteral("modes"), QStringLiteral("features")})
+            tellConvertedElements(entry.map.value(key), entry.place[key], findings);
+    }
+}
+
+void tellOverriddenZones(const Subject &subject, Findings *findings)
+{
+    const QVariantMap zones = subject.root.value(QStringLiteral("zones")).toMap();
+    for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
+        if (GestureService::predefinedZones.contains(zone.key()))
+            findings->add(rules::overriddenZone, subject.place()[QStringLiteral("zones")][zone.key()].name(),
+                          QStringLiteral("the predefined zone ") + quoted(zone.key())
+                                  + QStringLiteral(" is used in place of this one"));
+    }
+}
+
+static void tellOddZone(const QRectF &zone, const Place &place, Findings *findings)
+{
+    // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
+    const double rounding = 1e-9;
+    const QRectF normal = zone.normalized();
+    if (normal.isEmpty()) {
+        findings->add(rules::zoneEmpty, place, QStringLiteral("the zone has no area: no touch is in it"));
+        return;
+    }
+    if (zone.width() < 0 || zone.height() < 0)
+        findings->add(rules::zoneNegative, place,
+                      QStringLiteral("the zone has a negative side and goes from (%1, %2) to (%3, %4)")
+                              .arg(normal.left())
+                              .arg(normal.top())
+                              .arg(normal.right())
+                              .arg(normal.bottom()));
+    if (onScreen(zone).isNull())
+        findings->add(rules::zoneOutside, place, QStringLiteral("the zone is outside the screen: no touch is in it"));
+    else if (normal.left() < -rounding || normal.top() < -rounding || normal.right() > 1 + rounding
+             || normal.bottom() > 1 + rounding)
+        findings->add(rules::zoneOutside, place, QStringLiteral("the zone reaches beyond the screen"));
+}
+
+void tellOddZones(const Subject &subject, Findings *findings)
+{
+    forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
+        const auto zone = Gesture::rectfFromVariant(map);
+        if (zone.isRight())
+            tellOddZone(zone.right(), place, findings);
+    });
+}
+
+void tellUnusedZones(const Subject &subject, Findings *findings)
+{
+    QSet<QString> used;
+    for (const RawEntry &entry : rawEntries(subject))
+        used.insert(entry.map.value(QStringLiteral("zone")).toString());
+    const QVariantMap zones = subject.root.value(QStringLiteral("zones")).toMap();
+    for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
+        if (!used.contains(zone.key()))
+            findings->add(rules::unusedZone, subject.place()[QStringLiteral("zones")][zone.key()].name(),
+                          QStringLiteral("no gesture is in the zone ") + quoted(zone.key()));
+    }
+}
+
+void tellDuplicateActions(const Subject &subject, Findings *findings)
+{
+    QMap<QString, int> lines;
+    for (const ActionValue &value : subject.actionValues) {
+        if (value.role != Role::Defined)
+            continue;
+        const auto known = lines.constFind(value.path());
+        if (known != lines.constEnd())
+            findings->add(rules::duplicateAction, value.place[QStringLiteral("path")],
+                          QStringLiteral("action %1 was defined before, in line %2: that one is lost")
+                                  .arg(quoted(value.path()), QString::number(*known)));
+        lines.insert(value.path(), lineOf(value.place));
+    }
+}
+
+void tellUnusedActions(const Subject &subject, Findings *findings)
+{
+    QSet<QString> used;
+    for (const ActionValue &value : subject.actionValues) {
+        if (value.role != Role::Defined)
+            used.insert(value.path());
+    }
+    for (const ActionValue &value : subject.actionValues) {
+        if (value.role == Role::Defined && !used.contains(value.path()))
+            findings->add(rules::unusedAction, value.place[QStringLiteral("path")],
+                          QStringLiteral("no gesture or group names the action ") + quoted(value.path()));
+    }
+}
+
+static QSet<QString> usedGroups(const Subject &subject)
+{
+    QSet<QString> used;
+    for (const RawEntry &entry : rawEntries(subject)) {
+        const QVariant available = entry.map.value(QStringLiteral("availableActions"));
+        if (isString(available))
+            used.insert(available.toString());
+    }
+    return used;
+}
+
+void tellUnusedGroups(const Subject &subject, Findings *findings)
+{
+    const QSet<QString> used = usedGroups(subject);
+    const QVariantMap groups = subject.root.value(QStringLiteral("actionGroups")).toMap();
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        if (!used.contains(group.key()))
+            findings->add(rules::unusedGroup, subject.place()[QStringLiteral("actionGroups")][group.key()].name(),
+                          QStringLiteral("no gesture offers the group ") + quoted(group.key()));
+    }
+}
+
+void tellShortTitles(const Subject &subject, Findings *findings)
+{
+    for (const ActionValue &value : subject.actionValues) {
+        const QVariantMap map = value.value.toMap();
+        const bool isMany = map.contains(QStringLiteral("titles"));
+        const QVariant titles = map.value(isMany ? QStringLiteral("titles") : QStringLiteral("title"));
+        const int count = isMany ? titles.toList().size() : 1;
+        const int segments = value.path().split(QLatin1Char('/')).size();
+        if (!titles.isValid() || !map.contains(QStringLiteral("path")) || count >= segments)
+            continue;
+        findings->add(
+                rules::shortTitles, value.place[isMany ? QStringLiteral("titles") : QStringLiteral("title")],
+                QStringLiteral("the path %1 has %2 segments, and there %3")
+                        .arg(quoted(value.path()), QString::number(segments),
+                             count == 1 ? QStringLiteral("is one title") : QStringLiteral("are %1 titles").arg(count)));
+    }
+}
+
+void tellUnsaveableActions(const Subject &subject, Findings *findings)
+{
+    const QSet<QString> groups = usedGroups(subject);
+    for (const ActionValue &value : subject.actionValues) {
+        const bool isChoosable = value.role != Role::InGroup || groups.contains(value.group);
+        if (value.role == Role::Defined || !isMap(value.value) || !isChoosable || subject.isDefined(value.path()))
+            continue;
+        findings->add(rules::unsaveableAction, value.place,
+                      QStringLiteral("once %1 is saved as a user's choice, the next load is refused: "
+                                     "action %1 not defined")
+                              .arg(quoted(value.path())));
+    }
+}
+
+// Where an entry says which touches are its own.
+static Place placeOfZone(const Entry &entry)
+{
+    return entry
+            .place[entry.map.contains(QStringLiteral("zone")) ? QStringLiteral("zone") : QStringLiteral("direction")];
+}
+
+static QString percent(double share)
+{
+    return QString::number(100 * share, 'g', 3) + QStringLiteral(" %");
+}
+
+static QString list(const QStringList &texts)
+{
+    if (texts.size() < 2)
+        return texts.join(QString());
+    return texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + texts.last();
+}
+
+static QString takersOf(const Reach &reach, const QMap<const Gesture *, int> &lines)
+{
+    QStringList takers;
+    for (const Loss &loss : reach.losses) {
+        const QString share = reach.losses.size() > 1 ? QStringLiteral(", ") + percent(loss.share) : QString();
+        takers.append(QStringLiteral("%1 (line %2%3)")
+                              .arg(quoted(loss.to->id()), QString::number(lines.value(loss.to)), share));
+    }
+    return QStringLiteral("the earlier ") + list(takers);
+}
+
+static QString modesText(const QVector<Mode> &modes, bool all)
+{
+    if (all)
+        return {};
+    QStringList names;
+    for (const Mode &mode : modes)
+        names.append(mode ? quoted(*mode) : QStringLiteral("all others"));
+    return (names.size() == 1 && modes.first() ? QStringLiteral(" in mode ") : QStringLiteral(" in modes "))
+            + list(names);
+}
+
+static void tellReach(const Entry &entry, const Reach &reach, const QString &modes, const QString &takers,
+                      Findings *findings)
+{
+    const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
+    if (reach.none)
+        findings->add(rules::shadowed, placeOfZone(entry),
+                      gesture + QStringLiteral(" never fires") + modes + QStringLiteral(": ") + takers
+                              + (reach.losses.size() > 1 ? QStringLiteral(" take") : QStringLiteral(" takes"))
+                              + QStringLiteral(" 100 % of its zone"));
+    else
+        findings->add(rules::partlyShadowed, placeOfZone(entry),
+                      gesture + QStringLiteral(" loses ") + percent(reach.lostShare()) + QStringLiteral(" of its zone")
+                              + modes + QStringLiteral(" to ") + takers);
+}
+
+void tellShadowed(const Subject &subject, Findings *findings)
+{
+    const QList<Gesture *> gestures = subject.gestures();
+    const QVector<Mode> modes = modesOf(gestures);
+    QMap<const Gesture *, int> lines;
+    for (const Entry &entry : subject.entries)
+        lines.insert(entry.gesture, lineOf(entry.place));
+
+    for (const Entry &entry : subject.entries) {
+        if (onScreen(entry.gesture->zone()).isNull())
+            continue;
+        // One finding for all modes in which the same gestures take the same.
+        QVector<QPair<QString, QVector<Mode>>> modesOfTakers;
+        QMap<QString, Reach> reaches;
+        int own = 0;
+        for (const Mode &mode : modes) {
+            if (!applies(entry.gesture, mode))
+                continue;
+            ++own;
+            const Reach reach = reachOf(entry.gesture, gestures, mode);
+            if (reach.losses.isEmpty())
+                continue;
+            const QString takers = takersOf(reach, lines) + percent(reach.lostShare());
+            if (!reaches.contains(takers))
+                modesOfTakers.append({takers, {}});
+            reaches.insert(takers, reach);
+            std::find_if(modesOfTakers.begin(), modesOfTakers.end(), [&takers](const auto &one) {
+                return one.first == takers;
+            })->second.append(mode);
+        }
+        for (const auto &one : qAsConst(modesOfTakers)) {
+            const Reach reach = reaches.value(one.first);
+            tellReach(entry, reach, modesText(one.second, one.second.size() == own), takersOf(reach, lines), findings);
+        }
+    }
+}
+
+void tellDuplicateIds(const Subject &subject, Findings *findings)
+{
+    QMap<QString, Entry> known;
+    for (const Entry &entry : subject.entries) {
+        const auto before = known.constFind(entry.gesture->id());
+        // Neighbours are refused.
+        if (before != known.constEnd() && before->index + 1 != entry.index)
+            findings->add(rules::duplicateId, entry.place[QStringLiteral("id")],
+                          QStringLiteral("the id %1 was used before, in line %2")
+                                  .arg(quoted(entry.gesture->id()), QString::number(lineOf(before->place))));
+        known.insert(entry.gesture->id(), entry);
+    }
+}
+
+// Whether every device supports an alternative; an undefined one is refused anyway.
+static bool isAlwaysSupported(const Subject &subject, const QVariant &alternative)
+{
+    if (isMap(alternative))
+        return alternative.toMap().value(QStringLiteral("features")).toList().isEmpty();
+    const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(), [&](const Action *candidate) {
+        return candidate->path() == alternative.toString();
+    });
+    return action == subject.actions.crend() || (*action)->featureList().isEmpty();
+}
+
+void tellFallbacks(const Subject &subject, Findings *findings)
+{
+    for (const RawEntry &entry : rawEntries(subject)) {
+        const QVariantList alternatives = entry.map.value(QStringLiteral("defaultAction")).toList();
+        const Place place = entry.place[QStringLiteral("defaultAction")];
+        const auto always = std::find_if(alternatives.cbegin(), alternatives.cend(), [&](const QVariant &alternative) {
+            return isAlwaysSupported(subject, alternative);
+        });
+        if (!alternatives.isEmpty() && always == alternatives.cend())
+            findings->add(rules::fallbackEnd, place,
+                          QStringLiteral("every action of the fallback list needs a feature that a device may lack"));
+        for (auto behind = always; behind != alternatives.cend() && ++behind != alternatives.cend();)
+            findings->add(rules::unreachableFallback, place[static_cast<int>(behind - alternatives.cbegin())],
+                          QStringLiteral("this alternative is never reached: every device supports an earlier one"));
+    }
+}
+
+void tellNotAvailable(const Subject &subject, Findings *findings)
+{
+    for (const Entry &entry : subject.entries) {
+        const QStringList offered = subject.offeredPaths(entry);
+        if (offered.isEmpty())
+            continue;
+        for (const ActionValue &value : subject.actionValues) {
+            const bool isDone =
+                    value.entry == entry.index && (value.role == Role::Default || value.role == Role::Current);
+            if (isDone && !offered.contains(value.path()))
+                findings->add(rules::notAvailable, value.place,
+                              QStringLiteral("gesture %1 does not offer its own action %2")
+                                      .arg(quoted(entry.gesture->id()), quoted(value.path())));
+        }
+    }
+}
+
+void tellFixedActions(const Subject &subject, Findings *findings)
+{
+    for (const Entry &entry : subject.entries) {
+        if (entry.map.contains(QStringLiteral("currentAction")))
+            findings->add(rules::fixedAction, entry.place[QStringLiteral("currentAction")].name(),
+                          QStringLiteral("gesture %1 always does this: what a user chooses never shows")
+                                  .arg(quoted(entry.gesture->id())));
+    }
+}
+
+void tellDirectedTaps(const Subject &subject, Findings *findings)
+{
+    for (const Entry &entry : subject.entries) {
+        const Gesture::Kind kind = entry.gesture->kind();
+        if ((kind != Gesture::Tap && kind != Gesture::Hold) || entry.gesture->direction() == Gesture::NoDirection)
+            continue;
+        findings->add(rules::directedTap, entry.place[QStringLiteral("direction")],
+                      QStringLiteral("a %1 goes in no direction: gesture %2 never fires")
+                              .arg(Gesture::kindToVariant(kind).toString(), quoted(entry.gesture->id())));
+    }
+}
+
+void tellModesCase(const Subject &subject, Findings *findings)
+{
+    QMap<QString, QPair<QString, int>> known; // by what they have in common: the first spelling, and its line
+    QSet<QString> told;
+    for (const RawEntry &entry : rawEntries(subject)) {
+        const QVariantList modes = entry.map.value(QStringLiteral("modes")).toList();
+        for (int i = 0; i < modes.size(); ++i) {
+            const QString mode = modes.at(i).toString();
+            const Place place = entry.place[QStringLiteral("modes")][i];
+            const auto first = known.constFind(mode.toCaseFolded());
+            if (first == known.constEnd()) {
+                known.insert(mode.toCaseFolded(), {mode, lineOf(place)});
+            } else if (first->first != mode && !told.contains(mode)) {
+                told.insert(mode);
+                findings->add(rules::modesCase, place,
+                              QStringLiteral("mode %1 is not %2 of line %3: they differ in case")
+                                      .arg(quoted(mode), quoted(first->first), QString::number(first->second)));
+            }
+        }
+    }
+}
+
+void tellNoAction(const Subject &subject, Findings *findings)
+{
+    for (const Entry &entry : subject.entries) {
+        const Action *action = entry.gesture->currentAction();
+        if (!entry.gesture->supported() || !action || action->supported())
+            continue;
+        QStringList missing;
+        for (const Feature *feature : action->featureList()) {
+            if (!feature->supported())
+                missing.append(feature->name());
+        }
+        missing.sort();
+        const bool isFixed = entry.map.contains(QStringLiteral("currentAction"));
+        findings->add(rules::noAction,
+                      entry.place[isFixed ? QStringLiteral("currentAction") : QStringLiteral("defaultAction")],
+                      QStringLiteral("gesture %1 has no action: %2 needs %3")
+                              .arg(quoted(entry.gesture->id()), quoted(action->path()), list(missing)));
+    }
+}
+
+}

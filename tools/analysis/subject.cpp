@@ -1,0 +1,401 @@
+#include "subject.h"
+
+#include "refusal.h"
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
+
+#include <algorithm>
+
+using namespace vellix::gesture;
+
+namespace analysis {
+
+QString ActionValue::path() const
+{
+    return isName() ? value.toString() : value.toMap().value(QStringLiteral("path")).toString();
+}
+
+QList<Gesture *> Subject::gestures() const
+{
+    QList<Gesture *> gestures;
+    for (const Entry &entry : entries)
+        gestures.append(entry.gesture);
+    return gestures;
+}
+
+QStringList Subject::offeredPaths(const Entry &entry) const
+{
+    const QVariant available = entry.map.value(QStringLiteral("availableActions"));
+    const bool isGroup = available.userType() == QMetaType::QString;
+    QStringList paths;
+    for (const ActionValue &value : actionValues) {
+        const bool isOffered = isGroup ? value.role == Role::InGroup && value.group == available.toString()
+                                       : value.role == Role::Available && value.entry == entry.index;
+        if (isOffered)
+            paths.append(value.path());
+    }
+    return paths;
+}
+
+bool Subject::isDefined(const QString &path) const
+{
+    return std::any_of(actions.cbegin(), actions.cend(),
+                       [&path](const Action *action) { return action->path() == path; });
+}
+
+namespace {
+
+bool isOf(const QVariant &value, QMetaType::Type type)
+{
+    return value.userType() == type;
+}
+
+/// Takes one configuration apart.
+class Reading
+{
+public:
+    Reading(Subject *subject, const FeaturesProvider *features, QObject *owner, Findings *findings)
+        : m_subject(subject), m_features(features), m_owner(owner), m_findings(findings),
+          m_sound(new Action(QStringLiteral("\001sound"), {QStringLiteral("t")}, {}, owner))
+    {
+    }
+
+    void read(const QVariant &document)
+    {
+        const Place place = m_subject->place();
+        const auto whole = [this](const QVariantMap &root) {
+            QObject owner;
+            return wordsOf(Configuration::fromVariant(root, m_features, GestureService::predefinedZones, {}, &owner));
+        };
+        const auto tell = [this](const Place &where, const QString &words) { refuse(where, words); };
+        if (!isOf(document, QMetaType::QVariantMap)) {
+            QObject owner;
+            refuse(place,
+                   wordsOf(Configuration::fromVariant(document, m_features, GestureService::predefinedZones, {},
+                                                      &owner)));
+            return;
+        }
+        // What a section holds is told entry by entry below; here only what it is counts.
+        QVariantMap outline = m_subject->root;
+        for (auto section = outline.begin(); section != outline.end(); ++section) {
+            if (isOf(*section, QMetaType::QVariantMap))
+                *section = QVariantMap();
+            else if (isOf(*section, QMetaType::QVariantList))
+                *section = QVariantList();
+        }
+        tellRefusals(outline, place,
+                     {{QStringLiteral("zones"), QVariantMap()},
+                      {QStringLiteral("actions"), QVariantList()},
+                      {QStringLiteral("actionGroups"), QVariantMap()},
+                      {QStringLiteral("gestures"), QVariantList()}},
+                     {{QStringLiteral("gestures"), QVariantList()}}, {}, whole, tell);
+        readZones(section(QStringLiteral("zones")).toMap(), place[QStringLiteral("zones")]);
+        readActions(section(QStringLiteral("actions")), place[QStringLiteral("actions")]);
+        readGroups(section(QStringLiteral("actionGroups")).toMap(), place[QStringLiteral("actionGroups")]);
+        readGestures(section(QStringLiteral("gestures")), place[QStringLiteral("gestures")]);
+        tellNeighbours();
+    }
+
+private:
+    QVariant section(const QString &name) const { return m_subject->root.value(name); }
+
+    void refuse(const Place &place, const QString &words) { refuse(rules::refused, place, words); }
+    void refuse(const Rule &rule, const Place &place, const QString &words) { m_findings->add(rule, place, words); }
+
+    bool tellAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields, const QVariantMap &sound,
+                 const QMap<QString, QString> &instead, const Reader &reader)
+    {
+        return tellRefusals(object, place, fields, sound, instead, reader,
+                            [this](const Place &where, const QString &words) { refuse(where, words); });
+    }
+
+    // A rectangle that lacks a side. A name that is not known is the whole value's fault.
+    bool tellZone(const QVariant &value, const Place &place)
+    {
+        if (!isOf(value, QMetaType::QVariantMap))
+            return false;
+        QVector<Field> fields;
+        QVariantMap sound;
+        for (const char *side : {"x", "y", "w", "h"}) {
+            fields.append({QLatin1String(side), 0.0});
+            sound.insert(QLatin1String(side), 0.0);
+        }
+        return tellAll(value.toMap(), place, fields, sound, {},
+                       [](const QVariantMap &map) { return wordsOf(Gesture::rectfFromVariant(map)); });
+    }
+
+    void readZones(const QVariantMap &zones, const Place &place)
+    {
+        for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
+            const auto read = Gesture::zoneFromVariant(*zone, GestureService::predefinedZones, nullptr);
+            if (read.isLeft() && !tellZone(*zone, place[zone.key()]))
+                refuse(place[zone.key()], wordsOf(read));
+            m_subject->zones.insert(zone.key(), read.isRight() ? read.right() : Gesture::wholeZone);
+        }
+        const QMap<QString, QRectF> &predefined = GestureService::predefinedZones;
+        for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
+            m_subject->zones.insert(zone.key(), *zone);
+    }
+
+    // The names that no device knows, in a list of features.
+    bool tellFeatures(const QVariant &value, const Place &place)
+    {
+        if (!isOf(value, QMetaType::QVariantList))
+            return false;
+        const QVariantList names = value.toList();
+        bool any = false;
+        for (int i = 0; i < names.size(); ++i) {
+            const auto read = m_features->featuresByNames({names.at(i).toString()});
+            if (read.isRight())
+                continue;
+            any = true;
+            refuse(place[i], wordsOf(read));
+        }
+        return any;
+    }
+
+    // Null when it is refused, which is told.
+    Action *readAction(const QVariant &value, const Place &place)
+    {
+        const auto read = Action::fromVariant(value, m_features, m_byPath, m_owner);
+        if (read.isRight())
+            return read.right();
+        if (!isOf(value, QMetaType::QVariantMap) || !tellAction(value.toMap(), place))
+            refuse(place, wordsOf(read));
+        return nullptr;
+    }
+
+    bool tellAction(const QVariantMap &map, const Place &place)
+    {
+        const QString title = QStringLiteral("title");
+        const QString titles = QStringLiteral("titles");
+        const QString path = QStringLiteral("path");
+        return tellAll(map, place,
+                       {{title, QStringLiteral("t")},
+                        {titles, QVariantList{QStringLiteral("t")}},
+                        {QStringLiteral("features"), QVariantList(),
+                         [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }},
+                        {path, QStringLiteral("p")}},
+                       {{title, QStringLiteral("t")}, {path, QStringLiteral("p")}}, {{titles, title}},
+                       [this](const QVariantMap &tried) {
+                           QObject owner;
+                           return wordsOf(Action::fromVariant(tried, m_features, QList<Action *>(), &owner));
+                       });
+    }
+
+    void readActions(const QVariant &section, const Place &place)
+    {
+        const QVariantList values = section.toList();
+        for (int i = 0; i < values.size(); ++i) {
+            const ActionValue value{Role::Defined, values.at(i), place[i], {}};
+            Action *action = readAction(value.value, value.place);
+            // Who names it is not to blame.
+            if (!action && !value.isName())
+                action = new Action(value.path(), {}, {}, m_owner);
+            if (!action)
+                continue;
+            m_subject->actions.append(action);
+            m_subject->actionValues.append(value);
+        }
+        m_known = m_subject->actions;
+        m_known.append(m_sound);
+        for (Action *action : qAsConst(m_known))
+            m_byPath.insert(action->path(), action);
+    }
+
+    // The elements of an action list, told one by one; whether there were faults.
+    bool readElements(const QVariant &list, const ActionValue &where)
+    {
+        const bool isList = isOf(list, QMetaType::QVariantList);
+        const QVariantList values = isList ? list.toList() : QVariantList{list};
+        bool any = false;
+        for (int i = 0; i < values.size(); ++i) {
+            ActionValue value = where;
+            value.value = values.at(i);
+            value.place = isList ? where.place[i] : where.place;
+            m_subject->actionValues.append(value);
+            if (!readAction(value.value, value.place))
+                any = true;
+        }
+        return any;
+    }
+
+    // Groups are read without a features provider.
+    static bool namesFeatures(const QVariant &value)
+    {
+        const QVariant features = value.toMap().value(QStringLiteral("features"));
+        return isOf(features, QMetaType::QVariantList) && !features.toList().isEmpty();
+    }
+
+    void readGroups(const QVariantMap &groups, const Place &place)
+    {
+        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+            const Place where = place[group.key()];
+            const auto read = Action::actionGroupsFromVariant({{group.key(), *group}}, m_known, nullptr, m_owner);
+            m_subject->groups.insert(group.key(), read.isRight() ? read.right().value(group.key()) : QList<Action *>());
+            bool told = false;
+            if (isOf(*group, QMetaType::QVariantList) || isOf(*group, QMetaType::QVariantMap)) {
+                const int first = m_subject->actionValues.size();
+                told = readElements(*group, {Role::InGroup, {}, where, group.key()});
+                told = tellGroupFeatures(first) || told;
+            }
+            if (read.isLeft() && !told)
+                refuse(where, wordsOf(read));
+        }
+    }
+
+    bool tellGroupFeatures(int first)
+    {
+        bool any = false;
+        for (int i = first; i < m_subject->actionValues.size(); ++i) {
+            const ActionValue &value = m_subject->actionValues.at(i);
+            const auto read = Action::fromVariant(value.value, nullptr, m_byPath, m_owner);
+            if (read.isRight() || !namesFeatures(value.value))
+                continue;
+            // The name of a feature that none knows was told already.
+            if (Action::fromVariant(value.value, m_features, m_byPath, m_owner).isRight())
+                refuse(rules::groupFeatures, value.place[QStringLiteral("features")], wordsOf(read));
+            any = true;
+        }
+        return any;
+    }
+
+    void readGestures(const QVariant &section, const Place &place)
+    {
+        const QVariantList values = section.toList();
+        for (int i = 0; i < values.size(); ++i) {
+            const auto read = Gesture::listFromVariant({values.at(i)}, m_features, m_known, m_subject->groups,
+                                                       m_subject->zones, {}, m_owner);
+            if (read.isLeft() && !isOf(values.at(i), QMetaType::QVariantMap)) {
+                refuse(place[i], wordsOf(read));
+                continue;
+            }
+            const QVariantMap map = values.at(i).toMap();
+            noteActions(map, place[i], i);
+            if (read.isRight())
+                m_subject->entries.append({i, map, place[i], read.right().first()});
+            else if (!tellGesture(map, place[i]))
+                refuse(place[i], wordsOf(read));
+        }
+    }
+
+    void noteActions(const QVariantMap &map, const Place &place, int index)
+    {
+        const auto note = [&](const char *key, Role role) {
+            const QString name = QLatin1String(key);
+            const QVariant value = map.value(name);
+            const ActionValue where{role, value, place[name], {}, index};
+            if (isOf(value, QMetaType::QVariantList)) {
+                const QVariantList values = value.toList();
+                for (int i = 0; i < values.size(); ++i)
+                    m_subject->actionValues.append({role, values.at(i), place[name][i], {}, index});
+            } else if (isOf(value, QMetaType::QVariantMap)
+                       || (role != Role::Available && isOf(value, QMetaType::QString))) {
+                m_subject->actionValues.append(where);
+            }
+        };
+        note("availableActions", Role::Available);
+        note("defaultAction", Role::Default);
+        note("currentAction", Role::Current);
+    }
+
+    // Each element by itself; a fallback list as a whole can still be refused.
+    bool tellElements(const QVariant &value, const Place &place)
+    {
+        if (isOf(value, QMetaType::QVariantMap))
+            return !readAction(value, place);
+        if (!isOf(value, QMetaType::QVariantList))
+            return false;
+        const QVariantList values = value.toList();
+        bool any = false;
+        for (int i = 0; i < values.size(); ++i) {
+            if (!readAction(values.at(i), place[i]))
+                any = true;
+        }
+        return any;
+    }
+
+    bool tellDefault(const QVariant &value, const Place &place)
+    {
+        if (!isOf(value, QMetaType::QVariantList))
+            return false;
+        if (!tellElements(value, place))
+            refuse(rules::noSupportedAction, place,
+                   wordsOf(Action::firstSupportedFromVariant(value.toList(), m_features, m_known, m_owner)));
+        return true;
+    }
+
+    bool tellGesture(const QVariantMap &map, const Place &place)
+    {
+        const auto elements = [this](const QVariant &value, const Place &where) { return tellElements(value, where); };
+        const QString kind = QStringLiteral("kind");
+        const QString zone = QStringLiteral("zone");
+        const QString defaultAction = QStringLiteral("defaultAction");
+        return tellAll(
+                map, place,
+                {{kind, QStringLiteral("tap")},
+                 {zone, QStringLiteral("whole"),
+                  [this](const QVariant &value, const Place &where) { return tellZone(value, where); }},
+                 {QStringLiteral("direction"), QStringLiteral("no")},
+                 {QStringLiteral("modes"), QVariantList()},
+                 {QStringLiteral("availableActions"), QVariantList(), elements},
+                 {defaultAction, m_sound->path(),
+                  [this](const QVariant &value, const Place &where) { return tellDefault(value, where); }},
+                 {QStringLiteral("currentAction"), m_sound->path(),
+                  [this](const QVariant &value, const Place &where) {
+                      return isOf(value, QMetaType::QVariantMap) && !readAction(value, where);
+                  }},
+                 {QStringLiteral("features"), QVariantList(),
+                  [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }}},
+                {{kind, QStringLiteral("tap")}, {zone, QStringLiteral("whole")}, {defaultAction, m_sound->path()}}, {},
+                [this](const QVariantMap &tried) {
+                    // Gestures own their actions: what this one takes, the next must still find.
+                    return wordsOf(Gesture::fromVariant(tried, m_features, m_known, m_subject->groups, m_subject->zones,
+                                                        {}, m_owner));
+                });
+    }
+
+    // In the loader's own words, which it says of two gestures as of a whole list.
+    static QString wordsOfTwo(const QString &id)
+    {
+        const QVariantMap one{{QStringLiteral("id"), id},
+                              {QStringLiteral("kind"), QStringLiteral("tap")},
+                              {QStringLiteral("direction"), QStringLiteral("no")},
+                              {QStringLiteral("currentAction"),
+                               QVariantMap{{QStringLiteral("path"), id}, {QStringLiteral("title"), id}}}};
+        QObject owner;
+        return wordsOf(Configuration::fromVariant(QVariantMap{{QStringLiteral("gestures"), QVariantList{one, one}}},
+                                                  nullptr, GestureService::predefinedZones, {}, &owner));
+    }
+
+    void tellNeighbours()
+    {
+        for (int i = 1; i < m_subject->entries.size(); ++i) {
+            const Entry &entry = m_subject->entries.at(i);
+            const Entry &above = m_subject->entries.at(i - 1);
+            if (entry.index == above.index + 1 && entry.gesture->id() == above.gesture->id())
+                refuse(rules::duplicateNeighbours, entry.place[QStringLiteral("id")], wordsOfTwo(entry.gesture->id()));
+        }
+    }
+
+    Subject *const m_subject;
+    const FeaturesProvider *const m_features;
+    QObject *const m_owner;
+    Findings *const m_findings;
+    Action *const m_sound;            // what a sound entry does
+    QList<Action *> m_known;          // those of "actions", and that one
+    QMap<QString, Action *> m_byPath; // of these, once they are read
+};
+
+}
+
+Subject takeApart(const JsonText &text, const QVariant &document, const FeaturesProvider *features, QObject *owner,
+                  Findings *findings)
+{
+    Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}};
+    Reading(&subject, features, owner, findings).read(document);
+    return subject;
+}
+
+}
