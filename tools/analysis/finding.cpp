@@ -20,7 +20,9 @@ void Findings::sort(const QStringList &files)
     std::stable_sort(m_list.begin(), m_list.end(), [&files](const Finding &a, const Finding &b) {
         if (a.file != b.file)
             return files.indexOf(a.file->path()) < files.indexOf(b.file->path());
-        return a.span.begin < b.span.begin;
+        if (a.span.begin != b.span.begin)
+            return a.span.begin < b.span.begin;
+        return a.rule->severity < b.rule->severity;
     });
 }
 

@@ -28,7 +28,7 @@ public:
     int count(Severity severity) const;
     void append(const Finding &one) { m_list.append(one); }
     void append(const Findings &others) { m_list += others.m_list; }
-    /// By file in this order, each from its start to its end.
+    /// By file in this order, each from its start to its end, at one place errors first.
     void sort(const QStringList &files);
     void drop(const QStringList &ruleIds);
 

@@ -46,14 +46,30 @@ public:
 private:
     int offset() const { return m_start + static_cast<int>(m_stream.Tell()); }
 
+    // Behind the last event there are only blanks, commas and colons before the next.
+    int begin() const
+    {
+        const auto isBetween = [](char c) {
+            return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',' || c == ':';
+        };
+        const auto found = std::find_if_not(m_bytes.cbegin() + m_last, m_bytes.cend(), isBetween);
+        return static_cast<int>(found - m_bytes.cbegin());
+    }
+
+    // A scalar, which the reader has taken.
     Span next()
     {
-        const auto isBetween = [](char c) { return std::strchr(" \t\r\n,:", c) != nullptr && c != '\0'; };
-        int begin = m_last;
-        while (begin < m_bytes.size() && isBetween(m_bytes.at(begin)))
-            ++begin;
-        m_last = offset();
-        return {begin, m_last};
+        const Span span{begin(), offset()};
+        m_last = span.end;
+        return span;
+    }
+
+    // A bracket, which the reader may still be at.
+    Span bracket()
+    {
+        const Span span{begin(), begin() + 1};
+        m_last = span.end;
+        return span;
     }
 
     Node &add(Span span)
@@ -71,14 +87,13 @@ private:
     bool open()
     {
         // Stays where it is: its parent gets no other child while it is open.
-        m_open.append(&add(next()));
+        m_open.append(&add(bracket()));
         return m_open.size() <= JsonText::maximumDepth + 1;
     }
 
     bool close()
     {
-        m_last = offset();
-        m_open.takeLast()->span.end = m_last;
+        m_open.takeLast()->span.end = bracket().end;
         return true;
     }
 

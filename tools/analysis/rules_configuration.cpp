@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 
 using namespace vellix::gesture;
 
@@ -221,7 +222,8 @@ void tellUnusedActions(const Subject &subject, Findings *findings)
             used.insert(value.path());
     }
     for (const ActionValue &value : subject.actionValues) {
-        if (value.role == Role::Defined && !used.contains(value.path()))
+        const bool hasPath = value.value.toMap().contains(QStringLiteral("path")); // or it is refused
+        if (value.role == Role::Defined && hasPath && !used.contains(value.path()))
             findings->add(rules::unusedAction, value.place[QStringLiteral("path")],
                           QStringLiteral("no gesture or group names the action ") + quoted(value.path()));
     }
@@ -271,8 +273,10 @@ void tellUnsaveableActions(const Subject &subject, Findings *findings)
 {
     const QSet<QString> groups = usedGroups(subject);
     for (const ActionValue &value : subject.actionValues) {
-        const bool isChoosable = value.role != Role::InGroup || groups.contains(value.group);
-        if (value.role == Role::Defined || !isMap(value.value) || !isChoosable || subject.isDefined(value.path()))
+        const bool isChoosable =
+                value.role != Role::Defined && (value.role != Role::InGroup || groups.contains(value.group));
+        const bool hasPath = value.value.toMap().contains(QStringLiteral("path")); // or it is refused
+        if (!isChoosable || !hasPath || subject.isDefined(value.path()))
             continue;
         findings->add(rules::unsaveableAction, value.place,
                       QStringLiteral("once %1 is saved as a user's choice, the next load is refused: "
@@ -388,15 +392,15 @@ void tellDuplicateIds(const Subject &subject, Findings *findings)
     }
 }
 
-// Whether every device supports an alternative; an undefined one is refused anyway.
-static bool isAlwaysSupported(const Subject &subject, const QVariant &alternative)
+// Whether every device supports an alternative; not known of one that is refused.
+static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVariant &alternative)
 {
     if (isMap(alternative))
         return alternative.toMap().value(QStringLiteral("features")).toList().isEmpty();
     const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(), [&](const Action *candidate) {
-        return candidate->path() == alternative.toString();
+        return isString(alternative) && candidate->path() == alternative.toString();
     });
-    return action == subject.actions.crend() || (*action)->featureList().isEmpty();
+    return action == subject.actions.crend() ? std::nullopt : std::optional((*action)->featureList().isEmpty());
 }
 
 void tellFallbacks(const Subject &subject, Findings *findings)
@@ -404,15 +408,20 @@ void tellFallbacks(const Subject &subject, Findings *findings)
     for (const RawEntry &entry : rawEntries(subject)) {
         const QVariantList alternatives = entry.map.value(QStringLiteral("defaultAction")).toList();
         const Place place = entry.place[QStringLiteral("defaultAction")];
-        const auto always = std::find_if(alternatives.cbegin(), alternatives.cend(), [&](const QVariant &alternative) {
-            return isAlwaysSupported(subject, alternative);
-        });
-        if (!alternatives.isEmpty() && always == alternatives.cend())
+        bool isCertain = !alternatives.isEmpty();
+        bool isEnded = false;
+        for (int i = 0; i < alternatives.size(); ++i) {
+            if (isEnded)
+                findings->add(
+                        rules::unreachableFallback, place[i],
+                        QStringLiteral("this alternative is never reached: every device supports an earlier one"));
+            const std::optional<bool> always = isAlwaysSupported(subject, alternatives.at(i));
+            isCertain = isCertain && always;
+            isEnded = isEnded || always.value_or(false);
+        }
+        if (isCertain && !isEnded)
             findings->add(rules::fallbackEnd, place,
                           QStringLiteral("every action of the fallback list needs a feature that a device may lack"));
-        for (auto behind = always; behind != alternatives.cend() && ++behind != alternatives.cend();)
-            findings->add(rules::unreachableFallback, place[static_cast<int>(behind - alternatives.cbegin())],
-                          QStringLiteral("this alternative is never reached: every device supports an earlier one"));
     }
 }
 

@@ -1,0 +1,734 @@
+#include "testing.h"
+
+#include <analysis/check.h>
+#include <analysis/report.h>
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <memory>
+
+using namespace analysis;
+using namespace vellix::gesture;
+using testing::DataTree;
+
+// "LINE:COLUMN RULE: TEXT" of each finding.
+static QString shown(const Findings &findings)
+{
+    QStringList lines;
+    for (const Finding &finding : findings.list()) {
+        const Position position = finding.file->positionOf(finding.span.begin);
+        lines.append(QStringLiteral("%1:%2 %3: %4%5")
+                             .arg(QString::number(position.line), QString::number(position.column),
+                                  QLatin1String(finding.rule->id), finding.text,
+                                  finding.devices.isEmpty() ? QString() : " (" + finding.devices + ")"));
+    }
+    return lines.join('\n');
+}
+
+static bool loads(const QString &file)
+{
+    QObject owner;
+    const DefaultFeaturesProvider features;
+    return Configuration::loadJson(file, &features, GestureService::predefinedZones, {}, &owner).isRight();
+}
+
+// A sound configuration whose one gesture a row may replace, in lines of their own.
+static QByteArray withGestures(const QByteArray &gestures)
+{
+    return "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"},\n"
+           "{\"path\": \"light\", \"title\": \"L\", \"features\": [\"frontlight\"]}],\n"
+           "\"actionGroups\": {\"all\": [\"a\", \"b\", \"light\"]}, \"gestures\": [\n"
+           "{\"id\": \"base\", \"modes\": [\"base\"], \"kind\": \"drag\", \"zone\": \"whole\", \"availableActions\": "
+           "\"all\","
+           " \"defaultAction\": \"a\"}"
+            + (gestures.isEmpty() ? QByteArray() : ",\n" + gestures) + "]}";
+}
+
+class tst_Check : public QObject
+{
+    Q_OBJECT
+
+    // A row of a rule: what triggers it, and something close that does not.
+    static void row(const char *name, const QByteArray &text, const QByteArray &expected)
+    {
+        QTest::newRow(name) << text << QString::fromUtf8(expected);
+    }
+
+private Q_SLOTS:
+    void init() { m_tree.reset(new DataTree); }
+    void cleanup() { m_tree.reset(); }
+
+    void refused_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+
+        row("nothing to say", withGestures(""), "");
+        row("empty", "", "1:1 syntax: illegal value");
+        row("binary", QByteArray("\x00\x01\x02\xff", 4), "1:1 syntax: illegal value");
+        row("a comma is missing", "{\"gestures\": []\n  \"actions\": []}", "2:3 syntax: unterminated object");
+        row("a comma too many", "{\"gestures\": [],\n}", "2:1 syntax: object is missing after a comma");
+        row("behind the end", "{\"gestures\": []}\n\n}", "3:1 syntax: garbage at the end of the document");
+        row("too deep", QByteArray(10000, '['), "1:1025 syntax: too deeply nested document");
+        row("no document", "5", "1:1 syntax: illegal value");
+
+        row("a list", "[]", "1:1 refused: 'gestures' is obligatory field");
+        row("no gestures", "{}", "1:1 refused: 'gestures' is obligatory field");
+        row("all sections of a wrong type", "{\"zones\": 1,\n\"actions\": 2,\n\"actionGroups\": 3,\n\"gestures\": 4}",
+            "1:11 refused: 'zones' field must be 'map'\n"
+            "2:12 refused: 'actions' field must be 'list'\n"
+            "3:17 refused: 'actionGroups' field must be 'map'\n"
+            "4:13 refused: 'gestures' field must be 'list'");
+        row("a wrong section and no gestures", "{\"zones\": null}",
+            "1:1 refused: 'gestures' is obligatory field\n"
+            "1:11 refused: 'zones' field must be 'map'");
+        row("a zone of a wrong type",
+            "{\"zones\": {\"z\": 5}, \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"zone\": \"z\", \"currentAction\": {\"path\": \"p\"}}]}",
+            "1:17 refused: zone must be either 'str' or 'map'\n"
+            "2:48 refused: one of fields 'title' or 'titles' must be set\n"
+            "2:48 unsaveable-action: once 'p' is saved as a user's choice, the next load is refused: action 'p' not "
+            "defined");
+        row("a zone that aliases another of the file",
+            "{\"zones\": {\"y\": \"z\",\n\"z\": \"whole\"}, \"gestures\": []}",
+            "1:12 unused-zone: no gesture is in the zone 'y'\n"
+            "1:17 refused: zone 'z' not defined\n"
+            "2:1 unused-zone: no gesture is in the zone 'z'");
+        row("every missing side",
+            "{\"zones\": {\"z\": {\"y\": 0, \"w\": 1}}, \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"zone\": \"z\"}]}",
+            "1:17 refused: field 'x' must be set\n"
+            "1:17 refused: field 'h' must be set\n"
+            "2:1 refused: either 'defaultAction' or 'currentAction' fields must be set");
+        row("a name in place of an action", "{\"actions\": [\"a\"], \"gestures\": []}",
+            "1:14 refused: action 'a' not defined");
+        row("an action of a wrong type", "{\"actions\": [null], \"gestures\": []}",
+            "1:14 refused: 'Action' must be either 'str' or 'map'");
+        row("all that an action lacks", "{\"actions\": [{}], \"gestures\": []}",
+            "1:14 refused: one of fields 'title' or 'titles' must be set\n"
+            "1:14 refused: 'path' is obligatory field");
+        row("two kinds of titles",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\", \"titles\": [\"A\"]}], \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"direction\": \"no\", \"defaultAction\": \"a\"}]}",
+            "1:42 refused: fields 'title' or 'titles' can not be set simultaneously");
+        row("every value of an action",
+            "{\"actions\": [{\"title\": 1,\n\"titles\": 2,\n\"features\": 3}], \"gestures\": []}",
+            "1:14 refused: 'path' is obligatory field\n"
+            "1:24 refused: 'title' must be string. for type list<str> use 'titles'\n"
+            "2:1 refused: fields 'title' or 'titles' can not be set simultaneously\n"
+            "2:11 refused: 'titles' must be list<str>. for type 'str' use 'title'\n"
+            "3:13 refused: 'features' must be list<str>.");
+        row("features that nobody knows",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\", \"features\": [\"tts\", \"x\", \"y\"]}], \"gestures\": "
+            "[\n"
+            "{\"kind\": \"drag\", \"direction\": \"no\", \"defaultAction\": \"a\"}]}",
+            "1:62 refused: unknown feature: `x`\n"
+            "1:67 refused: unknown feature: `y`");
+        row("a refused action is named without more words",
+            "{\"actions\": [{\"path\": \"a\"}], \"actionGroups\": {\"g\": [\"a\"]}, \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"direction\": \"no\", \"availableActions\": \"g\", \"defaultAction\": \"a\"}]}",
+            "1:14 refused: one of fields 'title' or 'titles' must be set");
+        row("a group that names a group",
+            "{\"actionGroups\": {\"g\": \"h\"}, \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"direction\": \"no\", \"availableActions\": \"g\","
+            " \"currentAction\": \"c\"}]}",
+            "1:24 refused: action group 'h' not defined\n"
+            "2:79 refused: action 'c' not defined");
+        row("all elements of a group", "{\"actionGroups\": {\"g\": [\"x\", 5, \"y\"]}, \"gestures\": []}",
+            "1:19 unused-group: no gesture offers the group 'g'\n"
+            "1:25 refused: action 'x' not defined\n"
+            "1:30 refused: 'Action' must be either 'str' or 'map'\n"
+            "1:33 refused: action 'y' not defined");
+        row("an inline action with features in a group",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"gestures\": [{\"kind\": \"drag\", \"direction\": "
+            "\"no\","
+            " \"availableActions\": \"g\", \"defaultAction\": \"a\"}],\n"
+            "\"actionGroups\": {\"g\": [\"a\", {\"path\": \"a\", \"title\": \"A\", \"features\": [\"tts\"]}]}}",
+            "2:69 group-features: unknown feature: `tts`");
+        row("an inline action with no features in a group",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"gestures\": [{\"kind\": \"drag\", \"direction\": "
+            "\"no\","
+            " \"availableActions\": \"g\", \"defaultAction\": \"a\"}],\n"
+            "\"actionGroups\": {\"g\": [\"a\", {\"path\": \"a\", \"title\": \"A\", \"features\": []}]}}",
+            "");
+
+        row("a gesture that is none", withGestures("5"), "5:1 refused: list of gestures must must contain maps");
+        row("all that a gesture lacks", withGestures("{}"),
+            "5:1 refused: 'kind' is obligatory field\n"
+            "5:1 refused: either 'zone' or 'direction' fields must be set\n"
+            "5:1 refused: either 'defaultAction' or 'currentAction' fields must be set");
+        row("every value of a gesture",
+            withGestures("{\"kind\": \"poke\",\n\"zone\": \"nowhere\",\n\"direction\": \"up\",\n\"modes\": \"m\",\n"
+                         "\"availableActions\": 5,\n\"defaultAction\": {},\n\"currentAction\": "
+                         "\"none\",\n\"features\": \"tts\"}"),
+            "5:10 refused: kind can be only 'tap' or 'swipe' or 'drag'\n"
+            "6:9 refused: zone 'nowhere' not defined\n"
+            "7:14 refused: direction can be only 'toLeft' or 'toRight' or 'toTop' or 'toBottom' or 'no'\n"
+            "8:10 refused: 'modes' must have type `list<str>`\n"
+            "9:21 refused: action list must be one of types: 'str', 'list', 'map'\n"
+            "10:18 refused: 'defaultAction' must have type `str` or `list<str>`\n"
+            "11:18 refused: action 'none' not defined\n"
+            "12:13 refused: 'features' must be list<str>.");
+        row("every element of a gesture's lists",
+            withGestures("{\"kind\": \"hold\", \"zone\": {\"x\": 0},\n"
+                         "\"availableActions\": [\"a\", \"x\", {\"title\": \"T\"}],\n"
+                         "\"defaultAction\": [\"y\", \"a\", 5],\n\"features\": [\"warp\"]}"),
+            "5:26 refused: field 'y' must be set\n"
+            "5:26 refused: field 'w' must be set\n"
+            "5:26 refused: field 'h' must be set\n"
+            "6:27 refused: action 'x' not defined\n"
+            "6:32 refused: 'path' is obligatory field\n"
+            "7:19 refused: action 'y' not defined\n"
+            "7:29 refused: 'Action' must be either 'str' or 'map'\n"
+            "7:29 unreachable-fallback: this alternative is never reached: every device supports an earlier one\n"
+            "8:14 refused: unknown feature: `warp`");
+        row("the same fault twice",
+            withGestures("{\"kind\": \"hold\", \"zone\": \"whole\", \"availableActions\": [\"x\"],\n\"defaultAction\": "
+                         "\"x\"}"),
+            "5:56 refused: action 'x' not defined\n"
+            "6:18 refused: action 'x' not defined");
+        row("an empty fallback list", withGestures("{\"kind\": \"hold\", \"zone\": \"whole\", \"defaultAction\": []}"),
+            "5:52 no-supported-action: no one action is supported of list: [  ]");
+        row("neighbours of one id",
+            withGestures("{\"id\": \"base\", \"kind\": \"hold\", \"zone\": \"whole\", \"defaultAction\": \"a\"}"),
+            "5:8 duplicate-neighbours: gesture id must be unique but dublicate found: `base`");
+        row("neighbours of one formed id",
+            withGestures("{\"kind\": \"hold\", \"zone\": \"left\", \"defaultAction\": \"a\"},\n"
+                         "{\"kind\": \"HOLD\", \"zone\": \"left\", \"defaultAction\": \"a\"}"),
+            "6:1 duplicate-neighbours: gesture id must be unique but dublicate found: `HoldLeftNoDirection`\n"
+            "6:26 shadowed: gesture 'HoldLeftNoDirection' never fires: the earlier 'HoldLeftNoDirection' (line 5) "
+            "takes "
+            "100 % of its zone");
+    }
+
+    void refused()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, text);
+        Check check;
+        check.configuration(file);
+        const Findings findings = check.findings();
+        QTEST(shown(findings), "expected");
+        QCOMPARE(findings.count(Severity::Error) == 0, loads(file));
+    }
+
+    void warned_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        const auto gesture = [](const char *name, const QByteArray &gestures, const QByteArray &expected) {
+            row(name, withGestures(gestures), expected);
+        };
+
+        row("not strict", "{\"gestures\": [\n],\n\"x\": 1.}",
+            "1:1 unknown-key: nobody reads 'x'\n3:8 not-strict: Miss fraction part in number.");
+        row("a key twice", "{\"gestures\": 5,\n\"gestures\": []}",
+            "2:1 duplicate-key: 'gestures' was set before: that value is lost");
+        row("a name twice in other objects", "{\"zones\": {}, \"gestures\": [], \"actionGroups\": {}}", "");
+
+        row("unknown keys of the root", "{\"$schema\": \"x\", \"gestures\": [],\n\"gesture\": 1}",
+            "2:1 unknown-key: nobody reads 'gesture'");
+        row("unknown keys of a zone",
+            "{\"zones\": {\"z\": {\"x\": 0, \"y\": 0, \"w\": 1, \"h\": 1,\n\"height\": 1}}, \"gestures\": ["
+            "{\"kind\": \"tap\", \"zone\": \"z\", \"defaultAction\": \"a\"}], \"actions\": [{\"path\": \"a\", "
+            "\"title\": \"A\","
+            "\n\"label\": \"A\"}]}",
+            "2:1 unknown-key: nobody reads 'height'\n3:1 unknown-key: nobody reads 'label'");
+        gesture("unknown keys of a gesture",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\",\n\"mode\": \"m\"}",
+                "6:1 unknown-key: nobody reads 'mode'");
+
+        gesture("converted values of a gesture",
+                "{\"id\": 5, \"modes\": [1, null],\n\"kind\": \"tap\", \"zone\": {\"x\": \"0.5\", \"y\": null, \"w\": "
+                "true, \"h\": 0.5},\n"
+                "\"defaultAction\": \"a\"}",
+                "5:8 converted-value: a number is read as \"5\"\n"
+                "5:21 converted-value: a number is read as \"1\"\n"
+                "5:24 converted-value: null is read as \"\"\n"
+                "6:24 zone-outside: the zone reaches beyond the screen\n"
+                "6:30 converted-value: a string is read as 0.5\n"
+                "6:42 converted-value: null is read as 0\n"
+                "6:53 converted-value: true is read as 1");
+        row("converted values of an action",
+            "{\"actions\": [{\"path\": 5,\n\"titles\": [[]]}], \"gestures\": [{\"kind\": \"tap\", \"zone\": \"whole\", "
+            "\"defaultAction\": \"5\"}]}",
+            "1:23 converted-value: a number is read as \"5\"\n2:12 converted-value: a list is read as \"\"");
+
+        gesture("shadowed by one",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}",
+                "6:25 shadowed: gesture 'TapLeftNoDirection' never fires: the earlier 'TapWholeNoDirection' (line 5) "
+                "takes "
+                "100 % of its zone");
+        gesture("shadowed by two",
+                "{\"id\": \"l\", \"kind\": \"tap\", \"zone\": {\"x\": 0, \"y\": 0, \"w\": 0.5, \"h\": 1}, "
+                "\"defaultAction\": \"a\"},\n"
+                "{\"id\": \"r\", \"kind\": \"tap\", \"zone\": {\"x\": 0.5, \"y\": 0, \"w\": 0.5, \"h\": 1}, "
+                "\"defaultAction\": \"a\"},\n"
+                "{\"id\": \"c\", \"kind\": \"tap\", \"zone\": \"center\", \"defaultAction\": \"a\"}",
+                "7:36 shadowed: gesture 'c' never fires: the earlier 'l' (line 5, 50 %) and 'r' (line 6, 50 %) take "
+                "100 % of "
+                "its zone");
+        gesture("partly shadowed",
+                "{\"kind\": \"swipe\", \"zone\": \"left\", \"direction\": \"toTop\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"swipe\", \"direction\": \"toTop\", \"defaultAction\": \"a\"}",
+                "6:32 partly-shadowed: gesture 'SwipeNotSetToTop' loses 15 % of its zone to the earlier "
+                "'SwipeLeftToTop' "
+                "(line 5)");
+        gesture("shadowed in one of two modes",
+                "{\"modes\": [\"m\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"},\n"
+                "{\"modes\": [\"m\", \"n\"], \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}",
+                "6:46 shadowed: gesture 'MNTapLeftNoDirection' never fires in mode 'm': the earlier "
+                "'MTapWholeNoDirection' "
+                "(line 5) takes 100 % of its zone");
+        gesture("of every mode, shadowed in two",
+                "{\"modes\": [\"m\", \"n\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}",
+                "6:25 shadowed: gesture 'TapLeftNoDirection' never fires in modes 'm' and 'n': the earlier "
+                "'MNTapWholeNoDirection' (line 5) takes 100 % of its zone");
+        gesture("of every mode, differently in some",
+                "{\"modes\": [\"m\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"tap\", \"zone\": {\"x\": 0, \"y\": 0, \"w\": 1, \"h\": 0.5}, \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}",
+                "6:25 shadowed: gesture 'Tap(0,0,1,0.5)NoDirection' never fires in mode 'm': the earlier "
+                "'MTapWholeNoDirection' (line 5) takes 100 % of its zone\n"
+                "7:25 partly-shadowed: gesture 'TapLeftNoDirection' loses 50 % of its zone in modes 'base' and all "
+                "others to "
+                "the earlier 'Tap(0,0,1,0.5)NoDirection' (line 6)\n"
+                "7:25 shadowed: gesture 'TapLeftNoDirection' never fires in mode 'm': the earlier "
+                "'MTapWholeNoDirection' "
+                "(line 5) takes 100 % of its zone");
+        gesture("other modes",
+                "{\"modes\": [\"m\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"},\n"
+                "{\"modes\": [\"n\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"}",
+                "");
+        gesture("another kind and other directions",
+                "{\"kind\": \"swipe\", \"direction\": \"toTop\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"swipe\", \"direction\": \"toLeft\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"drag\", \"direction\": \"toLeft\", \"defaultAction\": \"a\"}",
+                "");
+
+        gesture("an id again",
+                "{\"id\": \"x\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"},\n"
+                "{\"id\": \"base\", \"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"a\"}",
+                "6:8 duplicate-id: the id 'base' was used before, in line 4");
+
+        const auto zone = [](const char *name, const QByteArray &numbers, const QByteArray &expected) {
+            row(name,
+                "{\"zones\": {\"z\":\n{" + numbers
+                        + "}}, \"gestures\": [{\"kind\": \"tap\", \"zone\": \"z\", \"defaultAction\": \"a\"}],"
+                          " \"actions\": [{\"path\": \"a\", \"title\": \"A\"}]}",
+                expected);
+        };
+        zone("a zone on the screen", "\"x\": 0.7, \"y\": 0, \"w\": 0.3, \"h\": 1", "");
+        zone("a zone beyond the screen", "\"x\": 0.7, \"y\": 0, \"w\": 0.4, \"h\": 1",
+             "2:1 zone-outside: the zone reaches beyond the screen");
+        zone("a zone beyond the top", "\"x\": 0, \"y\": -0.1, \"w\": 1, \"h\": 1",
+             "2:1 zone-outside: the zone reaches beyond the screen");
+        zone("a zone outside", "\"x\": 1, \"y\": 0, \"w\": 1, \"h\": 1",
+             "2:1 zone-outside: the zone is outside the screen: no touch is in it");
+        zone("an empty zone", "\"x\": 0, \"y\": 0, \"w\": 0, \"h\": 1",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a negative zone", "\"x\": 1, \"y\": 1, \"w\": -1, \"h\": -0.5",
+             "2:1 zone-negative: the zone has a negative side and goes from (0, 0.5) to (1, 1)");
+        gesture("an odd zone of a gesture",
+                "{\"kind\": \"tap\", \"zone\": {\"x\": 0, \"y\": 0, \"w\": 0, \"h\": 1}, \"defaultAction\": \"a\"}",
+                "5:25 zone-empty: the zone has no area: no touch is in it");
+        row("an overridden zone",
+            "{\"zones\": {\"left\":\n\"whole\"}, \"gestures\": [{\"kind\": \"tap\", \"zone\": \"left\", "
+            "\"defaultAction\": \"a\"}],"
+            " \"actions\": [{\"path\": \"a\", \"title\": \"A\"}]}",
+            "1:12 overridden-zone: the predefined zone 'left' is used in place of this one");
+        row("an unused zone", "{\"zones\": {\"z\": \"left\"}, \"gestures\": []}",
+            "1:12 unused-zone: no gesture is in the zone 'z'");
+
+        row("an action defined twice",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"},\n{\"path\": \"a\", \"title\": \"B\"}], \"gestures\": ["
+            "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"}]}",
+            "2:10 duplicate-action: action 'a' was defined before, in line 1: that one is lost");
+        row("an unused action", "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"gestures\": []}",
+            "1:23 unused-action: no gesture or group names the action 'a'");
+        row("an unused group uses its actions",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"actionGroups\": {\"g\": [\"a\"]}, \"gestures\": "
+            "[]}",
+            "1:61 unused-group: no gesture offers the group 'g'");
+        row("titles shorter than the path",
+            "{\"actions\": [{\"path\": \"a/b/c\", \"titles\": [\"A\", \"B\"]},\n{\"path\": \"a/b\", \"title\": "
+            "\"A\"},\n"
+            "{\"path\": \"a/d\", \"titles\": [\"A\", \"D\", \"more\"]}],\n\"gestures\": [{\"kind\": \"tap\", \"zone\": "
+            "\"whole\","
+            " \"availableActions\": [\"a/b/c\", \"a/b\", \"a/d\"], \"defaultAction\": \"a/b\"}]}",
+            "1:42 short-titles: the path 'a/b/c' has 3 segments, and there are 2 titles\n"
+            "2:26 short-titles: the path 'a/b' has 2 segments, and there is one title");
+
+        const QByteArray inlined = "{\"path\": \"i\", \"title\": \"I\"}";
+        const QByteArray unsaveable =
+                " unsaveable-action: once 'i' is saved as a user's choice, the next load is refused: "
+                "action 'i' not defined";
+        gesture("an inline action to choose",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\",\n" + inlined
+                        + "], \"defaultAction\": \"a\"}",
+                "6:1" + unsaveable);
+        gesture("an inline action alone to choose",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\":\n" + inlined
+                        + ", \"defaultAction\": \"a\"}",
+                "6:1" + unsaveable
+                        + "\n6:47 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'a'");
+        gesture("an inline default in a fallback list",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": [\n" + inlined + "]}", "6:1" + unsaveable);
+        gesture("an inline current action",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"currentAction\":\n" + inlined + "}",
+                "5:34 fixed-action: gesture 'TapWholeNoDirection' always does this: what a user chooses never "
+                "shows\n6:1"
+                        + unsaveable);
+        gesture("an inline action of a defined path",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [{\"path\": \"a\", \"title\": \"I\"}],"
+                " \"defaultAction\": \"a\"}",
+                "");
+        row("an inline action of a group that is used",
+            "{\"actionGroups\": {\"g\": [\n" + inlined
+                    + "]}, \"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"gestures\": [\n"
+                      "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": \"g\", \"defaultAction\": "
+                      "\"a\"}]}",
+            "2:1" + unsaveable
+                    + "\n3:76 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'a'");
+        row("an inline action of a group that is not used",
+            "{\"actionGroups\": {\"g\": [\n" + inlined + "]}, \"gestures\": []}",
+            "1:19 unused-group: no gesture offers the group 'g'");
+
+        gesture("an alternative behind the end of a fallback list",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": [\"light\", \"a\", \"b\"]}",
+                "5:66 unreachable-fallback: this alternative is never reached: every device supports an earlier one");
+        gesture("a fallback list with an end",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": [\"light\", \"a\"]}", "");
+
+        gesture("a default that is not offered",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\"], \"defaultAction\": \"b\"}",
+                "5:78 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'b'");
+        gesture("a current action that is not offered",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\"], \"currentAction\": \"b\"}",
+                "5:61 fixed-action: gesture 'TapWholeNoDirection' always does this: what a user chooses never shows\n"
+                "5:78 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'b'");
+        gesture("an alternative that is not offered",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\"], \"defaultAction\": "
+                "[\"light\", \"a\"]}",
+                "5:79 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'light'");
+        gesture("nothing is offered", "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"b\"}", "");
+
+        gesture("a tap with a direction",
+                "{\"kind\": \"tap\", \"zone\": \"left\", \"direction\": \"toTop\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"hold\", \"zone\": \"left\", \"direction\": \"toLeft\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"tap\", \"zone\": \"right\", \"direction\": \"no\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"swipe\", \"zone\": \"right\", \"direction\": \"toLeft\", \"defaultAction\": \"a\"}",
+                "5:46 directed-tap: a tap goes in no direction: gesture 'TapLeftToTop' never fires\n"
+                "6:47 directed-tap: a hold goes in no direction: gesture 'HoldLeftToLeft' never fires");
+
+        gesture("modes that differ in case",
+                "{\"modes\": [\"other\", \"Base\"], \"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\"}",
+                "5:21 modes-case: mode 'Base' is not 'base' of line 4: they differ in case");
+    }
+
+    void warned()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, text);
+        Check check;
+        check.configuration(file);
+        QTEST(shown(check.findings()), "expected");
+        QVERIFY(loads(file));
+    }
+
+    void bindings_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        row("none", R"({"version": 1, "actions": {}})", "");
+        row("a choice", R"({"version": 1, "actions": {"base": "b"}})", "");
+        row("not JSON", "{", "1:2 syntax: unterminated object");
+        row("a list", "[]", "1:1 refused: `FILE` root bust be map<>");
+        row("nothing of it", "{}",
+            "1:1 refused: `version` is obligatory field\n1:1 refused: `actions` is obligatory field");
+        row("another version", "{\"version\": 2,\n\"actions\": 5}",
+            "1:13 version: version not match: found: 2 needed: 1\n2:12 refused: `actions` type must be `map<str, "
+            "str>`");
+        row("a version that is no number", R"({"version": "one", "actions": {}})",
+            "1:13 refused: `version` type must be `int`");
+        row("a version as a string", R"({"version": "1", "actions": {}})",
+            "1:13 converted-value: a string is read as 1");
+        row("choices that are no paths", R"({"version": 1, "actions": {"base": 5, "x": null}})",
+            "1:36 refused: `actions` value type must be `str`\n1:44 refused: `actions` value type must be `str`");
+        row("unknown keys", R"({"version": 1, "actions": {}, "action": {}})",
+            "1:31 unknown-key: nobody reads 'action'");
+        row("an unknown gesture", R"({"version": 1, "actions": {"bas": "b"}})",
+            "1:28 unknown-gesture: there is no gesture 'bas'");
+        row("an unknown gesture and action", R"({"version": 1, "actions": {"bas": "z"}})",
+            "1:28 unknown-gesture: there is no gesture 'bas'");
+        row("an undefined action", R"({"version": 1, "actions": {"base": "z"}})",
+            "1:36 undefined-binding: action 'z' not defined");
+        row("an action that the device does not support", R"({"version": 1, "actions": {"base": "light"}})",
+            "1:36 unsupported-binding: the device does not support the action 'light'");
+        row("an action that is not offered", R"({"version": 1, "actions": {"few": "b"}})",
+            "1:35 not-available: gesture 'few' does not offer the action 'b'");
+        row("a gesture with a current action", R"({"version": 1, "actions": {"fixed": "b"}})",
+            "1:37 hidden-binding: gesture 'fixed' always does 'a'");
+        row("the default again", R"({"version": 1, "actions": {"base": "a"}})",
+            "1:36 repeated-default: 'a' is what gesture 'base' does by default");
+    }
+
+    void bindings()
+    {
+        QFETCH(QByteArray, text);
+        const QString config = m_tree->root() + "/cfg.json";
+        testing::writeFile(config,
+                           withGestures("{\"id\": \"few\", \"kind\": \"tap\", \"zone\": \"left\","
+                                        " \"availableActions\": [\"a\"], \"defaultAction\": \"a\"},\n"
+                                        "{\"id\": \"fixed\", \"kind\": \"tap\", \"zone\": \"right\","
+                                        " \"currentAction\": \"a\"}"));
+        const QString file = m_tree->root() + "/user.json";
+        testing::writeFile(file, text);
+        Check check({QStringList()});
+        check.configuration(config, file);
+        Findings findings = check.findings();
+        findings.drop({"fixed-action"});
+        QTEST(shown(findings).replace(file, "FILE"), "expected");
+
+        // An error is what a service does not take, alone or with the configuration.
+        const auto read = Configuration::ActionBindings::loadJson(file);
+        QObject owner;
+        const Device device({});
+        const bool isTaken = read.isRight()
+                && Configuration::loadJson(config, &device, GestureService::predefinedZones, read.right(), &owner)
+                           .isRight();
+        QCOMPARE(findings.count(Severity::Error) == 0, isTaken);
+    }
+
+    void paths_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        row("sound", R"({"current": "c", "default": "d", "filename": "f", "$schema": "s"})", "");
+        row("not JSON", "{\"current\": }", "1:13 syntax: object is missing after a comma");
+        row("a list", "[]", "1:1 refused: expected map<>");
+        row("nothing of it", "{}",
+            "1:1 refused: field `current` must be set\n1:1 refused: field `default` must be set\n"
+            "1:1 refused: field `filename` must be set");
+        row("all of a wrong type", "{\"current\": 1,\n\"default\": 2,\n\"filename\": 3,\n\"prohibitedApps\": \"x\"}",
+            "1:13 refused: field `current` must have type `string`\n2:12 refused: field `default` must have type "
+            "`string`\n"
+            "3:13 refused: field `filename` must have type `string`\n"
+            "4:19 refused: field 'prohibitedApps' must have type list<str>");
+        row("a misspelt key", R"({"current": "c", "default": "d", "filename": "f", "prohibitedapps": ["x"]})",
+            "1:51 unknown-key: nobody reads 'prohibitedapps'");
+        row("an application that is no name",
+            R"({"current": "c", "default": "d", "filename": "f", "prohibitedApps": [5]})",
+            "1:70 converted-value: a number is read as \"5\"");
+    }
+
+    void paths()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/paths.json";
+        testing::writeFile(file, text);
+        Check check;
+        const ApplicationPathsConfiguration paths = check.paths(file);
+        QTEST(shown(check.findings()), "expected");
+        const auto read = ApplicationPathsConfiguration::loadJson(file);
+        QCOMPARE(check.findings().count(Severity::Error) == 0, read.isRight());
+        const ApplicationPathsConfiguration used =
+                read.isRight() ? read.right() : ApplicationPathsConfiguration::newDefault();
+        QCOMPARE(paths.defaultPath(), used.defaultPath());
+    }
+
+    void hints()
+    {
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, R"({"gestures": [], "zone": {}, "actiongroups": {}, "comment": 1})");
+        Check check;
+        check.configuration(file);
+        const Findings findings = check.findings();
+        QStringList hints;
+        for (const Finding &finding : findings.list())
+            hints.append(finding.hint);
+        QCOMPARE(hints,
+                 (QStringList{"Did you mean 'zones'?", "Did you mean 'actionGroups'?",
+                              "Known here: zones, actions, actionGroups, gestures, $schema"}));
+    }
+
+    void devices()
+    {
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(
+                file,
+                withGestures(
+                        "{\"id\": \"lamp\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"light\"},\n"
+                        "{\"id\": \"guarded\", \"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"light\","
+                        " \"features\": [\"frontlight\"]},\n"
+                        "{\"id\": \"endless\", \"kind\": \"tap\", \"zone\": \"top\", \"defaultAction\":\n"
+                        "[\"light\", {\"path\": \"a\", \"title\": \"A\", \"features\": [\"tts\"]}]},\n"
+                        "{\"id\": \"odd\", \"kind\": \"poke\", \"zone\": \"top\", \"defaultAction\": \"a\"}"));
+        const QString lamp = "5:64 no-action: gesture 'lamp' has no action: 'light' needs frontlight";
+        const QString end =
+                "8:1 fallback-end: every action of the fallback list needs a feature that a device may lack";
+        const QString none = "8:1 no-supported-action: no one action is supported of list: [ light,  ]";
+        const QString odd = "9:23 refused: kind can be only 'tap' or 'swipe' or 'drag'";
+        const auto found = [&file](const QVector<QStringList> &devices) {
+            Check check(devices);
+            check.configuration(file);
+            return shown(check.findings());
+        };
+        QCOMPARE(found({{"frontlight"}}), QStringList({end, odd}).join('\n'));
+        QCOMPARE(found({{"tts"}}), QStringList({lamp, end, odd}).join('\n'));
+        QCOMPARE(found({QStringList()}), QStringList({lamp, none, end, odd}).join('\n'));
+        QCOMPARE(allDevices().size(), 8);
+        QCOMPARE(found(allDevices()),
+                 QStringList({lamp + " (without frontlight)", none + " (without frontlight and tts)", end, odd})
+                         .join('\n'));
+        QCOMPARE(found({{"frontlight"}, {"smartlight", "tts"}, {}}),
+                 QStringList({lamp + " (without frontlight)", none + " (without frontlight and smartlight and tts)",
+                              end, odd})
+                         .join('\n'));
+    }
+
+    void report_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        row("the value is marked", "{\"gestures\":\n  [ \"x\" ]}",
+            "FILE:2:5: error: list of gestures must must contain maps [refused]\n"
+            "      [ \"x\" ]}\n"
+            "        ^~~\n"
+            "    hint: One such place and nothing of the whole file is loaded.\n");
+        row("of several lines the first", "{\"zones\": {},\r\n\"gesture\": []\r\n}",
+            "FILE:1:1: error: 'gestures' is obligatory field [refused]\n"
+            "    {\"zones\": {},\uFFFD\n"
+            "    ^~~~~~~~~~~~~~\n"
+            "    hint: One such place and nothing of the whole file is loaded.\n");
+        row("tabs, wide and combining characters", "{\"gestures\": [],\t\"\u7a93\": 0, \"e\u0301\": 0, \"x\": 0}",
+            "FILE:1:18: warning: nobody reads '\u7a93' [unknown-key]\n"
+            "    {\"gestures\": [], \"\u7a93\": 0, \"e\u0301\": 0, \"x\": 0}\n"
+            "                     ^~~~\n"
+            "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
+        row("control characters", "{\"gestures\": [], \"\\u001b[31m\x1b[31m\": 0}",
+            "FILE:1:1: warning: nobody reads '\uFFFD[31m\uFFFD[31m' [unknown-key]\n"
+            "    {\"gestures\": [], \"\\u001b[31m\uFFFD[31m\": 0}\n"
+            "    ^\n"
+            "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
+        row("an empty file", "", "FILE:1:1: error: illegal value [syntax]\n    hint: The document is empty.\n");
+        row("a long line",
+            "{\"gestures\": [], \"x\": \"" + QByteArray(1000, '.') + "\", \"y\": [" + QByteArray(1000, ' ') + "]}",
+            "FILE:1:18: warning: nobody reads 'x' [unknown-key]\n"
+            "    {\"gestures\": [], \"x\": \""
+                    + QByteArray(137, '.')
+                    + "…\n"
+                      "                     ^~~\n"
+                      "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
+    }
+
+    void report()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, text);
+        Check check;
+        check.configuration(file);
+        QVERIFY(!check.findings().list().isEmpty());
+        const Findings findings = check.findings();
+        const auto first = std::find_if(findings.list().cbegin(), findings.list().cend(),
+                                        [](const Finding &one) { return one.rule != &rules::notStrict; });
+        QTEST(toText(*first).replace(file, "FILE"), "expected");
+    }
+
+    // Whatever is wrong in a file, an error is found exactly when the library refuses it.
+    void agreesWithTheLibrary()
+    {
+        const QByteArray sample =
+                testing::readFile(SOURCE_DIR "/examples/data/vellix/config/gestures/apps/default/reader/cfg.json");
+        const QJsonObject root = QJsonDocument::fromJson(sample).object();
+        const QVector<QJsonValue> values{QJsonValue::Null,
+                                         true,
+                                         2.5,
+                                         "x",
+                                         "whole",
+                                         QJsonArray(),
+                                         QJsonObject(),
+                                         QJsonArray{"page/next"},
+                                         QJsonObject{{"path", "view/close"}, {"title", "T"}}};
+        const QString file = m_tree->root() + "/cfg.json";
+        int refused = 0;
+        int taken = 0;
+        int count = 0;
+        const auto compare = [&](const QJsonObject &changed) {
+            if (++count % 13) // some of them
+                return;
+            testing::writeFile(file, QJsonDocument(changed).toJson());
+            Check check({QStringList()});
+            check.configuration(file);
+            Findings findings = check.findings();
+            findings.drop({"unsaveable-action"}); // the next load's
+            QObject owner;
+            const Device device({});
+            const auto read = Configuration::loadJson(file, &device, GestureService::predefinedZones, {}, &owner);
+            ++(read.isRight() ? taken : refused);
+            if ((findings.count(Severity::Error) == 0) != read.isRight())
+                QFAIL(qPrintable(testing::failure(read) + '\n' + shown(findings) + '\n'
+                                 + QJsonDocument(changed).toJson()));
+            // What the loader says is among it, but for an id that its way of comparing names instead of the double
+            // one.
+            const QString words = testing::failure(read);
+            if (read.isLeft() && !words.contains("dublicate") && !shown(findings).contains(words))
+                QFAIL(qPrintable(words + '\n' + shown(findings)));
+        };
+        const std::function<void(const QJsonValue &, const std::function<void(const QJsonValue &)> &)> change =
+                [&](const QJsonValue &value, const std::function<void(const QJsonValue &)> &with) {
+                    for (const QJsonValue &other : values)
+                        with(other);
+                    if (value.isObject()) {
+                        const QJsonObject object = value.toObject();
+                        for (const QString &key : object.keys()) {
+                            QJsonObject less = object;
+                            less.remove(key);
+                            with(less);
+                            change(object.value(key), [&](const QJsonValue &inner) {
+                                QJsonObject changed = object;
+                                changed.insert(key, inner);
+                                with(changed);
+                            });
+                        }
+                    }
+                    if (value.isArray()) {
+                        const QJsonArray array = value.toArray();
+                        for (int i = 0; i < array.size(); ++i) {
+                            QJsonArray more = array;
+                            more.insert(i, array.at(i));
+                            with(more);
+                            change(array.at(i), [&](const QJsonValue &inner) {
+                                QJsonArray changed = array;
+                                changed.replace(i, inner);
+                                with(changed);
+                            });
+                        }
+                    }
+                };
+        change(root, [&](const QJsonValue &changed) {
+            if (changed.isObject() && !QTest::currentTestFailed())
+                compare(changed.toObject());
+        });
+        qInfo("%d refused, %d taken", refused, taken);
+        QVERIFY(refused > 50 && taken > 50);
+    }
+
+private:
+    std::unique_ptr<DataTree> m_tree;
+};
+
+QTEST_GUILESS_MAIN(tst_Check)
+#include "tst_check.moc"
