@@ -113,36 +113,36 @@ private Q_SLOTS:
         row("empty", "default", "", "FILE:1:1: ");
         row("binary", "default", QByteArray("\x00\x01\x02\xff", 4), "FILE:1:1: ");
         row("nested 10,000 levels", "default", QByteArray(10000, '['), "FILE:1:1025: too deeply nested document");
-        row("no gestures", "default", "{}", "FILE: 'gestures' is obligatory field");
+        row("no gestures", "default", "{}", "FILE:1:1: 'gestures' is obligatory field");
         row("a zone", "default", R"({"zones": {"z": 5}, "gestures": []})",
-            "FILE: zones.z: zone must be either 'str' or 'map'");
+            "FILE:1:17: zone must be either 'str' or 'map'");
         row("an action", "default", R"({"actions": [{"path": "a", "title": "A"}, {"path": "b"}], "gestures": []})",
-            "FILE: actions[1]: one of fields 'title' or 'titles' must be set");
+            "FILE:1:43: one of fields 'title' or 'titles' must be set");
         row("a group", "default", R"({"actionGroups": {"ok": [], "g": ["x"]}, "gestures": []})",
-            "FILE: actionGroups.g: action 'x' not defined");
+            "FILE:1:35: action 'x' not defined");
         row("a gesture", "default",
             R"({"actions": [{"path": "a", "title": "A"}], "gestures": [
                 {"kind": "tap", "zone": "left", "defaultAction": "a"},
                 {"kind": "tap", "zone": "right", "defaultAction": "a"}, {"kind": "tap", "zone": "top"}]})",
-            "FILE: gestures[2]: either 'defaultAction' or 'currentAction' fields must be set");
+            "FILE:3:73: either 'defaultAction' or 'currentAction' fields must be set");
         row("one id twice", "default",
             R"({"actions": [{"path": "a", "title": "A"}], "gestures": [
                 {"kind": "tap", "zone": "left", "defaultAction": "a"},
                 {"kind": "tap", "zone": "left", "defaultAction": "a"}]})",
-            "FILE: gesture id must be unique but dublicate found: `TapLeftNoDirection`");
-        row("bindings: syntax error", "user", "{", "FILE:1:1: unterminated object");
+            "FILE:3:17: gesture id must be unique but dublicate found: `TapLeftNoDirection`");
+        row("bindings: syntax error", "user", "{", "FILE:1:2: unterminated object");
         row("bindings: another version", "user", R"({"version": 3, "actions": {}})",
-            "FILE: version: found 3, needed 1");
+            "FILE:1:13: version not match: found: 3 needed: 1");
         row("bindings: wrong type", "user", R"({"version": 1, "actions": 5})",
-            "FILE: `actions` type must be `map<str, str>`");
+            "FILE:1:27: `actions` type must be `map<str, str>`");
         row("a section of a wrong type", "default", R"({"zones": [], "gestures": [{}]})",
-            "FILE: 'zones' field must be 'map'");
+            "FILE:1:11: 'zones' field must be 'map'");
         row("bindings: to an action that is gone", "user",
             R"({"version": 1, "actions": {"TapRightNoDirection": "menu", "other": "gone"}})",
-            "FILE: actions.other: action 'gone' not defined");
+            "FILE:1:68: action 'gone' not defined");
         row("bindings: root", "user", "[]", "` root bust be map<>");
-        row("paths: not a map", "paths", "[]", "FILE: expected map<>");
-        row("paths: a field missing", "paths", R"({"current": "x"})", "FILE: field `default` must be set");
+        row("paths: not a map", "paths", "[]", "FILE:1:1: expected map<>");
+        row("paths: a field missing", "paths", R"({"current": "x"})", "FILE:1:1: field `default` must be set");
     }
 
     void badFiles()
