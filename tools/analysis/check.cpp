@@ -30,7 +30,8 @@ static QString reasonOf(const Error &error, const QString &path)
     return words.startsWith(path + QStringLiteral(": ")) ? words.mid(path.size() + 2) : words;
 }
 
-// The library's words, at the place where a strict reader stops: the library's own is behind the fault, or far off.
+// The library's words, at the place where the strict reader stops: the library's own is mostly behind the fault, or far
+// off.
 static void tellSyntax(const JsonText &text, const QJsonParseError &error, Findings *findings)
 {
     const int offset = text.fault() ? text.fault()->offset : qMax(0, error.offset - 1);

@@ -38,14 +38,6 @@ public:
         return true;
     }
 
-    bool StartObject() { return open(); }
-    bool StartArray() { return open(); }
-    bool EndObject(rapidjson::SizeType) { return close(); }
-    bool EndArray(rapidjson::SizeType) { return close(); }
-
-private:
-    int offset() const { return m_start + static_cast<int>(m_stream.Tell()); }
-
     // Behind the last event there are only blanks, commas and colons before the next.
     int begin() const
     {
@@ -55,6 +47,14 @@ private:
         const auto found = std::find_if_not(m_bytes.cbegin() + m_last, m_bytes.cend(), isBetween);
         return static_cast<int>(found - m_bytes.cbegin());
     }
+
+    bool StartObject() { return open(); }
+    bool StartArray() { return open(); }
+    bool EndObject(rapidjson::SizeType) { return close(); }
+    bool EndArray(rapidjson::SizeType) { return close(); }
+
+private:
+    int offset() const { return m_start + static_cast<int>(m_stream.Tell()); }
 
     // A scalar, which the reader has taken.
     Span next()
@@ -121,10 +121,12 @@ JsonText::JsonText(const QString &path, const QByteArray &bytes) : m_path(path),
     const auto result =
             reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag>(stream, builder);
     if (!result) {
-        const bool tooDeep = result.Code() == rapidjson::kParseErrorTermination;
-        m_fault = Fault{std::min(start + static_cast<int>(result.Offset()), bytes.size()),
-                        tooDeep ? QStringLiteral("Too many levels.")
-                                : QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
+        const bool isTooDeep = result.Code() == rapidjson::kParseErrorTermination;
+        // Where such a string starts says more than the end of the file.
+        const bool isString = result.Code() == rapidjson::kParseErrorStringMissQuotationMark;
+        m_fault = Fault{std::min(isString ? builder.begin() : start + static_cast<int>(result.Offset()), bytes.size()),
+                        isTooDeep ? QStringLiteral("Too many levels.")
+                                  : QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
     }
 }
 
