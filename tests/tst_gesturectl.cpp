@@ -85,6 +85,7 @@ private Q_SLOTS:
                 << "bind --app app ReadingTapLeftNoDirection inline" << 2 << "action 'inline' not defined";
         QTest::newRow("bind what would never show")
                 << "bind --app app fixed page/next" << 2 << "'fixed' always does 'menu'";
+        QTest::newRow("a schema that is none") << "schema gestures" << 2 << "gestures";
         QTest::newRow("nothing to reset") << "reset --app app" << 0 << "";
         QTest::newRow("watch an unknown application") << "watch --app none" << 3 << "none/cfg.json: No such file";
     }
@@ -99,6 +100,23 @@ private Q_SLOTS:
         QCOMPARE(run.err.count('\n'), error.isEmpty() ? 0 : 1);
         QVERIFY(error.isEmpty() || run.out.isEmpty());
         QVERIFY(!QFileInfo::exists(m_tree->user()));
+    }
+
+    void schema_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"gesture-config", "bindings", "application-paths"})
+            QTest::newRow(name) << QString(name);
+    }
+
+    void schema()
+    {
+        QFETCH(QString, name);
+        const Run run = gesturectl("schema " + name);
+        QCOMPARE(run.exitCode, 0);
+        const QByteArray file = testing::readFile(SOURCE_DIR "/schemas/" + name + ".schema.json");
+        QVERIFY(!file.isEmpty());
+        QCOMPARE(run.out.toUtf8(), file);
     }
 
     void badFiles_data()

@@ -55,6 +55,7 @@ struct Options
     std::vector<std::string> with;
     std::vector<std::string> ignored;
     std::string format = "text";
+    std::string schema;
     bool allApps = false;
     bool everyDevice = false;
     bool strict = false;
@@ -223,6 +224,13 @@ int main(int argc, char *argv[])
             ->check(CLI::IsMember({"text", "json", "sarif"}));
     command->footer("Exit status: 0 no error, 1 warnings (--strict), 2 wrong use, 3 errors.\n"
                     "Example: gesturectl check --app reader --every-device --strict");
+
+    command =
+            add("schema", "Print the JSON Schema of a file, for editors", [&] { return schema(text(options.schema)); });
+    command->add_option("FILE", options.schema, "The kind of file")
+            ->required()
+            ->check(CLI::IsMember({"gesture-config", "bindings", "application-paths"}));
+    command->footer("Example: gesturectl schema gesture-config > gesture-config.schema.json");
 
     try {
         cli.parse(argc, argv);

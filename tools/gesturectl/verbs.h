@@ -48,6 +48,9 @@ struct CheckRequest
 };
 Result<ExitStatus> check(const CheckRequest &request);
 
+/// "gesture-config", "bindings" or "application-paths".
+Result<ExitStatus> schema(const QString &name);
+
 void print(const QString &line);
 void printError(const QString &message);
 
