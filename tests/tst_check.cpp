@@ -647,6 +647,18 @@ private Q_SLOTS:
         QTEST(toText(*first).replace(file, "FILE"), "expected");
     }
 
+    // The manual's table is the rules.
+    void manual()
+    {
+        const QString manual = QString::fromUtf8(testing::readFile(SOURCE_DIR "/docs/gesturectl.md"));
+        QString table = "| rule | | what is found | what to do |\n|---|---|---|---|\n";
+        for (const Rule *rule : allRules())
+            table += QStringLiteral("| `%1` | %2 | %3 | %4 |\n")
+                             .arg(rule->id, rule->severity == Severity::Error ? "error" : "warning", rule->meaning,
+                                  rule->hint);
+        QVERIFY2(manual.contains(table), qPrintable(table));
+    }
+
     // Whatever is wrong in a file, an error is found exactly when the library refuses it.
     void agreesWithTheLibrary()
     {
