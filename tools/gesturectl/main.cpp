@@ -89,6 +89,17 @@ int main(int argc, char *argv[])
         command->add_option("GESTURE", options.gesture, "The id of a gesture, as 'list' shows it")->required();
     };
 
+    const auto withTouch = [&](CLI::App *command) {
+        command->add_option("--mode", options.mode, "The application's mode")->required();
+        command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
+        command->add_option("--direction", options.direction, "Its direction")
+                ->capture_default_str()
+                ->check(directions);
+        command->add_option("--at", options.position, "Where it starts: X,Y from 0 to 1, x to the right, y down")
+                ->required()
+                ->check(checkPosition, "X,Y");
+    };
+
     CLI::App *command = add("list", "Show the gestures and their current actions", [&] {
         return list(text(options.app), text(options.kind), text(options.mode), options.json);
     });
@@ -101,14 +112,16 @@ int main(int argc, char *argv[])
     command = add("find", "Show the gesture that a touch matches, and its action",
                   [&] { return find(text(options.app), touchOf(options), options.json); });
     withApp(command)->required();
-    command->add_option("--mode", options.mode, "The application's mode")->required();
-    command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
-    command->add_option("--direction", options.direction, "Its direction")->capture_default_str()->check(directions);
-    command->add_option("--at", options.position, "Where it starts: X,Y from 0 to 1, x to the right, y down")
-            ->required()
-            ->check(checkPosition, "X,Y");
+    withTouch(command);
     withJson(command);
     command->footer("Example: gesturectl find --app reader --mode reading --kind tap --at 0.9,0.5");
+
+    command = add("explain", "Show why a touch matches a gesture, and where its action comes from",
+                  [&] { return explain(text(options.app), touchOf(options), options.json); });
+    withApp(command)->required();
+    withTouch(command);
+    withJson(command);
+    command->footer("Example: gesturectl explain --app reader --mode reading --kind hold --at 0.5,0.1");
 
     command = add("zones", "Show the zones that a configuration may name",
                   [&] { return zones(text(options.app), options.json); });
