@@ -46,6 +46,58 @@ struct Options
 };
 }
 
+namespace {
+// Help as man pages want it, too, which are made of it: headings of their own for examples, a comma and a
+// blank between the names of an option, and in place of a type's name what the option takes.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+    HelpFormatter()
+    {
+        label("Positionals", "Arguments");
+        label("SUBCOMMAND", "VERB");
+    }
+
+    std::string make_footer(const CLI::App *app) const override
+    {
+        std::string footer;
+        for (const std::string &line : CLI::detail::split(app->get_footer(), '\n')) {
+            const std::string mark = "Example: ";
+            if (line.compare(0, mark.size(), mark) == 0)
+                footer += (footer.empty() ? "Examples:\n  $ " : "\nExamples:\n  $ ") + line.substr(mark.size()) + '\n';
+            else
+                footer += line + '\n';
+        }
+        return footer;
+    }
+
+    std::string make_option_name(const CLI::Option *option, bool isPositional) const override
+    {
+        return CLI::detail::find_and_replace(Formatter::make_option_name(option, isPositional), ",", ", ");
+    }
+
+    // "TEXT:{tap,hold}" is {tap,hold}, "INT:NONNEGATIVE" is INT.
+    std::string make_option_opts(const CLI::Option *option) const override
+    {
+        const std::string type = option->get_type_name();
+        const std::size_t colon = type.find(':');
+        if (option->get_type_size() == 0 || option->get_positional())
+            return {};
+        return ' ' + (type.substr(0, colon) == "TEXT" ? type.substr(colon + 1) : type.substr(0, colon));
+    }
+
+    std::string make_option_desc(const CLI::Option *option) const override
+    {
+        std::string description = option->get_description();
+        if (option->get_required() && !option->get_positional())
+            description += " (required)";
+        if (!option->get_default_str().empty())
+            description += " (default: " + option->get_default_str() + ')';
+        return description;
+    }
+};
+}
+
 static Touch touchOf(const Options &options)
 {
     const QStringList numbers = text(options.position).split(QLatin1Char(','));
@@ -66,9 +118,15 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
 
 int main(int argc, char *argv[])
 {
-    CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.\n"
-                 "Exit status: 0 done, 1 nothing matches, 2 wrong use, 3 files that do not load or cannot be written.",
-                 "gesturectl");
+    CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.", "gesturectl");
+    cli.formatter(std::make_shared<HelpFormatter>());
+    cli.set_version_flag("--version", "gesturectl " GESTURECTL_VERSION, "Print the version and exit");
+    cli.footer("Exit status:\n"
+               "  0  done\n"
+               "  1  nothing matches\n"
+               "  2  wrong use\n"
+               "  3  files that do not load or cannot be written\n"
+               "Example: gesturectl list --app reader");
     cli.require_subcommand(0, 1); // none is told below, after what was not understood
 
     Options options;
@@ -79,10 +137,11 @@ int main(int argc, char *argv[])
     const auto add = [&](const char *name, const char *description, const std::function<Result<ExitStatus>()> &run) {
         CLI::App *command = cli.add_subcommand(name, description);
         command->callback([&verb, run] { verb = run; });
+        command->group("Verbs");
         return command;
     };
     const auto withApp = [&](CLI::App *command) {
-        return command->add_option("--app", options.app, "The application, such as reader");
+        return command->add_option("--app", options.app, "The application, such as reader")->type_name("APP");
     };
     const auto withJson = [&](CLI::App *command) { command->add_flag("--json", options.json, "Print JSON"); };
     const auto withGesture = [&](CLI::App *command) {
@@ -90,7 +149,7 @@ int main(int argc, char *argv[])
     };
 
     const auto withTouch = [&](CLI::App *command) {
-        command->add_option("--mode", options.mode, "The application's mode")->required();
+        command->add_option("--mode", options.mode, "The application's mode")->required()->type_name("MODE");
         command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
         command->add_option("--direction", options.direction, "Its direction")
                 ->capture_default_str()
@@ -105,7 +164,7 @@ int main(int argc, char *argv[])
     });
     withApp(command)->required();
     command->add_option("--kind", options.kind, "Only this kind")->check(kinds);
-    command->add_option("--mode", options.mode, "Only those that apply in this mode");
+    command->add_option("--mode", options.mode, "Only those that apply in this mode")->type_name("MODE");
     withJson(command);
     command->footer("Example: gesturectl list --app reader --kind swipe");
 
@@ -156,7 +215,7 @@ int main(int argc, char *argv[])
 
     try {
         cli.parse(argc, argv);
-    } catch (const CLI::Success &wanted) { // help
+    } catch (const CLI::Success &wanted) { // help, version
         return cli.exit(wanted);
     } catch (const CLI::ParseError &error) {
         printError(text(error.what()));
