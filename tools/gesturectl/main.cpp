@@ -60,15 +60,18 @@ public:
 
     std::string make_footer(const CLI::App *app) const override
     {
-        std::string footer;
+        const std::string mark = "Example: ";
+        std::string notes;
+        std::string examples;
         for (const std::string &line : CLI::detail::split(app->get_footer(), '\n')) {
-            const std::string mark = "Example: ";
             if (line.compare(0, mark.size(), mark) == 0)
-                footer += (footer.empty() ? "Examples:\n  $ " : "\nExamples:\n  $ ") + line.substr(mark.size()) + '\n';
+                examples += "  $ " + line.substr(mark.size()) + '\n';
             else
-                footer += line + '\n';
+                notes += line + '\n';
         }
-        return footer;
+        if (examples.empty())
+            return notes;
+        return notes + (notes.empty() ? "Examples:\n" : "\nExamples:\n") + examples;
     }
 
     std::string make_option_name(const CLI::Option *option, bool isPositional) const override
