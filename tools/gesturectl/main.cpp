@@ -1,3 +1,4 @@
+#include "helpformatter.h"
 #include "verbs.h"
 
 #include <analysis/devices.h>
@@ -126,9 +127,15 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
 
 int main(int argc, char *argv[])
 {
-    CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.\n"
-                 "Exit status: 0 done, 1 nothing matches, 2 wrong use, 3 files that do not load or cannot be written.",
-                 "gesturectl");
+    CLI::App cli("Looks into the touch-gesture configuration of an application, and changes it.", "gesturectl");
+    cli.formatter(std::make_shared<HelpFormatter>());
+    cli.set_version_flag("--version", "gesturectl " GESTURECTL_VERSION, "Print the version and exit");
+    cli.footer("Exit status:\n"
+               "  0  done\n"
+               "  1  nothing matches, or what was asked for was found wanting\n"
+               "  2  wrong use\n"
+               "  3  files that do not load or cannot be written\n"
+               "Example: gesturectl list --app reader");
     cli.require_subcommand(0, 1); // none is told below, after what was not understood
 
     Options options;
@@ -139,14 +146,26 @@ int main(int argc, char *argv[])
     const auto add = [&](const char *name, const char *description, const std::function<Result<ExitStatus>()> &run) {
         CLI::App *command = cli.add_subcommand(name, description);
         command->callback([&verb, run] { verb = run; });
+        command->group("Verbs");
         return command;
     };
     const auto withApp = [&](CLI::App *command) {
-        return command->add_option("--app", options.app, "The application, such as reader");
+        return command->add_option("--app", options.app, "The application, such as reader")->type_name("APP");
     };
     const auto withJson = [&](CLI::App *command) { command->add_flag("--json", options.json, "Print JSON"); };
     const auto withGesture = [&](CLI::App *command) {
         command->add_option("GESTURE", options.gesture, "The id of a gesture, as 'list' shows it")->required();
+    };
+
+    const auto withTouch = [&](CLI::App *command) {
+        command->add_option("--mode", options.mode, "The application's mode")->required()->type_name("MODE");
+        command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
+        command->add_option("--direction", options.direction, "Its direction")
+                ->capture_default_str()
+                ->check(directions);
+        command->add_option("--at", options.position, "Where it starts: X,Y from 0 to 1, x to the right, y down")
+                ->required()
+                ->check(checkPosition, "X,Y");
     };
 
     CLI::App *command = add("list", "Show the gestures and their current actions", [&] {
@@ -154,21 +173,23 @@ int main(int argc, char *argv[])
     });
     withApp(command)->required();
     command->add_option("--kind", options.kind, "Only this kind")->check(kinds);
-    command->add_option("--mode", options.mode, "Only those that apply in this mode");
+    command->add_option("--mode", options.mode, "Only those that apply in this mode")->type_name("MODE");
     withJson(command);
     command->footer("Example: gesturectl list --app reader --kind swipe");
 
     command = add("find", "Show the gesture that a touch matches, and its action",
                   [&] { return find(text(options.app), touchOf(options), options.json); });
     withApp(command)->required();
-    command->add_option("--mode", options.mode, "The application's mode")->required();
-    command->add_option("--kind", options.kind, "The kind of the touch")->required()->check(kinds);
-    command->add_option("--direction", options.direction, "Its direction")->capture_default_str()->check(directions);
-    command->add_option("--at", options.position, "Where it starts: X,Y from 0 to 1, x to the right, y down")
-            ->required()
-            ->check(checkPosition, "X,Y");
+    withTouch(command);
     withJson(command);
     command->footer("Example: gesturectl find --app reader --mode reading --kind tap --at 0.9,0.5");
+
+    command = add("explain", "Show why a touch matches a gesture, and where its action comes from",
+                  [&] { return explain(text(options.app), touchOf(options), options.json); });
+    withApp(command)->required();
+    withTouch(command);
+    withJson(command);
+    command->footer("Example: gesturectl explain --app reader --mode reading --kind hold --at 0.5,0.1");
 
     command = add("zones", "Show the zones that a configuration may name",
                   [&] { return zones(text(options.app), options.json); });
@@ -206,11 +227,12 @@ int main(int argc, char *argv[])
     CLI::Option *app = withApp(command);
     CLI::Option *allApps =
             command->add_flag("--all-apps", options.allApps, "All applications that have a configuration");
-    CLI::Option *config = command->add_option("--config", options.config, "This configuration");
+    CLI::Option *config = command->add_option("--config", options.config, "This configuration")->type_name("FILE");
     app->excludes(allApps)->excludes(config);
     config->excludes(allApps);
-    command->add_option("--bindings", options.bindings, "These bindings in place of the user's own");
-    command->add_option("--paths", options.paths, "This file in place of the system's application paths");
+    command->add_option("--bindings", options.bindings, "These bindings in place of the user's own")->type_name("FILE");
+    command->add_option("--paths", options.paths, "This file in place of the system's application paths")
+            ->type_name("FILE");
     command->add_option("--with", options.with, "The features that the device has, in place of this machine's")
             ->delimiter(',')
             ->check(CLI::IsMember(featureNames()))
@@ -218,11 +240,12 @@ int main(int argc, char *argv[])
     command->add_flag("--strict", options.strict, "Exit status 1 for warnings");
     command->add_option("--ignore", options.ignored, "Rules whose findings are not wanted")
             ->delimiter(',')
-            ->check(CLI::IsMember(ruleIds()), "RULE");
+            ->check(CLI::IsMember(ruleIds()))
+            ->type_name("RULE");
     command->add_option("--format", options.format, "How findings are printed")
             ->capture_default_str()
             ->check(CLI::IsMember({"text", "json", "sarif"}));
-    command->footer("Exit status: 0 no error, 1 warnings (--strict), 2 wrong use, 3 errors.\n"
+    command->footer("Errors give the exit status 3, warnings with --strict 1.\n"
                     "Example: gesturectl check --app reader --every-device --strict");
 
     command =
@@ -234,7 +257,7 @@ int main(int argc, char *argv[])
 
     try {
         cli.parse(argc, argv);
-    } catch (const CLI::Success &wanted) { // help
+    } catch (const CLI::Success &wanted) { // help, version
         return cli.exit(wanted);
     } catch (const CLI::ParseError &error) {
         printError(text(error.what()));

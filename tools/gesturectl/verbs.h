@@ -23,6 +23,8 @@ struct Touch
 /// An empty `kind` or `mode` shows all.
 Result<ExitStatus> list(const QString &appId, const QString &kind, const QString &mode, bool json);
 Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json);
+/// Why each gesture matches a touch or does not, and where the action comes from.
+Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json);
 /// An empty `appId` shows the predefined zones only.
 Result<ExitStatus> zones(const QString &appId, bool json);
 Result<ExitStatus> actions(const QString &appId, const QString &gestureId, bool json);

@@ -1,0 +1,355 @@
+#include "verbs.h"
+
+#include <gesture_api/action.h>
+
+#include <vellix/platform/baseutil.h>
+#include <vellix/platform/vxcomponents.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+
+#include <string>
+#include <vector>
+
+using namespace vellix;
+using namespace vellix::gesture;
+
+namespace gesturectl {
+
+namespace {
+// An alternative of a fallback list that the device does not support.
+struct Skipped
+{
+    QString path;
+    QStringList missing;
+};
+
+// What the file says that a gesture does by default: an action, or why there is none.
+struct FileDefault
+{
+    bool isList = false;
+    QString path;
+    QString fault;
+    QList<Skipped> skipped;
+};
+
+// Where the action of a gesture comes from.
+struct Origin
+{
+    QString from;
+    FileDefault fileDefault;
+    QString binding; // empty when the user chose nothing
+};
+
+struct Row
+{
+    const Gesture *gesture;
+    QString failed; // the first test of the lookup that it fails; empty when it matches
+    QString zone;   // its name, or its numbers alone
+};
+
+struct Explanation
+{
+    Touch touch;
+    QList<Row> rows;
+    const Gesture *winner = nullptr;
+    QStringList hidden; // later gestures that match as well
+    Origin origin;
+};
+}
+
+// The tests of the lookup in its order.
+static QString failedTest(const Gesture *gesture, const Touch &touch)
+{
+    if (!gesture->modes().isEmpty() && !gesture->modes().contains(touch.mode))
+        return QStringLiteral("mode");
+    if (gesture->kind() != touch.kind)
+        return QStringLiteral("kind");
+    if (gesture->direction() != touch.direction)
+        return QStringLiteral("direction");
+    if (!gesture->zone().contains(touch.position))
+        return QStringLiteral("zone");
+    return {};
+}
+
+static QString kindText(Gesture::Kind kind)
+{
+    return Gesture::kindToVariant(kind).toString();
+}
+
+static QString directionText(Gesture::Direction direction)
+{
+    return Gesture::directionToVariant(direction).toString();
+}
+
+// As short as it can be told exactly: what decides at an edge is not rounded away.
+static QString number(double value)
+{
+    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+}
+
+static QString zoneText(const QRectF &zone, const QVariant &name)
+{
+    const QString numbers =
+            QStringLiteral("(%1, %2, %3, %4)")
+                    .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
+    return name.userType() == QMetaType::QString ? name.toString() + QLatin1Char(' ') + numbers : numbers;
+}
+
+// Sorted: a gesture's features come from a set.
+static QStringList missingOf(const QList<Feature *> &features)
+{
+    QStringList names;
+    for (const Feature *feature : features) {
+        if (!feature->supported())
+            names.append(feature->name());
+    }
+    names.sort();
+    return names;
+}
+
+static FileDefault fileDefaultOf(const QVariant &value, const QList<Action *> &actions,
+                                 const FeaturesProvider *features, QObject *owner)
+{
+    FileDefault found;
+    found.isList = value.userType() == QMetaType::QVariantList;
+    if (!value.isValid())
+        return found;
+    for (const QVariant &alternative : found.isList ? value.toList() : QVariantList{value}) {
+        const auto action = Action::fromVariant(alternative, features, actions, owner);
+        if (action.isLeft()) {
+            found.fault = QString::fromStdString(action.left().records.front().message);
+            return found;
+        }
+        found.path = action.right()->path();
+        if (!found.isList || action.right()->supported())
+            return found;
+        found.skipped.append({found.path, missingOf(action.right()->featureList())});
+    }
+    found.path.clear();
+    found.fault = QStringLiteral("the device supports none of its list");
+    return found;
+}
+
+static Origin originOf(const Gesture *gesture, const QVariantMap &entry, const QVariantMap &root,
+                       const FeaturesProvider *features, const Bindings &bindings)
+{
+    QObject owner;
+    const auto actions =
+            Action::listFromVariant(root.value(QStringLiteral("actions"), QVariantList()), features, {}, {}, &owner);
+    Origin origin;
+    origin.fileDefault = fileDefaultOf(entry.value(QStringLiteral("defaultAction")),
+                                       actions.isRight() ? actions.right() : QList<Action *>(), features, &owner);
+    origin.binding = bindings.value(gesture->id());
+    if (entry.contains(QStringLiteral("currentAction")))
+        origin.from = QStringLiteral("currentAction");
+    else if (bindings.contains(gesture->id()))
+        origin.from = QStringLiteral("binding");
+    else
+        origin.from = origin.fileDefault.isList ? QStringLiteral("fallback") : QStringLiteral("defaultAction");
+    return origin;
+}
+
+static Explanation explanationOf(const Gestures &gestures, const QVariantMap &root, const Touch &touch,
+                                 const FeaturesProvider *features, const Bindings &bindings)
+{
+    Explanation explanation{touch, {}, nullptr, {}, {}};
+    const QVariantList entries = root.value(QStringLiteral("gestures")).toList();
+    for (int i = 0; i < gestures.size(); ++i) {
+        const Gesture *gesture = gestures.at(i);
+        const QVariantMap entry = entries.value(i).toMap();
+        const QString failed = failedTest(gesture, touch);
+        explanation.rows.append({gesture, failed, zoneText(gesture->zone(), entry.value(QStringLiteral("zone")))});
+        if (!failed.isEmpty())
+            continue;
+        if (explanation.winner) {
+            explanation.hidden.append(gesture->id());
+        } else {
+            explanation.winner = gesture;
+            explanation.origin = originOf(gesture, entry, root, features, bindings);
+        }
+    }
+    return explanation;
+}
+
+// Without one a zone holds no point, not even of its edges.
+static bool hasArea(const QRectF &zone)
+{
+    return zone.width() != 0 && zone.height() != 0;
+}
+
+// Both sides of the test that failed: what the gesture wants, and what the touch has.
+static QString outcomeOf(const Row &row, const Explanation &explanation)
+{
+    const Touch &touch = explanation.touch;
+    const auto wants = [&row](const QString &wanted, const QString &got) {
+        return QStringLiteral("%1: wants %2, got %3").arg(row.failed, wanted, got);
+    };
+    if (row.failed == QLatin1String("mode"))
+        return wants(row.gesture->modes().join(QStringLiteral(" or ")), touch.mode);
+    if (row.failed == QLatin1String("kind"))
+        return wants(kindText(row.gesture->kind()), kindText(touch.kind));
+    if (row.failed == QLatin1String("direction"))
+        return wants(directionText(row.gesture->direction()), directionText(touch.direction));
+    if (row.failed == QLatin1String("zone"))
+        return QStringLiteral("zone %1 %2does not hold %3,%4")
+                .arg(row.zone, hasArea(row.gesture->zone()) ? QString() : QStringLiteral("has no area and "),
+                     number(touch.position.x()), number(touch.position.y()));
+    if (row.gesture == explanation.winner)
+        return QStringLiteral("matches: wins");
+    return QStringLiteral("matches: hidden by ") + explanation.winner->id();
+}
+
+static void printRows(const Explanation &explanation)
+{
+    std::vector<std::string> ids;
+    for (const Row &row : explanation.rows)
+        ids.push_back(row.gesture->id().toStdString());
+    ids = Utf8::alignLeftByWhitespace(ids);
+    for (int i = 0; i < explanation.rows.size(); ++i)
+        print(QString::fromStdString(ids[static_cast<std::size_t>(i)]) + QStringLiteral("  ")
+              + outcomeOf(explanation.rows.at(i), explanation));
+    if (!explanation.rows.isEmpty())
+        print(QString());
+}
+
+static QString unsupported(const QStringList &missing)
+{
+    return missing.isEmpty()
+            ? QString()
+            : QStringLiteral("  [not on this device: no %1]").arg(missing.join(QStringLiteral(", no ")));
+}
+
+static QString originText(const Origin &origin)
+{
+    const FileDefault &fileDefault = origin.fileDefault;
+    if (origin.from == QLatin1String("fallback"))
+        return QStringLiteral("the fallback list in the file's 'defaultAction'");
+    if (origin.from == QLatin1String("defaultAction"))
+        return QStringLiteral("the file's 'defaultAction'");
+    if (origin.from == QLatin1String("currentAction"))
+        return QStringLiteral("the file's 'currentAction'")
+                + (origin.binding.isEmpty() ? QString()
+                                            : QStringLiteral(", which hides the user's binding to ") + origin.binding);
+    if (!fileDefault.fault.isEmpty())
+        return QStringLiteral("the user's binding; the file has no default for it: ") + fileDefault.fault;
+    if (fileDefault.path == origin.binding)
+        return QStringLiteral("the user's binding, which is the file's default, too");
+    return QStringLiteral("the user's binding, which replaces the file's default ") + fileDefault.path;
+}
+
+static void printText(const Explanation &explanation)
+{
+    printRows(explanation);
+    if (!explanation.winner) {
+        print(QStringLiteral("no gesture matches"));
+        return;
+    }
+    const Action *action = explanation.winner->currentAction();
+    print(QStringLiteral("gesture  ") + explanation.winner->id()
+          + unsupported(missingOf(explanation.winner->featureList())));
+    print(QStringLiteral("action   ") + action->path() + unsupported(missingOf(action->featureList())));
+    print(QStringLiteral("from     ") + originText(explanation.origin));
+    if (explanation.origin.from == QLatin1String("fallback")) {
+        for (const Skipped &skipped : explanation.origin.fileDefault.skipped)
+            print(QStringLiteral("skipped  ") + skipped.path + unsupported(skipped.missing));
+    }
+    if (!explanation.hidden.isEmpty())
+        print(QStringLiteral("hides    ") + explanation.hidden.join(QStringLiteral(", ")));
+}
+
+static QJsonValue wantedOf(const Row &row)
+{
+    if (row.failed == QLatin1String("mode"))
+        return QJsonArray::fromStringList(row.gesture->modes());
+    if (row.failed == QLatin1String("kind"))
+        return kindText(row.gesture->kind());
+    if (row.failed == QLatin1String("direction"))
+        return directionText(row.gesture->direction());
+    if (row.failed == QLatin1String("zone"))
+        return QJsonObject::fromVariantMap(Gesture::rectfToVariant(row.gesture->zone()).toMap());
+    return {};
+}
+
+static QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+static QJsonObject toJson(const Touch &touch)
+{
+    return {{QStringLiteral("mode"), touch.mode},
+            {QStringLiteral("kind"), kindText(touch.kind)},
+            {QStringLiteral("direction"), directionText(touch.direction)},
+            {QStringLiteral("at"),
+             QJsonObject{{QStringLiteral("x"), touch.position.x()}, {QStringLiteral("y"), touch.position.y()}}}};
+}
+
+static QJsonObject toJson(const Origin &origin)
+{
+    QJsonArray skipped;
+    if (origin.from == QLatin1String("fallback")) {
+        for (const Skipped &one : origin.fileDefault.skipped)
+            skipped.append(QJsonObject{{QStringLiteral("path"), one.path},
+                                       {QStringLiteral("missing"), QJsonArray::fromStringList(one.missing)}});
+    }
+    return {{QStringLiteral("from"), origin.from},
+            {QStringLiteral("skipped"), skipped},
+            {QStringLiteral("default"), textOrNull(origin.fileDefault.path)},
+            {QStringLiteral("binding"), textOrNull(origin.binding)}};
+}
+
+static QJsonObject toJson(const Explanation &explanation)
+{
+    QJsonArray rows;
+    for (const Row &row : explanation.rows)
+        rows.append(QJsonObject{{QStringLiteral("id"), row.gesture->id()},
+                                {QStringLiteral("failed"), textOrNull(row.failed)},
+                                {QStringLiteral("wanted"), wantedOf(row)}});
+    QJsonObject object{{QStringLiteral("touch"), toJson(explanation.touch)},
+                       {QStringLiteral("gestures"), rows},
+                       {QStringLiteral("gesture"), QJsonValue()},
+                       {QStringLiteral("action"), QJsonValue()},
+                       {QStringLiteral("origin"), QJsonValue()},
+                       {QStringLiteral("missing"), QJsonValue()},
+                       {QStringLiteral("hides"), QJsonArray::fromStringList(explanation.hidden)}};
+    if (const Gesture *winner = explanation.winner) {
+        object[QStringLiteral("gesture")] = winner->id();
+        object[QStringLiteral("action")] = winner->currentAction()->path();
+        object[QStringLiteral("origin")] = toJson(explanation.origin);
+        object[QStringLiteral("missing")] =
+                QJsonObject{{QStringLiteral("gesture"), QJsonArray::fromStringList(missingOf(winner->featureList()))},
+                            {QStringLiteral("action"),
+                             QJsonArray::fromStringList(missingOf(winner->currentAction()->featureList()))}};
+    }
+    return object;
+}
+
+Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
+{
+    const DefaultFeaturesProvider features;
+    QObject owner;
+    const auto paths = pathsOf(appId);
+    if (paths.isLeft())
+        return Left(paths.left());
+    const auto bindings = bindingsOf(paths.right());
+    if (bindings.isLeft())
+        return Left(bindings.left());
+    const auto gestures = gesturesOf(paths.right(), &features, bindings.right(), &owner);
+    if (gestures.isLeft())
+        return Left(gestures.left());
+    // Once more as it is written: a gesture does not tell where its action comes from.
+    const auto document = components::VariantLoader::loadJson(paths.right().defaultPath());
+    const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
+
+    const Explanation explanation = explanationOf(gestures.right(), root, touch, &features, bindings.right());
+    if (json)
+        print(QString::fromUtf8(QJsonDocument(toJson(explanation)).toJson().trimmed()));
+    else
+        printText(explanation);
+    return Right(explanation.winner ? Success : NoneMatches);
+}
+
+}
