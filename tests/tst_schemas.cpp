@@ -116,8 +116,8 @@ static const QVector<const char *> replacements{"null",      "true", "7",       
 
 using Mutant = QPair<QString, QJsonValue>;
 
-/// Adds a sample, and with one change for each change at each place that no sample had before; the elements of a
-/// list are one place.
+/// Adds a sample and copies of it with one change each: every change at every place that no sample had before. The
+/// elements of a list are one place.
 class Samples
 {
 public:
