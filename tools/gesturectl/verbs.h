@@ -2,7 +2,9 @@
 
 #include "application.h"
 
+#include <QJsonDocument>
 #include <QString>
+#include <QStringList>
 
 // One function for each verb: it prints to standard output and gives the exit status, or the failure
 // that ends it.
@@ -29,6 +31,14 @@ Result<ExitStatus> reset(const QString &appId);
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
 
 void print(const QString &line);
+void print(const QJsonDocument &document);
+/// Columns padded to their widest text; the last is left as it is.
+void printTable(const QList<QStringList> &rows);
 void printError(const QString &message);
+
+/// "-" for none.
+QString pathOf(const vellix::gesture::Action *action);
+/// Whether the user may choose this action.
+bool offers(const vellix::gesture::Gesture *gesture, const QString &actionPath);
 
 }
