@@ -30,6 +30,11 @@ static std::string checkPosition(const std::string &position)
     return {};
 }
 
+static std::string checkName(const std::string &file)
+{
+    return file.empty() ? "the name of the file is empty" : std::string();
+}
+
 namespace {
 // What the options of all verbs are read into.
 struct Options
@@ -140,6 +145,21 @@ int main(int argc, char *argv[])
     command->add_option("--count", options.count, "End after so many changes")->check(CLI::NonNegativeNumber);
     withJson(command);
     command->footer("Example: gesturectl watch --app reader");
+
+    // What an update, or another device, does to the user's choices.
+    std::string bindingsFile;
+    bool isDryRun = false;
+    command = add("export", "Print the user's choices as a file for 'import'",
+                  [&] { return exportBindings(text(options.app)); });
+    withApp(command)->required();
+    command->footer("Example: gesturectl export --app reader > choices.json");
+
+    command = add("import", "Replace the user's choices by those of a file, and show the difference",
+                  [&] { return importBindings(text(options.app), text(bindingsFile), isDryRun); });
+    withApp(command)->required();
+    command->add_option("FILE", bindingsFile, "What 'export' printed")->required()->check(checkName);
+    command->add_flag("--dry-run", isDryRun, "Only show the difference");
+    command->footer("Example: gesturectl import --app reader choices.json --dry-run");
 
     try {
         cli.parse(argc, argv);

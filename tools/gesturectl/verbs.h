@@ -29,6 +29,8 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
 Result<ExitStatus> reset(const QString &appId);
 /// Ends after `count` changes, or never when that is 0.
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
+Result<ExitStatus> exportBindings(const QString &appId);
+Result<ExitStatus> importBindings(const QString &appId, const QString &file, bool isDryRun);
 
 void print(const QString &line);
 void print(const QJsonDocument &document);
