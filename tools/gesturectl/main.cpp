@@ -147,8 +147,23 @@ int main(int argc, char *argv[])
     command->footer("Example: gesturectl watch --app reader");
 
     // What an update, or another device, does to the user's choices.
+    std::string oldFile;
+    std::string newFile;
     std::string bindingsFile;
+    bool isWriting = false;
     bool isDryRun = false;
+    command = add("doctor", "Show what an update of the default configuration does to the user's choices", [&] {
+        return doctor(text(oldFile), text(newFile), text(bindingsFile), text(options.app), isWriting, options.json);
+    });
+    command->add_option("--old", oldFile, "The configuration before the update")->required()->check(checkName);
+    command->add_option("--new", newFile, "The configuration after it")->required()->check(checkName);
+    command->add_option("--bindings", bindingsFile, "A file of choices")->check(checkName);
+    withApp(command)->description("In place of a file, the user's choices for this application");
+    command->add_flag("--write", isWriting, "Drop what the new configuration would refuse; the old file is kept");
+    withJson(command);
+    command->footer("Exit status 1 when a choice would be refused or could not be reached any more.\n"
+                    "Example: gesturectl doctor --old old.json --new new.json --app reader");
+
     command = add("export", "Print the user's choices as a file for 'import'",
                   [&] { return exportBindings(text(options.app)); });
     withApp(command)->required();

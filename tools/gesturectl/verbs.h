@@ -29,6 +29,10 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
 Result<ExitStatus> reset(const QString &appId);
 /// Ends after `count` changes, or never when that is 0.
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
+/// What the update of a default configuration does to a user's bindings: those of `bindingsFile`, or when that is
+/// empty the user's own of `appId`. With `isWriting` what would not load with the new one is dropped.
+Result<ExitStatus> doctor(const QString &oldFile, const QString &newFile, const QString &bindingsFile,
+                          const QString &appId, bool isWriting, bool json);
 Result<ExitStatus> exportBindings(const QString &appId);
 Result<ExitStatus> importBindings(const QString &appId, const QString &file, bool isDryRun);
 
