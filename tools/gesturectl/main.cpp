@@ -36,6 +36,11 @@ static std::string checkPosition(const std::string &position)
     return {};
 }
 
+static std::string checkName(const std::string &file)
+{
+    return file.empty() ? "the name of the file is empty" : std::string();
+}
+
 namespace {
 // What the options of all verbs are read into.
 struct Options
@@ -254,6 +259,35 @@ int main(int argc, char *argv[])
             ->required()
             ->check(CLI::IsMember({"gesture-config", "bindings", "application-paths"}));
     command->footer("Example: gesturectl schema gesture-config > gesture-config.schema.json");
+    // What an update, or another device, does to the user's choices.
+    std::string oldFile;
+    std::string newFile;
+    std::string bindingsFile;
+    bool isWriting = false;
+    bool isDryRun = false;
+    command = add("doctor", "Show what an update of the default configuration does to the user's choices", [&] {
+        return doctor(text(oldFile), text(newFile), text(bindingsFile), text(options.app), isWriting, options.json);
+    });
+    command->add_option("--old", oldFile, "The configuration before the update")->required()->check(checkName);
+    command->add_option("--new", newFile, "The configuration after it")->required()->check(checkName);
+    command->add_option("--bindings", bindingsFile, "A file of choices")->check(checkName);
+    withApp(command)->description("In place of a file, the user's choices for this application");
+    command->add_flag("--write", isWriting, "Drop what the new configuration would refuse; the old file is kept");
+    withJson(command);
+    command->footer("Exit status 1 when a choice would be refused or could not be reached any more.\n"
+                    "Example: gesturectl doctor --old old.json --new new.json --app reader");
+
+    command = add("export", "Print the user's choices as a file for 'import'",
+                  [&] { return exportBindings(text(options.app)); });
+    withApp(command)->required();
+    command->footer("Example: gesturectl export --app reader > choices.json");
+
+    command = add("import", "Replace the user's choices by those of a file, and show the difference",
+                  [&] { return importBindings(text(options.app), text(bindingsFile), isDryRun); });
+    withApp(command)->required();
+    command->add_option("FILE", bindingsFile, "What 'export' printed")->required()->check(checkName);
+    command->add_flag("--dry-run", isDryRun, "Only show the difference");
+    command->footer("Example: gesturectl import --app reader choices.json --dry-run");
 
     try {
         cli.parse(argc, argv);

@@ -1,5 +1,7 @@
 #include "verbs.h"
 
+#include "bindingsfile.h"
+
 #include <gesture_api/gestureservice.h>
 
 #include <QFileInfo>
@@ -7,16 +9,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 
 using namespace vellix;
 using namespace vellix::gesture;
-using ActionBindings = Configuration::ActionBindings;
 
 namespace gesturectl {
 
@@ -31,13 +28,12 @@ void printError(const QString &message)
     std::fputs((QStringLiteral("gesturectl: ") + message + QLatin1Char('\n')).toUtf8().constData(), stderr);
 }
 
-static void print(const QJsonDocument &document)
+void print(const QJsonDocument &document)
 {
     print(QString::fromUtf8(document.toJson(QJsonDocument::Indented).trimmed()));
 }
 
-// Columns padded to their widest text; the last is left as it is.
-static void printTable(const QList<QStringList> &rows)
+void printTable(const QList<QStringList> &rows)
 {
     const int columns = rows.isEmpty() ? 0 : rows.first().size();
     std::vector<QStringList> aligned(static_cast<std::size_t>(rows.size()));
@@ -75,7 +71,7 @@ static Result<Loaded> load(const QString &appId, const FeaturesProvider *feature
     });
 }
 
-static QString pathOf(const Action *action)
+QString pathOf(const Action *action)
 {
     return action ? action->path() : QStringLiteral("-");
 }
@@ -191,11 +187,9 @@ Result<ExitStatus> zones(const QString &appId, bool json)
 
 static Result<Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id)
 {
-    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
-                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
-    if (found == gestures.cend())
-        return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
-    return Right(*found);
+    if (Gesture *gesture = gestureById(gestures, id))
+        return Right(gesture);
+    return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
 }
 
 // Whether a node stands for its action itself and not for a menu on the way to it.
@@ -255,54 +249,11 @@ Result<ExitStatus> actions(const QString &appId, const QString &gestureId, bool 
     });
 }
 
-static bool offers(const Gesture *gesture, const QString &actionPath)
+bool offers(const Gesture *gesture, const QString &actionPath)
 {
     const QList<Action *> &available = gesture->availableActions();
     return std::any_of(available.cbegin(), available.cend(),
                        [&](const Action *action) { return action->path() == actionPath; });
-}
-
-// Writes exactly these bindings: a save of all gestures would pin every default that the user left alone.
-static Result<ExitStatus> write(const ApplicationPaths &paths, const Gestures &gestures, const Bindings &bindings)
-{
-    Gestures bound;
-    for (Gesture *gesture : gestures) {
-        if (!bindings.contains(gesture->id()))
-            continue;
-        gesture->setCurrentAction(gesture->defaultAction());
-        bound.append(gesture);
-    }
-    const auto written = ActionBindings::saveJson(paths.currentPath(), bound);
-    if (written.isLeft())
-        return Left(Failure{BadFiles, written.left()});
-    if (written.right() < 0)
-        return Left(Failure{BadFiles, resolved(paths.currentPath()) + QStringLiteral(": could not be written")});
-    return Right(Success);
-}
-
-namespace {
-// One binding at a time: what another process binds between our reading and our writing would be lost.
-// The lock is on the configuration, which is always there, and goes with the descriptor.
-class BindLock
-{
-public:
-    explicit BindLock(const ApplicationPaths &paths)
-        : m_descriptor(open(qPrintable(resolved(paths.defaultPath())), O_RDONLY | O_NONBLOCK | O_CLOEXEC))
-    {
-        if (m_descriptor >= 0)
-            flock(m_descriptor, LOCK_EX);
-    }
-    ~BindLock()
-    {
-        if (m_descriptor >= 0)
-            close(m_descriptor);
-    }
-    BindLock(const BindLock &) = delete;
-    BindLock &operator=(const BindLock &) = delete;
-
-private:
-    const int m_descriptor;
-};
 }
 
 Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QString &actionPath)
@@ -340,7 +291,7 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
         return refuse(QStringLiteral("gesture '%1' always does '%2': its 'currentAction' hides every binding")
                               .arg(gestureId, pathOf(bound->currentAction())));
 
-    return write(paths.right(), gestures.right(), wanted).map([&](ExitStatus status) {
+    return writeBindings(paths.right(), gestures.right(), wanted).map([&](ExitStatus status) {
         print(gestureId + QStringLiteral(" is bound to ") + actionPath);
         return status;
     });

@@ -2,6 +2,7 @@
 
 #include "application.h"
 
+#include <QJsonDocument>
 #include <QString>
 #include <QStringList>
 
@@ -32,6 +33,12 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
 Result<ExitStatus> reset(const QString &appId);
 /// Ends after `count` changes, or never when that is 0.
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
+/// What the update of a default configuration does to a user's bindings: those of `bindingsFile`, or when that is
+/// empty the user's own of `appId`. With `isWriting` what would not load with the new one is dropped.
+Result<ExitStatus> doctor(const QString &oldFile, const QString &newFile, const QString &bindingsFile,
+                          const QString &appId, bool isWriting, bool json);
+Result<ExitStatus> exportBindings(const QString &appId);
+Result<ExitStatus> importBindings(const QString &appId, const QString &file, bool isDryRun);
 
 struct CheckRequest
 {
@@ -54,6 +61,14 @@ Result<ExitStatus> check(const CheckRequest &request);
 Result<ExitStatus> schema(const QString &name);
 
 void print(const QString &line);
+void print(const QJsonDocument &document);
+/// Columns padded to their widest text; the last is left as it is.
+void printTable(const QList<QStringList> &rows);
 void printError(const QString &message);
+
+/// "-" for none.
+QString pathOf(const vellix::gesture::Action *action);
+/// Whether the user may choose this action.
+bool offers(const vellix::gesture::Gesture *gesture, const QString &actionPath);
 
 }

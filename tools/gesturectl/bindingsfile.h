@@ -1,0 +1,34 @@
+#pragma once
+
+#include "application.h"
+
+// Writing a user's bindings.
+
+namespace gesturectl {
+
+/// One change of the bindings at a time: what another process binds between our reading and our writing would be lost.
+/// The lock is on the configuration, which is always there, and goes with the descriptor.
+class BindLock
+{
+public:
+    explicit BindLock(const vellix::gesture::ApplicationPaths &paths);
+    ~BindLock();
+    BindLock(const BindLock &) = delete;
+    BindLock &operator=(const BindLock &) = delete;
+
+private:
+    const int m_descriptor;
+};
+
+/// Writes exactly these bindings, where `gestures` were loaded with them: a save of all gestures would pin every
+/// default that the user left alone.
+Result<ExitStatus> writeBindings(const vellix::gesture::ApplicationPaths &paths, const Gestures &gestures,
+                                 const Bindings &bindings);
+
+/// The bindings of a file that must be there.
+Result<Bindings> bindingsOfFile(const vellix::gesture::ApplicationPaths &paths);
+
+/// The first gesture of this id, or null.
+vellix::gesture::Gesture *gestureById(const Gestures &gestures, const QString &id);
+
+}
