@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 
 #include <cstdio>
 #include <functional>
@@ -30,6 +31,14 @@ static std::string checkPosition(const std::string &position)
     return {};
 }
 
+// By the name alone, before anything is read.
+static std::string checkPicture(const std::string &file)
+{
+    const QString name = text(file);
+    const auto ends = [&name](const char *suffix) { return name.endsWith(QLatin1String(suffix), Qt::CaseInsensitive); };
+    return ends(".svg") || ends(".png") ? std::string() : "'" + file + "' is neither .svg nor .png";
+}
+
 namespace {
 // What the options of all verbs are read into.
 struct Options
@@ -41,6 +50,7 @@ struct Options
     std::string position;
     std::string gesture;
     std::string action;
+    std::string picture;
     int count = 0;
     bool json = false;
 };
@@ -61,7 +71,11 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
         return std::make_unique<QCoreApplication>(argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(argc, argv);
+    // It would tell that there is no directory for sockets and the like; none is needed.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    auto application = std::make_unique<QGuiApplication>(argc, argv);
+    QLoggingCategory::setFilterRules(QString());
+    return application;
 }
 
 int main(int argc, char *argv[])
@@ -140,6 +154,18 @@ int main(int argc, char *argv[])
     command->add_option("--count", options.count, "End after so many changes")->check(CLI::NonNegativeNumber);
     withJson(command);
     command->footer("Example: gesturectl watch --app reader");
+
+    std::string only; // a direction; that of a touch has a default
+    command = add("map", "Draw the zones of the gestures, in the order of the lookup", [&] {
+        return map(text(options.app), {text(options.mode), text(options.kind), text(only)}, text(options.picture));
+    });
+    withApp(command)->required();
+    command->add_option("--mode", options.mode, "Only what applies in this mode");
+    command->add_option("--kind", options.kind, "Only this kind")->check(kinds);
+    command->add_option("--direction", only, "Only this direction")->check(directions);
+    command->add_option("-o,--output", options.picture, "Draw to this file, else in characters")
+            ->check(checkPicture, ".svg or .png");
+    command->footer("Example: gesturectl map --app reader --mode reading -o reading.svg");
 
     try {
         cli.parse(argc, argv);

@@ -17,6 +17,14 @@ struct Touch
     QPointF position;
 };
 
+/// What a map shows; all of what is empty.
+struct MapFilter
+{
+    QString mode;
+    QString kind;
+    QString direction;
+};
+
 /// An empty `kind` or `mode` shows all.
 Result<ExitStatus> list(const QString &appId, const QString &kind, const QString &mode, bool json);
 Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json);
@@ -27,6 +35,8 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
 Result<ExitStatus> reset(const QString &appId);
 /// Ends after `count` changes, or never when that is 0.
 Result<ExitStatus> watch(const QString &appId, int count, bool json);
+/// Draws to an .svg or .png file, or in characters to standard output when `file` is empty.
+Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file);
 
 void print(const QString &line);
 void printError(const QString &message);

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "drawing.h"
+
+// The map of an application's zones in the terminal's own characters.
+
+namespace gesturectl {
+
+/// The lines of a panel: title, screen and legend.
+QStringList textDrawing(const Panel &panel);
+
+}
