@@ -26,14 +26,16 @@ static const double margin = 40;
 static const double gap = 36;
 static const double indent = 32; // of a legend's text, behind its number
 static const double lineHeight = 16;
+static const double largeLineHeight = 18;
+static const double smallLineHeight = 11;
 static const double titleHeight = 28;
-static const double padding = 5; // of a label in its zone
-static const int mostColumns = 4;
-static const int legendLines = 80; // a longer legend goes on in the next column
+static const double padding = 5;    // of a label in its zone
+static const int fewestColumns = 4; // of a page that has so many panels
+static const int legendLines = 80;  // a longer legend goes on in the next column
 // Another program draws an SVG with another font: a text may become a bit wider than measured.
 static const double spare = 0.94;
 
-static const int longestText = 120;
+static const int longestText = 80;
 static const int mostLosses = 5;
 
 static const double largestSide = 32767; // of a picture of Qt
@@ -112,7 +114,7 @@ QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nam
     if (!texts.isEmpty())
         texts.first().prepend(QStringLiteral("loses "));
     if (entry.reach.none)
-        texts.append(losses.isEmpty() ? QStringLiteral("never fires: nothing of its zone is on the screen")
+        texts.append(losses.isEmpty() ? QStringLiteral("never fires: its zone has no area on the screen")
                                       : QStringLiteral("never fires"));
     return texts;
 }
@@ -128,7 +130,7 @@ QString deadText(const Panel &panel)
 // Text on the page.
 
 namespace {
-enum Face { Plain, Bold, Large };
+enum Face { Plain, Bold, Large, Small };
 
 struct Line
 {
@@ -157,7 +159,7 @@ struct Label
 static QFont fontOf(Face face)
 {
     QFont font(QStringLiteral("sans-serif"));
-    font.setPixelSize(face == Large ? 16 : 12);
+    font.setPixelSize(face == Large ? 16 : face == Small ? 9 : 12);
     font.setBold(face != Plain);
     return font;
 }
@@ -165,8 +167,13 @@ static QFont fontOf(Face face)
 static const QFontMetricsF &metricsOf(Face face)
 {
     static const QFontMetricsF metrics[] = {QFontMetricsF(fontOf(Plain)), QFontMetricsF(fontOf(Bold)),
-                                            QFontMetricsF(fontOf(Large))};
+                                            QFontMetricsF(fontOf(Large)), QFontMetricsF(fontOf(Small))};
     return metrics[face];
+}
+
+static double heightOf(Face face)
+{
+    return face == Large ? largeLineHeight : face == Small ? smallLineHeight : lineHeight;
 }
 
 static double widthOf(const QString &text, Face face)
@@ -323,9 +330,11 @@ static QRegion contestedRegion(const Panel &panel)
 static std::optional<Label> labelOf(const QVector<Line> &lines, const QPointF &centre, const QSizeF &room,
                                     bool isUpright)
 {
-    Label label{lines, centre, QSizeF(0, lines.size() * lineHeight + 2), isUpright};
-    for (const Line &line : lines)
+    Label label{lines, centre, QSizeF(0, 0), isUpright};
+    for (const Line &line : lines) {
         label.size.setWidth(std::max(label.size.width(), widthOf(line.text, line.face)));
+        label.size.rheight() += heightOf(line.face);
+    }
     if (label.size.width() > room.width() || label.size.height() > room.height())
         return std::nullopt;
     return label;
@@ -379,7 +388,11 @@ static std::optional<Label> labelIn(const QRectF &part, const Texts &texts)
         if (const auto label = form(texts, part.center(), room.transposed(), true))
             return label;
     }
-    return labelOf({{texts.number, Large}}, part.center(), part.size(), false);
+    for (const Face face : {Large, Bold, Small}) {
+        if (const auto label = labelOf({{texts.number, face}}, part.center(), part.size(), false))
+            return label;
+    }
+    return std::nullopt;
 }
 
 static QRectF boxOf(const Label &label)
@@ -399,7 +412,7 @@ static void drawLabel(QPainter *painter, const Label &label)
     double y = -label.size.height() / 2;
     for (const Line &line : label.lines) {
         drawText(painter, QPointF(-metricsOf(line.face).horizontalAdvance(line.text) / 2, y), line.text, line.face);
-        y += line.face == Large ? lineHeight + 2 : lineHeight;
+        y += heightOf(line.face);
     }
     painter->restore();
 }
@@ -425,7 +438,7 @@ static bool isFree(const QRectF &box, const QVector<QRectF> &taken)
 // The nearest place around a point.
 static std::optional<QRectF> placeNear(const QPointF &point, const QSizeF &size, const QVector<QRectF> &taken)
 {
-    for (const double distance : {14, 26, 38, 50, 62}) {
+    for (const double distance : {14, 26}) {
         for (int eighth = 0; eighth < 8; ++eighth) {
             const double angle = eighth * M_PI / 4;
             const QPointF centre =
@@ -478,12 +491,12 @@ static void drawLeader(QPainter *painter, const QPointF &from, const QRectF &box
 
 static void drawNumberOutside(QPainter *painter, int index, const QRectF &part, QVector<QRectF> *taken)
 {
-    const QSizeF size(widthOf(numberOf(index), Large), lineHeight + 2);
+    const QSizeF size(widthOf(numberOf(index), Bold), lineHeight);
     const auto box = placeNear(part.center(), size, *taken);
     if (!box)
         return; // the legend still has it
     drawLeader(painter, part.center(), *box);
-    drawLabel(painter, {{{numberOf(index), Large}}, box->center(), size, false});
+    drawLabel(painter, {{{numberOf(index), Bold}}, box->center(), size, false});
     taken->append(*box);
 }
 
@@ -563,13 +576,13 @@ static int lineCount(const QVector<Block> &blocks)
                            [](int sum, const Block &block) { return sum + block.size(); });
 }
 
-static Legend legendOf(const Panel &panel)
+static Legend legendOf(const Panel &panel, int mostColumns)
 {
     QVector<Block> blocks;
     for (int i = 0; i < panel.entries.size(); ++i)
         blocks.append(blockOf(panel, i));
     const int count = lineCount(blocks);
-    const int columns = std::clamp((count + legendLines - 1) / legendLines, 1, 2 * mostColumns);
+    const int columns = std::clamp((count + legendLines - 1) / legendLines, 1, mostColumns);
     Legend legend;
     legend.columns.append(QVector<Block>());
     int lines = 0;
@@ -717,12 +730,14 @@ static Layout layoutOf(const Page &page)
 {
     Layout layout;
     int legendColumns = 1;
+    const int mostLegendColumns = std::max(1, 2 * fewestColumns / page.panels.size());
     for (const Panel &panel : page.panels) {
-        layout.legends.append(legendOf(panel));
+        layout.legends.append(legendOf(panel, mostLegendColumns));
         layout.cellWidth = std::max(layout.cellWidth, widthOf(layout.legends.last()));
         legendColumns = std::max(legendColumns, layout.legends.last().columns.size());
     }
-    layout.columns = std::clamp(mostColumns / legendColumns, 1, page.panels.size());
+    const int columns = std::max(fewestColumns, int(std::sqrt(page.panels.size())));
+    layout.columns = std::clamp(columns / legendColumns, 1, page.panels.size());
     const double width = layout.columns * (layout.cellWidth + gap) - gap;
     layout.headHeight = 52 + placesOfKey(width).last().y() + gap;
     double height = layout.headHeight;

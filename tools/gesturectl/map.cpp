@@ -18,7 +18,8 @@ using analysis::Mode;
 
 namespace gesturectl {
 
-// A page of more zones than this could not be looked at, and takes gigabytes.
+// A larger page could not be looked at, and would take gigabytes.
+static const int mostPanels = 2000;
 static const int mostZones = 20000;
 
 namespace {
@@ -29,16 +30,17 @@ struct Choice
     Gesture::Kind kind;
     Gesture::Direction direction;
     Gestures gestures;
+    QString modeName;
 };
 }
 
-static Choice choiceOf(const Gestures &gestures, const Mode &mode, Gesture::Kind kind, Gesture::Direction direction)
+static Gestures matching(const Gestures &gestures, const Mode &mode, Gesture::Kind kind, Gesture::Direction direction)
 {
-    Choice choice{mode, kind, direction, {}};
-    std::copy_if(gestures.cbegin(), gestures.cend(), std::back_inserter(choice.gestures), [&](const Gesture *gesture) {
+    Gestures some;
+    std::copy_if(gestures.cbegin(), gestures.cend(), std::back_inserter(some), [&](const Gesture *gesture) {
         return gesture->kind() == kind && gesture->direction() == direction && analysis::applies(gesture, mode);
     });
-    return choice;
+    return some;
 }
 
 static bool isWanted(const Gesture *gesture, const MapFilter &filter)
@@ -54,25 +56,29 @@ static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filt
     const QVector<Mode> modes = filter.mode.isEmpty() ? analysis::modesOf(gestures) : QVector<Mode>{Mode(filter.mode)};
     QVector<Choice> choices;
     for (const Mode &mode : modes) {
+        const QString name = mode   ? QStringLiteral("mode ") + shown(*mode)
+                : modes.size() == 1 ? QStringLiteral("any mode")
+                                    : QStringLiteral("any other mode");
         std::set<std::pair<Gesture::Kind, Gesture::Direction>> touches;
         for (const Gesture *gesture : gestures) {
             if (analysis::applies(gesture, mode) && isWanted(gesture, filter))
                 touches.insert({gesture->kind(), gesture->direction()});
         }
         for (const auto &[kind, direction] : touches)
-            choices.append(choiceOf(gestures, mode, kind, direction));
+            choices.append({mode, kind, direction, matching(gestures, mode, kind, direction), name});
     }
     return choices;
 }
 
 static QString titleOf(const Choice &choice)
 {
-    const QString mode = choice.mode ? QStringLiteral("mode ") + shown(*choice.mode) : QStringLiteral("any other mode");
-    const QString kind = Gesture::kindToVariant(choice.kind).toString();
+    QString touch = Gesture::kindToVariant(choice.kind).toString();
     const bool isMovement = choice.kind == Gesture::Swipe || choice.kind == Gesture::Drag;
-    if (choice.direction == Gesture::NoDirection)
-        return mode + QStringLiteral(", ") + kind + (isMovement ? QStringLiteral(" without direction") : QString());
-    return QStringLiteral("%1, %2 %3").arg(mode, kind, Gesture::directionToVariant(choice.direction).toString());
+    if (choice.direction != Gesture::NoDirection)
+        touch += QLatin1Char(' ') + Gesture::directionToVariant(choice.direction).toString();
+    else if (isMovement)
+        touch += QStringLiteral(" without direction");
+    return QStringLiteral("%1, %2").arg(choice.modeName, touch);
 }
 
 static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
@@ -122,10 +128,11 @@ static Result<ExitStatus> draw(const QString &appId, const QString &configuratio
 {
     const int count = std::accumulate(choices.cbegin(), choices.cend(), 0,
                                       [](int sum, const Choice &choice) { return sum + choice.gestures.size(); });
-    if (count > mostZones)
+    if (choices.size() > mostPanels || count > mostZones)
         return Left(Failure{BadFiles,
-                            QStringLiteral("%1 zones are too many for one page: narrow it with --mode, --kind or "
-                                           "--direction")
+                            QStringLiteral("%1 panels with %2 zones are too many for one page: narrow it with --mode, "
+                                           "--kind or --direction")
+                                    .arg(choices.size())
                                     .arg(count)});
     Page page{appId, configuration, {}};
     for (const Choice &choice : choices)
