@@ -118,7 +118,16 @@ static Result<ExitStatus> write(const QString &file, const QByteArray &bytes)
     if (info.exists() && !info.isFile())
         return refuse(QStringLiteral("is no regular file"));
     QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
+    if (!out.open(QIODevice::WriteOnly))
+        return refuse(out.errorString());
+    // A disk that gets full takes a part, and tells why at the next try only.
+    for (int done = 0; done < bytes.size();) {
+        const qint64 taken = out.write(bytes.constData() + done, bytes.size() - done);
+        if (taken <= 0)
+            return refuse(out.errorString());
+        done += int(taken);
+    }
+    if (!out.commit())
         return refuse(out.errorString());
     return Right(Success);
 }
