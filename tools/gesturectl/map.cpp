@@ -1,3 +1,4 @@
+#include "drawing.h"
 #include "textdrawing.h"
 #include "verbs.h"
 
@@ -179,7 +180,7 @@ Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QStr
 
     const QVector<Choice> choices = choicesOf(gestures.right(), filter);
     if (choices.isEmpty())
-        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(appId)});
+        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(shown(appId))});
     const QString configuration = resolved(paths.right().defaultPath());
     if (!file.isEmpty())
         return draw(appId, configuration, choices, zones.right(), file);

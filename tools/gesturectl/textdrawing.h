@@ -1,6 +1,8 @@
 #pragma once
 
-#include "drawing.h"
+#include "panel.h"
+
+#include <QStringList>
 
 // The map of an application's zones in the terminal's own characters.
 
