@@ -21,6 +21,14 @@ struct Touch
     QPointF position;
 };
 
+/// What a map shows; all of what is empty.
+struct MapFilter
+{
+    QString mode;
+    QString kind;
+    QString direction;
+};
+
 /// An empty `kind` or `mode` shows all.
 Result<ExitStatus> list(const QString &appId, const QString &kind, const QString &mode, bool json);
 Result<ExitStatus> find(const QString &appId, const Touch &touch, bool json);
@@ -59,6 +67,8 @@ Result<ExitStatus> check(const CheckRequest &request);
 
 /// "gesture-config", "bindings" or "application-paths".
 Result<ExitStatus> schema(const QString &name);
+/// Draws to an .svg or .png file, or in characters to standard output when `file` is empty.
+Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file);
 
 void print(const QString &line);
 void print(const QJsonDocument &document);

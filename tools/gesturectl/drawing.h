@@ -1,0 +1,25 @@
+#pragma once
+
+#include "application.h"
+#include "panel.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+// The map of an application's zones as a picture in black and white.
+
+namespace gesturectl {
+
+struct Page
+{
+    QString application;
+    QString file;
+    QVector<Panel> panels;
+};
+
+QByteArray svg(const Page &page);
+/// Fails when the picture would be too large.
+Result<QByteArray> png(const Page &page);
+
+}

@@ -1,0 +1,159 @@
+#include "textdrawing.h"
+
+#include <vellix/platform/baseutil.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vellix;
+
+namespace gesturectl {
+
+// A character is about twice as high as wide: this is a screen of 3 by 4.
+static const int columns = 48;
+static const int rows = 32;
+
+static const char *const symbols = "123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+static const int symbolCount = 61;
+static const int nobody = -1;
+
+// Which entry each cell shows, row by row.
+using Cells = QVector<int>;
+
+static QChar symbolOf(int index)
+{
+    if (index == nobody)
+        return QLatin1Char('.');
+    return QLatin1Char(index < symbolCount ? symbols[index] : '#');
+}
+
+// A legend tells those apart that have to share a symbol.
+static QString nameOf(int index)
+{
+    return index < symbolCount ? QString(symbolOf(index)) : QStringLiteral("#%1").arg(index + 1);
+}
+
+static int winnerAt(const Panel &panel, const QPointF &position)
+{
+    for (int i = 0; i < panel.entries.size(); ++i) {
+        if (panel.entries.at(i).gesture->zone().contains(position))
+            return i;
+    }
+    return nobody;
+}
+
+static Cells cellsOf(const Panel &panel)
+{
+    Cells cells;
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column)
+            cells.append(winnerAt(panel, QPointF((column + 0.5) / columns, (row + 0.5) / rows)));
+    }
+    return cells;
+}
+
+namespace {
+struct Range
+{
+    int first;
+    int last;
+};
+}
+
+// The cells of which a side holds the centres; if it is too short for that, the one that it lies in.
+static Range cellsAlong(double from, double to, int count)
+{
+    const Range centres{int(std::ceil(from * count - 0.5)), int(std::floor(to * count - 0.5))};
+    if (centres.first <= centres.last)
+        return centres;
+    const int only = std::clamp(int((from + to) / 2 * count), 0, count - 1);
+    return {only, only};
+}
+
+static QRectF largest(const QVector<QRectF> &pieces)
+{
+    return *std::max_element(pieces.cbegin(), pieces.cend(), [](const QRectF &a, const QRectF &b) {
+        return a.width() * a.height() < b.width() * b.height();
+    });
+}
+
+// Shows an entry that holds no cell's centre, but takes no other's last cell for it.
+static void force(Cells *cells, int index, const QRectF &piece)
+{
+    const Range across = cellsAlong(piece.left(), piece.right(), columns);
+    const Range down = cellsAlong(piece.top(), piece.bottom(), rows);
+    for (int row = down.first; row <= down.last; ++row) {
+        for (int column = across.first; column <= across.last; ++column) {
+            int &cell = (*cells)[row * columns + column];
+            if (cell == nobody || cells->count(cell) > 1)
+                cell = index;
+        }
+    }
+}
+
+static QString frame(const char16_t *left, const char16_t *right)
+{
+    return QString::fromUtf16(left) + QString(columns, QChar(0x2500)) + QString::fromUtf16(right);
+}
+
+static QStringList screenOf(const Cells &cells)
+{
+    QStringList lines{frame(u"┌", u"┐")};
+    for (int row = 0; row < rows; ++row) {
+        QString line;
+        for (int column = 0; column < columns; ++column)
+            line.append(symbolOf(cells.at(row * columns + column)));
+        lines.append(QStringLiteral("│%1│").arg(line));
+    }
+    return lines << frame(u"└", u"┘");
+}
+
+static QStringList aligned(const QVector<QStringList> &table)
+{
+    QStringList lines;
+    for (int i = 0; i < table.size(); ++i)
+        lines.append(QString());
+    for (int column = 0; !table.isEmpty() && column < table.first().size(); ++column) {
+        std::vector<std::string> texts;
+        for (const QStringList &row : table)
+            texts.push_back(row.at(column).toStdString());
+        texts = Utf8::alignLeftByWhitespace(texts);
+        for (int i = 0; i < table.size(); ++i)
+            lines[i] += QString::fromStdString(texts[std::size_t(i)]) + QStringLiteral("  ");
+    }
+    for (QString &line : lines) {
+        while (line.endsWith(QLatin1Char(' ')))
+            line.chop(1);
+    }
+    return lines;
+}
+
+QStringList textDrawing(const Panel &panel)
+{
+    Cells cells = cellsOf(panel);
+    QVector<bool> isForced;
+    for (int i = 0; i < panel.entries.size(); ++i) {
+        const analysis::Reach &reach = panel.entries.at(i).reach;
+        isForced.append(!reach.none && !cells.contains(i));
+        if (isForced.last())
+            force(&cells, i, largest(reach.left));
+    }
+
+    QVector<QStringList> legend;
+    for (int i = 0; i < panel.entries.size(); ++i) {
+        const Panel::Entry &entry = panel.entries.at(i);
+        QStringList notes = remarks(panel, entry, nameOf);
+        if (isForced.at(i))
+            notes.append(cells.contains(i) ? QStringLiteral("smaller than drawn")
+                                           : QStringLiteral("too small to be drawn"));
+        legend.append({nameOf(i), shown(entry.gesture->id()), entry.zone, actionText(entry),
+                       notes.join(QStringLiteral(", "))});
+    }
+
+    QStringList lines = QStringList(panel.title) + screenOf(cells) + aligned(legend);
+    if (!panel.dead.isEmpty())
+        lines.append(QStringLiteral(".  ") + deadText(panel));
+    return lines;
+}
+
+}
