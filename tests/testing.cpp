@@ -81,6 +81,21 @@ QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
+Run ended(QProcess *process)
+{
+    if (!process->waitForFinished(120'000))
+        return {-1, QString(), process->errorString()};
+    return {process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -2,
+            QString::fromUtf8(process->readAllStandardOutput()), QString::fromUtf8(process->readAllStandardError())};
+}
+
+Run run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    return ended(&process);
+}
+
 QStringList filesBelow(const QString &directory)
 {
     QStringList files;

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -99,6 +100,16 @@ private:
 /// Writes a file with its directories.
 void writeFile(const QString &path, const QByteArray &bytes);
 QByteArray readFile(const QString &path);
+/// How a program ended, and what it said.
+struct Run
+{
+    int exitCode; // negative when it crashed or did not end
+    QString out;
+    QString err;
+};
+/// Waits for the end of a started program, for two minutes.
+Run ended(QProcess *process);
+Run run(const QString &program, const QStringList &arguments);
 /// Every file below a directory, hidden ones included, as sorted relative paths.
 QStringList filesBelow(const QString &directory);
 

@@ -4,13 +4,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <sys/stat.h>
 
 #include <memory>
 
 using testing::DataTree;
+using testing::Run;
 
 static const char *const sound = R"({
     "actions": [{"path": "a", "title": "A"}, {"path": "light", "title": "L", "features": ["frontlight"]}],
@@ -31,13 +31,6 @@ static const char *const lamp = R"({
     "actions": [{"path": "light", "title": "L", "features": ["frontlight"]}],
     "gestures": [{"id": "lamp", "kind": "tap", "zone": "left", "defaultAction": "light"}]
 })";
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 // The check as the engineer runs it.
 class tst_CheckVerb : public QObject
@@ -299,13 +292,7 @@ private:
     static Run check(const QString &arguments) { return check(arguments.split(' ', Qt::SkipEmptyParts)); }
     static Run check(const QStringList &arguments)
     {
-        QProcess process;
-        process.start(GESTURECTL, QStringList{"check"} + arguments);
-        if (!process.waitForFinished(120'000))
-            return {-1, QString(), process.errorString()};
-        const int status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        return {status, QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
+        return testing::run(GESTURECTL, QStringList{"check"} + arguments);
     }
 
     std::unique_ptr<DataTree> m_tree;

@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 #include <memory>
 
 using testing::DataTree;
+using testing::Run;
 
 static const char *const definitions = R"(
     {"path": "a", "title": "A"}, {"path": "b", "title": "B"}, {"path": "c", "title": "C"},
@@ -38,13 +38,6 @@ static QByteArray tap(const char *id, const char *zone, const char *more = "")
 static const char *const leftHalf = R"({"x": 0, "y": 0, "w": 0.5, "h": 1})";
 static const char *const rightHalf = R"({"x": 0.5, "y": 0, "w": 0.5, "h": 1})";
 static const char *const middle = R"({"x": 0.2, "y": 0, "w": 0.6, "h": 1})";
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 namespace {
 // Root may write everywhere: this one is somebody else then.
@@ -609,10 +602,7 @@ private:
             environment.insert("PATH", ""); // no program that speaks
         process.setProcessEnvironment(environment);
         process.start(program, arguments);
-        if (!process.waitForFinished(20000))
-            return {-1, QString(), "did not end"};
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
-                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+        return testing::ended(&process);
     }
 
     static Run gesturectl(const QStringList &arguments, bool isRestricted = false)

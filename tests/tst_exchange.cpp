@@ -2,13 +2,13 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <sys/stat.h>
 
 #include <memory>
 
 using testing::DataTree;
+using testing::Run;
 
 static const char *const configuration = R"({
     "actions": [{"path": "a", "title": "A"}, {"path": "b", "title": "B"}, {"path": "c", "title": "C"}],
@@ -24,13 +24,6 @@ static QByteArray choices(const QByteArray &actions)
 {
     return R"({"version": 1, "actions": {)" + actions + "}}";
 }
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 // The user's choices on their way out of the device and into it.
 class tst_Exchange : public QObject
@@ -294,15 +287,7 @@ private Q_SLOTS:
     }
 
 private:
-    static Run gesturectl(const QStringList &arguments)
-    {
-        QProcess process;
-        process.start(GESTURECTL, arguments);
-        if (!process.waitForFinished(20000))
-            return {-1, QString(), "did not end"};
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
-                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-    }
+    static Run gesturectl(const QStringList &arguments) { return testing::run(GESTURECTL, arguments); }
 
     std::unique_ptr<DataTree> m_tree;
     std::unique_ptr<QTemporaryDir> m_directory;

@@ -6,12 +6,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <memory>
 
 using namespace vellix::gesture;
 using testing::DataTree;
+using testing::Run;
 
 static const char *const actions = R"("actions": [
     {"path": "next", "title": "Next"},
@@ -19,13 +19,6 @@ static const char *const actions = R"("actions": [
     {"path": "speak", "title": "Speak", "features": ["tts"]},
     {"path": "glow", "title": "Glow", "features": ["tts", "smartlight"]}
 ])";
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 // Why a touch matches a gesture or does not, and where the action comes from, as a person reads it.
 class tst_Explain : public QObject
@@ -371,15 +364,10 @@ private:
     Run explain(const QString &touch, const QStringList &more = {}) const
     {
         const QStringList words = touch.split(' ');
-        QProcess process;
-        process.start(GESTURECTL,
-                      QStringList({"explain", "--app", "app", "--mode", words.value(0), "--kind", words.value(1),
-                                   "--direction", words.value(2), "--at", words.value(3)})
-                              + more);
-        if (!process.waitForFinished(20000))
-            return {-1, QString(), "did not end"};
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
-                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+        return testing::run(GESTURECTL,
+                            QStringList({"explain", "--app", "app", "--mode", words.value(0), "--kind", words.value(1),
+                                         "--direction", words.value(2), "--at", words.value(3)})
+                                    + more);
     }
 
     // Empty when the status is another one.

@@ -7,11 +7,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <memory>
 
 using testing::DataTree;
+using testing::Run;
 
 static const char *const configuration = R"({
     "zones": {"edge": {"x": 0, "y": 0, "w": 0.1, "h": 1}},
@@ -30,13 +30,6 @@ static const char *const configuration = R"({
         {"id": "other", "modes": ["menu"], "kind": "swipe", "direction": "toLeft", "defaultAction": "menu"}
     ]
 })";
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 // The program as a person runs it: arguments in, exit status and lines out.
 class tst_GestureCtl : public QObject
@@ -360,12 +353,7 @@ private Q_SLOTS:
 private:
     static Run gesturectl(const QString &arguments)
     {
-        QProcess process;
-        process.start(GESTURECTL, arguments.split(' ', Qt::SkipEmptyParts));
-        if (!process.waitForFinished(20000))
-            return {-1, QString(), "did not end"};
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
-                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+        return testing::run(GESTURECTL, arguments.split(' ', Qt::SkipEmptyParts));
     }
 
     static QJsonDocument json(const QString &arguments)

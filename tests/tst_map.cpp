@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
@@ -13,6 +12,7 @@
 #include <memory>
 
 using testing::DataTree;
+using testing::Run;
 
 // In mode "reading" the taps: two that overlap, one that the first hides, a thin one; the lower half is dead.
 static const char *const configuration = R"({
@@ -35,13 +35,6 @@ static const char *const configuration = R"({
         {"id": "anywhere", "kind": "hold", "zone": {"x": -1, "y": 0.5, "w": 3, "h": 3}, "defaultAction": "menu"}
     ]
 })";
-
-struct Run
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 // A configuration of so many gestures.
 static QByteArray many(int count, const std::function<QByteArray(int)> &entry)
@@ -484,15 +477,7 @@ mode menu, hold
     }
 
 private:
-    static Run gesturectl(const QStringList &arguments)
-    {
-        QProcess process;
-        process.start(GESTURECTL, arguments);
-        if (!process.waitForFinished(60000))
-            return {-1, QString(), "did not end"};
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
-                QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-    }
+    static Run gesturectl(const QStringList &arguments) { return testing::run(GESTURECTL, arguments); }
 
     static Run map(const QStringList &arguments) { return gesturectl(QStringList("map") + arguments); }
 

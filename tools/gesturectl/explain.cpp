@@ -92,9 +92,7 @@ static QString number(double value)
 
 static QString zoneText(const QRectF &zone, const QVariant &name)
 {
-    const QString numbers =
-            QStringLiteral("(%1, %2, %3, %4)")
-                    .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
+    const QString numbers = numbersOf(zone, QLocale::FloatingPointShortest);
     return name.userType() == QMetaType::QString ? name.toString() + QLatin1Char(' ') + numbers : numbers;
 }
 

@@ -86,11 +86,7 @@ static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
 {
     // Of two names the one that every application knows.
     const QString name = GestureService::predefinedZones.key(zone, names.key(zone));
-    if (!name.isEmpty())
-        return shown(name);
-    const auto number = [](double value) { return QString::number(value, 'g', 4); };
-    return QStringLiteral("(%1, %2, %3, %4)")
-            .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
+    return name.isEmpty() ? numbersOf(zone) : shown(name);
 }
 
 // What a gesture for the whole screen behind all others would still get.

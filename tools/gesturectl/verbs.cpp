@@ -81,9 +81,9 @@ static QJsonValue jsonPathOf(const Action *action)
     return action ? QJsonValue(action->path()) : QJsonValue();
 }
 
-static QString numbers(const QRectF &zone)
+QString numbersOf(const QRectF &zone, int precision)
 {
-    const auto number = [](double value) { return QString::number(value, 'g', 4); };
+    const auto number = [precision](double value) { return QString::number(value, 'g', precision); };
     return QStringLiteral("(%1, %2, %3, %4)")
             .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
 }
@@ -91,7 +91,7 @@ static QString numbers(const QRectF &zone)
 static QString zoneText(const QRectF &zone)
 {
     const QString name = GestureService::predefinedZones.key(zone);
-    return name.isEmpty() ? numbers(zone) : name;
+    return name.isEmpty() ? numbersOf(zone) : name;
 }
 
 static QJsonObject toJson(const Gesture *gesture)
@@ -175,7 +175,7 @@ Result<ExitStatus> zones(const QString &appId, bool json)
         QList<QStringList> rows;
         for (auto zone = all.cbegin(); zone != all.cend(); ++zone) {
             object.insert(zone.key(), QJsonObject::fromVariantMap(Gesture::rectfToVariant(*zone).toMap()));
-            rows.append({zone.key(), numbers(*zone)});
+            rows.append({zone.key(), numbersOf(*zone)});
         }
         if (json)
             print(QJsonDocument(object));

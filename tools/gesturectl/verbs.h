@@ -76,6 +76,8 @@ void print(const QJsonDocument &document);
 void printTable(const QList<QStringList> &rows);
 void printError(const QString &message);
 
+/// "(x, y, width, height)"
+QString numbersOf(const QRectF &zone, int precision = 4);
 /// "-" for none.
 QString pathOf(const vellix::gesture::Action *action);
 /// Whether the user may choose this action.
