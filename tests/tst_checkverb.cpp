@@ -58,7 +58,6 @@ private Q_SLOTS:
         row("warnings that are ignored, strict", "--app app --strict --ignore partly-shadowed,shadowed", warned, 0);
         row("errors", "--app app", "{}", 3);
         row("errors, strict", "--app app --strict", "{}", 3);
-        row("errors that are ignored", "--app app --ignore refused", "{}", 0);
         row("all applications", "--all-apps", sound, 0);
         row("no such application", "--app none", sound, 3);
         row("a device without", "--app app --with none --strict", lamp, 1);
@@ -69,6 +68,8 @@ private Q_SLOTS:
         row("nothing to check", "", sound, 2, "nothing to check");
         row("an unknown feature", "--app app --with warp", sound, 2, "warp");
         row("an unknown rule", "--app app --ignore warp", sound, 2, "warp");
+        row("an error to ignore", "--app app --ignore refused", sound, 2, "refused");
+        row("all applications and one's bindings", "--all-apps --bindings x", sound, 2, "--bindings");
         row("an unknown format", "--app app --format xml", sound, 2, "xml");
         row("one device and every one", "--app app --with tts --every-device", sound, 2, "--every-device");
         row("one application and all", "--app app --all-apps", sound, 2, "--all-apps");
@@ -115,16 +116,18 @@ private Q_SLOTS:
         testing::writeFile(file, lamp);
         const QJsonObject report =
                 QJsonDocument::fromJson(check("--format json --every-device --config " + file).out.toUtf8()).object();
-        const QJsonObject finding{{"file", file},
-                                  {"line", 3},
-                                  {"column", 81},
-                                  {"endLine", 3},
-                                  {"endColumn", 88},
-                                  {"severity", "warning"},
-                                  {"rule", "no-action"},
-                                  {"text", "gesture 'lamp' has no action: 'light' needs frontlight"},
-                                  {"devices", "without frontlight"},
-                                  {"hint", "Give it a fallback list, or name the features among the gesture's own."}};
+        const QJsonObject finding{
+                {"file", file},
+                {"line", 3},
+                {"column", 81},
+                {"endLine", 3},
+                {"endColumn", 88},
+                {"severity", "warning"},
+                {"rule", "no-action"},
+                {"text", "gesture 'lamp' has no action: 'light' needs frontlight"},
+                {"devices", "without frontlight"},
+                {"hint",
+                 "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's own."}};
         const QJsonObject expected{
                 {"files", QJsonArray{file}}, {"errors", 0}, {"warnings", 1}, {"findings", QJsonArray{finding}}};
         QCOMPARE(report, expected);

@@ -32,14 +32,15 @@ static QString reasonOf(const Error &error, const QString &path)
 
 // The library's words, at the place where the strict reader stops: the library's own is mostly behind the fault, or far
 // off.
-static void tellSyntax(const JsonText &text, const QJsonParseError &error, Findings *findings)
+static void tellSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
+                       Findings *findings)
 {
     const int offset = text.fault() ? text.fault()->offset : qMax(0, error.offset - 1);
     findings->add(rules::syntax, text.placeAt(qMin(offset, text.bytes().size())), error.errorString(),
-                  text.fault() ? text.fault()->reason : QString());
+                  text.fault() ? text.fault()->reason + QLatin1Char(' ') + consequence : consequence);
 }
 
-Check::Document Check::read(const QString &path)
+Check::Document Check::read(const QString &path, const QString &consequence)
 {
     const QString file = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
     m_files.append(file);
@@ -56,9 +57,9 @@ Check::Document Check::read(const QString &path)
         QJsonParseError error;
         QJsonDocument::fromJson(bytes, &error);
         if (!opened.isOpen() || error.error == QJsonParseError::NoError)
-            m_findings.add(rules::unreadable, text.placeAt(0), reasonOf(document.left(), file));
+            m_findings.add(rules::unreadable, text.placeAt(0), reasonOf(document.left(), file), consequence);
         else
-            tellSyntax(text, error, &m_findings);
+            tellSyntax(text, error, consequence, &m_findings);
         return {&text, QVariant()};
     }
     if (text.fault())
@@ -67,14 +68,17 @@ Check::Document Check::read(const QString &path)
     return {&text, document.right()};
 }
 
+static const QString noGestures = QStringLiteral("The application has no gestures then.");
+static const QString noChoices = QStringLiteral("The library ignores the file, and gestures do their defaults.");
+static const QString ownPaths = QStringLiteral("The library uses its own paths in place of this file.");
+
 ApplicationPathsConfiguration Check::paths(const QString &path)
 {
-    const Document document = read(path);
+    const Document document = read(path, ownPaths);
     if (!document.value.isValid())
         return ApplicationPathsConfiguration::newDefault();
     const auto refuse = [this](const Place &place, const QString &words) {
-        m_findings.add(rules::refused, place, words,
-                       QStringLiteral("The library uses its own paths in place of this file."));
+        m_findings.add(rules::refused, place, words, ownPaths);
     };
     const auto read = ApplicationPathsConfiguration::fromVariant(document.value);
     if (document.value.userType() != QMetaType::QVariantMap) {
@@ -123,15 +127,21 @@ std::optional<Check::Choices> Check::readBindings(const Document &document)
     const Place place = document.text->place();
     if (document.value.userType() != QMetaType::QVariantMap) {
         m_findings.add(rules::refused, place,
-                       QLatin1Char('`') + document.text->path() + QStringLiteral("` root bust be map<>"));
+                       QLatin1Char('`') + document.text->path() + QStringLiteral("` root bust be map<>"), noChoices);
         return {};
     }
     const QString version = QStringLiteral("version");
     const QString actions = QStringLiteral("actions");
     const QVariantMap root = document.value.toMap();
+    const QString other = root.contains(version)
+            ? wordsOfBindings({{version, root.value(version)}, {actions, QVariantMap()}})
+            : QString();
+    if (other.startsWith(QLatin1String("version not match"))) {
+        m_findings.add(rules::version, place[version], other);
+        return {};
+    }
     const auto tell = [this](const Place &where, const QString &words) {
-        m_findings.add(words.startsWith(QLatin1String("version not match")) ? rules::version : rules::refused, where,
-                       words);
+        m_findings.add(rules::refused, where, words, noChoices);
     };
     const auto within = [&tell](const QVariant &value, const Place &where) {
         const QVariantMap choices = value.toMap();
@@ -149,9 +159,10 @@ std::optional<Check::Choices> Check::readBindings(const Document &document)
     tellRefusals(root, place, {{version, ActionBindings::version}, {actions, QVariantMap(), within}},
                  {{version, ActionBindings::version}, {actions, QVariantMap()}}, {}, wordsOfBindings, tell);
     tellUnknownKeys(root, place, {actions, version, QStringLiteral("$schema")}, &m_findings);
-    if (root.contains(version) && wordsOfBindings({{version, root.value(version)}, {actions, QVariantMap()}}).isNull()
-        && typeNameOf(root.value(version)) != QLatin1String("a number"))
-        tellConverted(root.value(version), place[version], QString::number(root.value(version).toInt()), &m_findings);
+    const QVariant found = root.value(version);
+    const bool isExact = typeNameOf(found) == QLatin1String("a number") && found.toDouble() == ActionBindings::version;
+    if (root.contains(version) && other.isNull() && !isExact)
+        tellConverted(found, place[version], QString::number(found.toInt()), &m_findings);
     return root.value(actions).toMap();
 }
 
@@ -198,11 +209,11 @@ Findings Check::checkOn(const FeaturesProvider &features, const Document &docume
 
 void Check::configuration(const QString &path, const QString &bindingsPath)
 {
-    const Document document = read(path);
+    const Document document = read(path, noGestures);
     Document bindings{nullptr, {}};
     std::optional<Choices> choices;
     if (!bindingsPath.isEmpty()) {
-        bindings = read(bindingsPath);
+        bindings = read(bindingsPath, noChoices);
         choices = readBindings(bindings);
     }
     if (!document.value.isValid())
@@ -226,7 +237,7 @@ Findings Check::findings() const
 
 void Check::bindings(const QString &path)
 {
-    readBindings(read(path));
+    readBindings(read(path, noChoices));
 }
 
 }

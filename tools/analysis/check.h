@@ -38,7 +38,8 @@ private:
     };
     using Choices = QMap<QString, QVariant>;
 
-    Document read(const QString &path);
+    /// `consequence` is what a file that is none means.
+    Document read(const QString &path, const QString &consequence);
     std::optional<Choices> readBindings(const Document &document);
     Findings checkOn(const vellix::gesture::FeaturesProvider &features, const Document &document,
                      const std::optional<Choices> &choices, const JsonText *bindings) const;

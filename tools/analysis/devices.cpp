@@ -1,5 +1,7 @@
 #include "devices.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 using namespace vellix::gesture;
@@ -77,17 +79,18 @@ Findings merged(const QVector<Findings> &found, const QVector<QStringList> &devi
         QVector<QStringList> devices;
     };
     QVector<Group> groups;
-    const auto isSame = [](const Finding &a, const Finding &b) {
-        return a.rule == b.rule && a.file == b.file && a.span.begin == b.span.begin && a.text == b.text;
-    };
+    QHash<QString, int> known; // what and where to its group
     for (int i = 0; i < found.size(); ++i) {
         for (const Finding &finding : found.at(i).list()) {
-            const auto known = std::find_if(groups.begin(), groups.end(),
-                                            [&](const Group &group) { return isSame(group.finding, finding); });
-            if (known == groups.end())
+            const QString key = QLatin1String(finding.rule->id) + QLatin1Char('\n') + finding.file->path()
+                    + QLatin1Char('\n') + QString::number(finding.span.begin) + QLatin1Char('\n') + finding.text;
+            const auto group = known.constFind(key);
+            if (group == known.constEnd()) {
+                known.insert(key, groups.size());
                 groups.append({finding, {devices.at(i)}});
-            else if (known->devices.last() != devices.at(i))
-                known->devices.append(devices.at(i));
+            } else if (groups.at(*group).devices.last() != devices.at(i)) {
+                groups[*group].devices.append(devices.at(i));
+            }
         }
     }
     Findings all;

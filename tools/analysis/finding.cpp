@@ -15,6 +15,14 @@ int Findings::count(Severity severity) const
                                           [severity](const Finding &one) { return one.rule->severity == severity; }));
 }
 
+bool Findings::hasErrorAt(const Place &place) const
+{
+    return std::any_of(m_list.cbegin(), m_list.cend(), [&place](const Finding &one) {
+        return one.rule->severity == Severity::Error && one.file == &place.text()
+                && one.span.begin == place.span().begin;
+    });
+}
+
 void Findings::sort(const QStringList &files)
 {
     std::stable_sort(m_list.begin(), m_list.end(), [&files](const Finding &a, const Finding &b) {

@@ -24,7 +24,9 @@ class Findings
 {
 public:
     void add(const Rule &rule, const Place &place, const QString &text, const QString &hint = QString());
-    const QVector<Finding> &list() const { return m_list; }
+    const QVector<Finding> &list() const & { return m_list; }
+    const QVector<Finding> &list() const && = delete; // it would be gone
+    bool hasErrorAt(const Place &place) const;
     int count(Severity severity) const;
     void append(const Finding &one) { m_list.append(one); }
     void append(const Findings &others) { m_list += others.m_list; }

@@ -10,6 +10,11 @@ namespace analysis {
 
 using Node = JsonText::Node;
 
+static bool startsCharacter(char c)
+{
+    return (c & 0xc0) != 0x80;
+}
+
 namespace {
 
 // Qt's reader keeps no places, and its reason for a fault is a guess. This one is a stream of events with an offset.
@@ -108,11 +113,34 @@ private:
 
 }
 
+// In the words of the parser, but for what it has no or misleading ones.
+static QString reasonOf(rapidjson::ParseErrorCode code, const QByteArray &found)
+{
+    const bool isInString = code == rapidjson::kParseErrorStringEscapeInvalid
+            || code == rapidjson::kParseErrorStringInvalidEncoding
+            || code == rapidjson::kParseErrorStringMissQuotationMark;
+    if (code == rapidjson::kParseErrorTermination)
+        return QStringLiteral("Too many levels.");
+    if (isInString && !found.isEmpty() && static_cast<unsigned char>(found.at(0)) < 0x20)
+        return QStringLiteral("A control character stands raw in a string.");
+    if ((code == rapidjson::kParseErrorValueInvalid && found == "]")
+        || (code == rapidjson::kParseErrorObjectMissName && found == "}"))
+        return QStringLiteral("A comma too many.");
+    return QString::fromLatin1(rapidjson::GetParseError_En(code));
+}
+
 JsonText::JsonText(const QString &path, const QByteArray &bytes) : m_path(path), m_bytes(bytes)
 {
     m_lines.append(0);
     for (int end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', end + 1))
         m_lines.append(end + 1);
+
+    m_characters.append(0);
+    for (int begin = 0; begin + 1024 <= bytes.size(); begin += 1024) {
+        const auto block = bytes.cbegin() + begin;
+        m_characters.append(m_characters.last()
+                            + static_cast<int>(std::count_if(block, block + 1024, startsCharacter)));
+    }
 
     const int start = bytes.startsWith("\xef\xbb\xbf") ? 3 : 0; // Qt's reader skips it, too
     Stream stream(bytes.constData() + start, static_cast<std::size_t>(bytes.size() - start));
@@ -121,30 +149,33 @@ JsonText::JsonText(const QString &path, const QByteArray &bytes) : m_path(path),
     const auto result =
             reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag>(stream, builder);
     if (!result) {
-        const bool isTooDeep = result.Code() == rapidjson::kParseErrorTermination;
         // Where such a string starts says more than the end of the file.
         const bool isString = result.Code() == rapidjson::kParseErrorStringMissQuotationMark;
-        m_fault = Fault{std::min(isString ? builder.begin() : start + static_cast<int>(result.Offset()), bytes.size()),
-                        isTooDeep ? QStringLiteral("Too many levels.")
-                                  : QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
+        const int end = std::min(start + static_cast<int>(result.Offset()), bytes.size());
+        m_fault = Fault{isString ? builder.begin() : end, reasonOf(result.Code(), bytes.mid(end, 1))};
     }
+}
+
+int JsonText::charactersBefore(int offset) const
+{
+    const auto block = m_bytes.cbegin() + offset / 1024 * 1024;
+    return m_characters.at(offset / 1024)
+            + static_cast<int>(std::count_if(block, m_bytes.cbegin() + offset, startsCharacter));
 }
 
 Position JsonText::positionOf(int offset) const
 {
-    const auto behind = std::upper_bound(m_lines.cbegin(), m_lines.cend(), offset);
-    const int start = *(behind - 1);
-    const auto startsCharacter = [](char c) { return (c & 0xc0) != 0x80; };
     const int end = std::min(offset, m_bytes.size());
-    return {static_cast<int>(behind - m_lines.cbegin()),
-            1 + static_cast<int>(std::count_if(m_bytes.cbegin() + start, m_bytes.cbegin() + end, startsCharacter))};
+    const auto behind = std::upper_bound(m_lines.cbegin(), m_lines.cend(), end);
+    return {static_cast<int>(behind - m_lines.cbegin()), 1 + charactersBefore(end) - charactersBefore(*(behind - 1))};
 }
 
 Span JsonText::lineOf(int offset) const
 {
     const auto behind = std::upper_bound(m_lines.cbegin(), m_lines.cend(), offset);
+    const int start = *(behind - 1);
     const int end = behind == m_lines.cend() ? m_bytes.size() : *behind - 1;
-    return {*(behind - 1), end};
+    return {start, end > start && m_bytes.at(end - 1) == '\r' ? end - 1 : end};
 }
 
 Place JsonText::place() const
@@ -154,24 +185,31 @@ Place JsonText::place() const
 
 Place JsonText::placeAt(int offset) const
 {
-    return Place(this, &m_root, {offset, std::min(offset + 1, m_bytes.size())});
+    return Place(this, nullptr, {offset, std::min(offset + 1, m_bytes.size())});
+}
+
+Place Place::to(const JsonText::Node *node) const
+{
+    return node ? Place(m_text, node, node->span) : Place(m_text, nullptr, m_span);
 }
 
 Place Place::operator[](const QString &name) const
 {
+    if (!m_node)
+        return *this;
     const auto found = std::find_if(m_node->children.crbegin(), m_node->children.crend(),
                                     [&name](const Node &node) { return node.name == name; });
-    return found == m_node->children.crend() ? *this : to(*found);
+    return to(found == m_node->children.crend() ? nullptr : &*found);
 }
 
 Place Place::operator[](int index) const
 {
-    return index < m_node->children.size() ? to(m_node->children.at(index)) : *this;
+    return to(m_node && index < m_node->children.size() ? &m_node->children.at(index) : nullptr);
 }
 
 Place Place::name() const
 {
-    return m_node->nameSpan.end > 0 ? Place(m_text, m_node, m_node->nameSpan) : *this;
+    return m_node && m_node->nameSpan.end > 0 ? Place(m_text, nullptr, m_node->nameSpan) : *this;
 }
 
 }

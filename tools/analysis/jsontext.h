@@ -55,7 +55,7 @@ public:
     const std::optional<Fault> &fault() const { return m_fault; }
 
     Position positionOf(int offset) const;
-    /// The line that holds a byte, without its end.
+    /// The line that holds a byte, without what ends it.
     Span lineOf(int offset) const;
 
     /// The place of the whole document.
@@ -63,32 +63,35 @@ public:
     Place placeAt(int offset) const;
 
 private:
+    int charactersBefore(int offset) const;
+
     QString m_path;
     QByteArray m_bytes;
     Node m_root;
     std::optional<Fault> m_fault;
-    QVector<int> m_lines; // where each starts
+    QVector<int> m_lines;      // where each starts
+    QVector<int> m_characters; // before each kilobyte: a file may be one line
 };
 
 /// A place in a text, which must outlive it.
 class Place
 {
 public:
+    /// Without a node it only is a part of the text.
     Place(const JsonText *text, const JsonText::Node *node, Span span) : m_text(text), m_node(node), m_span(span) {}
 
-    /// The value of the last member of this name, which is the one that counts, or of an element. Itself when there is
-    /// none.
+    /// The value of the last member of this name, which is the one that counts, or of an element. When there is none it
+    /// stays here, whatever is asked for then.
     Place operator[](const QString &name) const;
     Place operator[](int index) const;
     /// The member's name in place of its value.
     Place name() const;
 
     const JsonText &text() const { return *m_text; }
-    const JsonText::Node *node() const { return m_node; }
     Span span() const { return m_span; }
 
 private:
-    Place to(const JsonText::Node &node) const { return Place(m_text, &node, node.span); }
+    Place to(const JsonText::Node *node) const;
 
     const JsonText *m_text;
     const JsonText::Node *m_node;

@@ -1,6 +1,7 @@
 #include "reach.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <set>
 
@@ -20,6 +21,10 @@ bool applies(const Gesture *gesture, const Mode &mode)
 QRectF onScreen(const QRectF &zone)
 {
     const QRectF normal = zone.normalized();
+    for (double edge : {normal.left(), normal.top(), normal.right(), normal.bottom()}) {
+        if (std::isnan(edge)) // which no touch is beside
+            return {};
+    }
     const QPointF topLeft(std::max(normal.left(), 0.0), std::max(normal.top(), 0.0));
     const QPointF bottomRight(std::min(normal.right(), 1.0), std::min(normal.bottom(), 1.0));
     const QRectF cut(topLeft, bottomRight);

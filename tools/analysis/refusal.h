@@ -4,6 +4,7 @@
 
 #include <vellix/either.h>
 
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
@@ -35,10 +36,17 @@ struct Field
     std::function<bool(const QVariant &, const Place &)> within = {};
 };
 
-/// Tells every fault of an object. `sound` is one that the reader takes; a field that cannot stand beside others names
-/// those in `instead`, which are taken out for it. Returns whether there were faults.
-bool tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields, const QVariantMap &sound,
-                  const QMap<QString, QString> &instead, const Reader &reader,
-                  const std::function<void(const Place &, const QString &)> &tell);
+/// What there is in place of an object that a reader refuses.
+struct Mended
+{
+    QVariantMap map;     // which it takes
+    QStringList changed; // the members that it refused or missed
+};
+
+/// Tells every fault of an object. `sound` is one that the reader takes; a field that cannot stand beside another names
+/// that in `instead`, which is taken out for it.
+Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                    const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader,
+                    const std::function<void(const Place &, const QString &)> &tell);
 
 }

@@ -47,19 +47,21 @@ static QString blanksFor(const QString &text)
 static QString excerpt(const Finding &finding)
 {
     const int before = 100;
-    const int width = 160;
+    const int behind = 60;
     const JsonText &text = *finding.file;
     const Span line = text.lineOf(finding.span.begin);
-    const int begin = std::max(line.begin, finding.span.begin - before);
-    const int end = std::min(line.end, begin + width);
-    const int markEnd = std::max(std::min(finding.span.end, end), finding.span.begin);
+    const int markEnd = std::max(std::min(finding.span.end, line.end), finding.span.begin);
+    // As many bytes as so many characters may have.
     const auto part = [&text](int from, int to) {
-        return printable(QString::fromUtf8(text.bytes().mid(from, to - from)));
+        return printable(QString::fromUtf8(text.bytes().mid(from, std::min(to - from, 4 * (before + behind)))));
     };
-
-    const QString left = (begin > line.begin ? QStringLiteral("…") : QString()) + part(begin, finding.span.begin);
-    const QString marked = part(finding.span.begin, markEnd);
-    const QString right = part(markEnd, end) + (end < line.end ? QStringLiteral("…") : QString());
+    QString left = part(std::max(line.begin, finding.span.begin - 4 * before), finding.span.begin);
+    if (left.size() > before || finding.span.begin - line.begin > 4 * before)
+        left = QStringLiteral("…") + left.right(before);
+    const QString marked = part(finding.span.begin, markEnd).left(before);
+    QString right = part(finding.span.begin, line.end).mid(marked.size());
+    if (right.size() > behind)
+        right = right.left(behind) + QStringLiteral("…");
     const int length = std::max(1, blanksFor(marked).size());
     return QStringLiteral("    ") + left + marked + right + QStringLiteral("\n    ") + blanksFor(left)
             + QLatin1Char('^') + QString(length - 1, QLatin1Char('~'));

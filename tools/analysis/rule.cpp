@@ -6,8 +6,8 @@ namespace rules {
 const Severity error = Severity::Error;
 const Severity warning = Severity::Warning;
 
-const Rule unreadable{"unreadable", error, "A file cannot be read.", "Without it the application has no gestures."};
-const Rule syntax{"syntax", error, "A file is not JSON.", "Nothing of the file is read."};
+const Rule unreadable{"unreadable", error, "A file cannot be read.", "Nothing of it counts."};
+const Rule syntax{"syntax", error, "A file is not JSON.", "Nothing of it counts."};
 const Rule refused{"refused", error, "The library does not load a file with this.",
                    "One such place and nothing of the whole file is loaded."};
 const Rule version{"version", error, "The bindings are of another version.",
@@ -21,12 +21,13 @@ const Rule noSupportedAction{"no-supported-action", error, "A device supports no
                              "Such a device loads nothing of the file: end the list with an action without features."};
 const Rule undefinedBinding{"undefined-binding", error, "A binding names an action that is not defined.",
                             "The library loads no gesture at all with this binding: remove it, or define the action."};
-const Rule unsaveableAction{"unsaveable-action", error, "An action that a user can choose is not among \"actions\".",
-                            "Once saved, its path is refused and the application has no gestures at all: define it in "
-                            "\"actions\" and name its path here."};
+const Rule unsaveableAction{
+        "unsaveable-action", error, "An action that a user can choose is not among \"actions\".",
+        "A save writes the current action of every gesture, and an application whose saved action is "
+        "not defined has no gestures at all: define it in \"actions\" and name its path here."};
 
 const Rule notStrict{"not-strict", warning, "The library reads what other JSON programs refuse.",
-                     "Places behind this one are not known."};
+                     "Behind this place, others are not known, and members of one name are not looked for."};
 const Rule duplicateKey{"duplicate-key", warning, "An object has two members of one name.",
                         "Only the last of them counts."};
 const Rule unknownKey{"unknown-key", warning, "Nobody reads a key.", "The library ignores it."};
@@ -55,6 +56,8 @@ const Rule shortTitles{"short-titles", warning, "An action has fewer titles than
 const Rule fallbackEnd{"fallback-end", warning, "A fallback list has no action that every device supports.",
                        "A device that supports none of them loads nothing of the file: end the list with an action "
                        "without features."};
+const Rule undefinedFallback{"undefined-fallback", warning, "A fallback list names an action that is not defined.",
+                             "A device that supports no earlier alternative loads nothing of the file."};
 const Rule unreachableFallback{"unreachable-fallback", warning, "An alternative stands behind one that always works.",
                                "The first supported action is taken: move it forward, or drop it."};
 const Rule notAvailable{"not-available", warning, "An action that a gesture does is not among those that it offers.",
@@ -65,7 +68,7 @@ const Rule directedTap{"directed-tap", warning, "A tap or hold has a direction."
                        "Only swipes and drags have one: drop the direction."};
 const Rule modesCase{"modes-case", warning, "Modes differ only in case.", "The lookup tells them apart."};
 const Rule noAction{"no-action", warning, "A gesture has no action that the device supports.",
-                    "Give it a fallback list, or name the features among the gesture's own."};
+                    "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's own."};
 const Rule unknownGesture{"unknown-gesture", warning, "A binding is of no gesture.",
                           "It has no effect, and the next save drops it."};
 const Rule unsupportedBinding{"unsupported-binding", warning, "The device does not support a bound action.",
@@ -106,6 +109,7 @@ const QVector<const Rule *> &allRules()
                                            &duplicateAction,
                                            &shortTitles,
                                            &fallbackEnd,
+                                           &undefinedFallback,
                                            &unreachableFallback,
                                            &notAvailable,
                                            &fixedAction,

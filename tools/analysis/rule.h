@@ -47,6 +47,7 @@ extern const Rule unusedGroup;
 extern const Rule duplicateAction;
 extern const Rule shortTitles;
 extern const Rule fallbackEnd;
+extern const Rule undefinedFallback;
 extern const Rule unreachableFallback;
 extern const Rule notAvailable;
 extern const Rule fixedAction;

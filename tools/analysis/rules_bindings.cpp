@@ -4,6 +4,7 @@
 #include "refusal.h"
 
 #include <algorithm>
+#include <iterator>
 
 using namespace vellix::gesture;
 
@@ -14,60 +15,84 @@ static QString quoted(const QString &name)
     return QLatin1Char('\'') + name + QLatin1Char('\'');
 }
 
-static QStringList idsOf(const Subject &subject)
+// The gestures of this id: mostly one.
+static QVector<Entry> entriesOf(const Subject &subject, const QString &id)
 {
-    QStringList ids;
-    for (const Entry &entry : subject.entries)
-        ids.append(entry.gesture->id());
-    return ids;
+    QVector<Entry> entries;
+    std::copy_if(subject.entries.cbegin(), subject.entries.cend(), std::back_inserter(entries),
+                 [&id](const Entry &entry) { return entry.hasId() && entry.gesture->id() == id; });
+    return entries;
 }
 
-static void tellBinding(const Subject &subject, const Entry &entry, const QString &path, const Place &place,
+static bool isFixed(const Entry &entry)
+{
+    return entry.map.contains(QStringLiteral("currentAction"));
+}
+
+static void tellBinding(const Subject &subject, const Entry &entry, const Action *action, const Place &place,
                         Findings *findings)
 {
     const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
-    const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(),
-                                     [&path](const Action *candidate) { return candidate->path() == path; });
-    if (action == subject.actions.crend()) {
-        QObject owner;
-        findings->add(rules::undefinedBinding, place,
-                      wordsOf(Action::fromVariant(path, nullptr, QMap<QString, Action *>(), &owner)));
-        return;
-    }
-    if (entry.map.contains(QStringLiteral("currentAction"))) {
-        findings->add(rules::hiddenBinding, place,
-                      gesture + QStringLiteral(" always does ") + quoted(entry.gesture->currentAction()->path()));
-        return;
-    }
-    if (!(*action)->supported())
+    const QString path = action->path();
+    if (entry.gesture->supported() && !action->supported())
         findings->add(rules::unsupportedBinding, place,
                       QStringLiteral("the device does not support the action ") + quoted(path));
     const QStringList offered = subject.offeredPaths(entry);
     if (!offered.isEmpty() && !offered.contains(path))
         findings->add(rules::notAvailable, place,
                       gesture + QStringLiteral(" does not offer the action ") + quoted(path));
-    if (entry.gesture->defaultAction() && entry.gesture->defaultAction()->path() == path)
+    if (entry.hasActions() && entry.gesture->defaultAction()->path() == path)
         findings->add(rules::repeatedDefault, place,
                       quoted(path) + QStringLiteral(" is what ") + gesture + QStringLiteral(" does by default"));
+}
+
+static void tellUnknown(const Subject &subject, const QString &id, const Place &place, Findings *findings)
+{
+    QStringList ids;
+    for (const Entry &entry : subject.entries) {
+        if (!entry.hasId()) // it may be this one
+            return;
+        ids.append(entry.gesture->id());
+    }
+    const QString meant = nearestTo(id, ids);
+    findings->add(rules::unknownGesture, place[id].name(), QStringLiteral("there is no gesture ") + quoted(id),
+                  meant.isEmpty() ? QString() : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
+}
+
+static void tellChoice(const Subject &subject, const QString &id, const QString &path, const Place &place,
+                       Findings *findings)
+{
+    const QVector<Entry> entries = entriesOf(subject, id);
+    if (entries.isEmpty()) {
+        tellUnknown(subject, id, place, findings);
+        return;
+    }
+    const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(),
+                                     [&path](const Action *candidate) { return candidate->path() == path; });
+    if (action == subject.actions.crend()) {
+        QObject owner;
+        findings->add(rules::undefinedBinding, place[id],
+                      wordsOf(Action::fromVariant(path, nullptr, QMap<QString, Action *>(), &owner)));
+        return;
+    }
+    for (const Entry &entry : entries) {
+        if (!isFixed(entry))
+            tellBinding(subject, entry, *action, place[id], findings);
+    }
+    // A save writes what a fixed gesture does, too.
+    const Gesture *fixed = entries.first().gesture;
+    if (std::all_of(entries.cbegin(), entries.cend(), isFixed) && fixed->currentAction()->path() != path)
+        findings->add(rules::hiddenBinding, place[id],
+                      QStringLiteral("gesture ") + quoted(id) + QStringLiteral(" always does ")
+                              + quoted(fixed->currentAction()->path()));
 }
 
 void tellBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
                   Findings *findings)
 {
-    const QStringList ids = idsOf(subject);
     for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
-        if (choice->userType() != QMetaType::QString)
-            continue;
-        const int index = ids.indexOf(choice.key());
-        if (index < 0) {
-            const QString meant = nearestTo(choice.key(), ids);
-            findings->add(rules::unknownGesture, place[choice.key()].name(),
-                          QStringLiteral("there is no gesture ") + quoted(choice.key()),
-                          meant.isEmpty() ? QString()
-                                          : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
-            continue;
-        }
-        tellBinding(subject, subject.entries.at(index), choice->toString(), place[choice.key()], findings);
+        if (choice->userType() == QMetaType::QString)
+            tellChoice(subject, choice.key(), choice->toString(), place, findings);
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <optional>
 
 using namespace vellix::gesture;
@@ -159,7 +160,7 @@ static void tellOddZone(const QRectF &zone, const Place &place, Findings *findin
     // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
     const double rounding = 1e-9;
     const QRectF normal = zone.normalized();
-    if (normal.isEmpty()) {
+    if (!(normal.width() > 0) || !(normal.height() > 0)) { // or no number
         findings->add(rules::zoneEmpty, place, QStringLiteral("the zone has no area: no touch is in it"));
         return;
     }
@@ -171,7 +172,7 @@ static void tellOddZone(const QRectF &zone, const Place &place, Findings *findin
                               .arg(normal.right())
                               .arg(normal.bottom()));
     if (onScreen(zone).isNull())
-        findings->add(rules::zoneOutside, place, QStringLiteral("the zone is outside the screen: no touch is in it"));
+        findings->add(rules::zoneOutside, place, QStringLiteral("the zone is outside the screen"));
     else if (normal.left() < -rounding || normal.top() < -rounding || normal.right() > 1 + rounding
              || normal.bottom() > 1 + rounding)
         findings->add(rules::zoneOutside, place, QStringLiteral("the zone reaches beyond the screen"));
@@ -279,8 +280,7 @@ void tellUnsaveableActions(const Subject &subject, Findings *findings)
         if (!isChoosable || !hasPath || subject.isDefined(value.path()))
             continue;
         findings->add(rules::unsaveableAction, value.place,
-                      QStringLiteral("once %1 is saved as a user's choice, the next load is refused: "
-                                     "action %1 not defined")
+                      QStringLiteral("once %1 is saved, the next load is refused: action %1 not defined")
                               .arg(quoted(value.path())));
     }
 }
@@ -294,6 +294,10 @@ static Place placeOfZone(const Entry &entry)
 
 static QString percent(double share)
 {
+    if (share < 0.001)
+        return QStringLiteral("less than 0.1 %");
+    if (share > 0.999 && share < 1 - 1e-9)
+        return QStringLiteral("more than 99.9 %");
     return QString::number(100 * share, 'g', 3) + QStringLiteral(" %");
 }
 
@@ -304,77 +308,116 @@ static QString list(const QStringList &texts)
     return texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + texts.last();
 }
 
-static QString takersOf(const Reach &reach, const QMap<const Gesture *, int> &lines)
+// Where a place is, said at another one: the line tells nothing in a file that is all one line.
+static QString placeText(const Place &place, const Place &from)
+{
+    const Position position = place.text().positionOf(place.span().begin);
+    if (position.line != lineOf(from))
+        return QStringLiteral("line %1").arg(position.line);
+    return QStringLiteral("column %1").arg(position.column);
+}
+
+namespace {
+/// What a gesture loses to the same others in some modes.
+struct Loser
+{
+    Reach reach;
+    QVector<Mode> modes;
+    QString takers;
+};
+}
+
+static QString takersOf(const Reach &reach, const Place &from, const QMap<const Gesture *, Place> &places)
 {
     QStringList takers;
     for (const Loss &loss : reach.losses) {
         const QString share = reach.losses.size() > 1 ? QStringLiteral(", ") + percent(loss.share) : QString();
-        takers.append(QStringLiteral("%1 (line %2%3)")
-                              .arg(quoted(loss.to->id()), QString::number(lines.value(loss.to)), share));
+        takers.append(QStringLiteral("%1 (%2%3)")
+                              .arg(quoted(loss.to->id()), placeText(*places.constFind(loss.to), from), share));
     }
     return QStringLiteral("the earlier ") + list(takers);
 }
 
-static QString modesText(const QVector<Mode> &modes, bool all)
+static QString modesText(const QVector<Mode> &modes)
 {
-    if (all)
-        return {};
     QStringList names;
     for (const Mode &mode : modes)
         names.append(mode ? quoted(*mode) : QStringLiteral("all others"));
-    return (names.size() == 1 && modes.first() ? QStringLiteral(" in mode ") : QStringLiteral(" in modes "))
-            + list(names);
+    if (names.size() > 1)
+        return QStringLiteral(" in modes ") + list(names);
+    return modes.first() ? QStringLiteral(" in mode ") + names.first() : QStringLiteral(" in all other modes");
 }
 
-static void tellReach(const Entry &entry, const Reach &reach, const QString &modes, const QString &takers,
-                      Findings *findings)
+static QString takenText(const Loser &loser, const QString &modes)
+{
+    return loser.takers + (loser.reach.losses.size() > 1 ? QStringLiteral(" take") : QStringLiteral(" takes"))
+            + QStringLiteral(" 100 % of its zone") + modes;
+}
+
+// One for all modes in which the same gestures take the same.
+static QVector<Loser> losersOf(const Entry &entry, const QVector<Mode> &modes, const QList<Gesture *> &gestures,
+                               const QMap<const Gesture *, Place> &places)
+{
+    QVector<Loser> losers;
+    for (const Mode &mode : modes) {
+        const Reach reach = reachOf(entry.gesture, gestures, mode);
+        const QString takers = takersOf(reach, entry.place, places);
+        const auto known = std::find_if(losers.begin(), losers.end(), [&](const Loser &one) {
+            return one.takers == takers && one.reach.none == reach.none;
+        });
+        if (known != losers.end())
+            known->modes.append(mode);
+        else
+            losers.append({reach, {mode}, takers});
+    }
+    return losers;
+}
+
+static void tellLosers(const Entry &entry, const QVector<Loser> &losers, Findings *findings)
 {
     const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
-    if (reach.none)
+    const QString never = gesture + QStringLiteral(" never fires");
+    const bool isDead = std::all_of(losers.cbegin(), losers.cend(), [](const Loser &one) { return one.reach.none; });
+    if (isDead) {
+        QStringList taken;
+        for (const Loser &loser : losers)
+            taken.append(takenText(loser, losers.size() > 1 ? modesText(loser.modes) : QString()));
         findings->add(rules::shadowed, placeOfZone(entry),
-                      gesture + QStringLiteral(" never fires") + modes + QStringLiteral(": ") + takers
-                              + (reach.losses.size() > 1 ? QStringLiteral(" take") : QStringLiteral(" takes"))
-                              + QStringLiteral(" 100 % of its zone"));
-    else
-        findings->add(rules::partlyShadowed, placeOfZone(entry),
-                      gesture + QStringLiteral(" loses ") + percent(reach.lostShare()) + QStringLiteral(" of its zone")
-                              + modes + QStringLiteral(" to ") + takers);
+                      never + QStringLiteral(": ") + taken.join(QStringLiteral("; ")));
+        return;
+    }
+    for (const Loser &loser : losers) {
+        if (loser.reach.losses.isEmpty())
+            continue;
+        const QString modes = losers.size() > 1 ? modesText(loser.modes) : QString();
+        if (loser.reach.none)
+            findings->add(rules::shadowed, placeOfZone(entry),
+                          never + modes + QStringLiteral(": ") + takenText(loser, QString()));
+        else
+            findings->add(rules::partlyShadowed, placeOfZone(entry),
+                          gesture + QStringLiteral(" loses ") + percent(loser.reach.lostShare())
+                                  + QStringLiteral(" of its zone") + modes + QStringLiteral(" to ") + loser.takers);
+    }
 }
 
 void tellShadowed(const Subject &subject, Findings *findings)
 {
-    const QList<Gesture *> gestures = subject.gestures();
-    const QVector<Mode> modes = modesOf(gestures);
-    QMap<const Gesture *, int> lines;
-    for (const Entry &entry : subject.entries)
-        lines.insert(entry.gesture, lineOf(entry.place));
-
+    QList<Gesture *> gestures;
+    QMap<const Gesture *, Place> places;
     for (const Entry &entry : subject.entries) {
-        if (onScreen(entry.gesture->zone()).isNull())
+        if (!entry.hasTouches())
             continue;
-        // One finding for all modes in which the same gestures take the same.
-        QVector<QPair<QString, QVector<Mode>>> modesOfTakers;
-        QMap<QString, Reach> reaches;
-        int own = 0;
-        for (const Mode &mode : modes) {
-            if (!applies(entry.gesture, mode))
-                continue;
-            ++own;
-            const Reach reach = reachOf(entry.gesture, gestures, mode);
-            if (reach.losses.isEmpty())
-                continue;
-            const QString takers = takersOf(reach, lines) + percent(reach.lostShare());
-            if (!reaches.contains(takers))
-                modesOfTakers.append({takers, {}});
-            reaches.insert(takers, reach);
-            std::find_if(modesOfTakers.begin(), modesOfTakers.end(), [&takers](const auto &one) {
-                return one.first == takers;
-            })->second.append(mode);
-        }
-        for (const auto &one : qAsConst(modesOfTakers)) {
-            const Reach reach = reaches.value(one.first);
-            tellReach(entry, reach, modesText(one.second, one.second.size() == own), takersOf(reach, lines), findings);
-        }
+        gestures.append(entry.gesture);
+        places.insert(entry.gesture, entry.place);
+    }
+    const QVector<Mode> modes = modesOf(gestures);
+    for (const Entry &entry : subject.entries) {
+        if (!entry.hasTouches() || onScreen(entry.gesture->zone()).isNull())
+            continue;
+        QVector<Mode> own;
+        std::copy_if(modes.cbegin(), modes.cend(), std::back_inserter(own),
+                     [&entry](const Mode &mode) { return applies(entry.gesture, mode); });
+        tellLosers(entry, losersOf(entry, own, gestures, places), findings);
     }
 }
 
@@ -382,12 +425,14 @@ void tellDuplicateIds(const Subject &subject, Findings *findings)
 {
     QMap<QString, Entry> known;
     for (const Entry &entry : subject.entries) {
+        if (!entry.hasId())
+            continue;
         const auto before = known.constFind(entry.gesture->id());
         // Neighbours are refused.
         if (before != known.constEnd() && before->index + 1 != entry.index)
             findings->add(rules::duplicateId, entry.place[QStringLiteral("id")],
-                          QStringLiteral("the id %1 was used before, in line %2")
-                                  .arg(quoted(entry.gesture->id()), QString::number(lineOf(before->place))));
+                          QStringLiteral("the id %1 was used before, in %2")
+                                  .arg(quoted(entry.gesture->id()), placeText(before->place, entry.place)));
         known.insert(entry.gesture->id(), entry);
     }
 }
@@ -400,29 +445,39 @@ static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVari
     const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(), [&](const Action *candidate) {
         return isString(alternative) && candidate->path() == alternative.toString();
     });
-    return action == subject.actions.crend() ? std::nullopt : std::optional((*action)->featureList().isEmpty());
+    if (action == subject.actions.crend() || subject.refusedActions.contains(*action))
+        return std::nullopt;
+    return (*action)->featureList().isEmpty();
+}
+
+// The loader stops at the first alternative that the device supports, and does not see those behind it.
+static void tellAlternatives(const Subject &subject, const QVariantList &alternatives, const Place &place,
+                             Findings *findings)
+{
+    bool isCertain = !alternatives.isEmpty();
+    bool isEnded = false;
+    for (int i = 0; i < alternatives.size(); ++i) {
+        const QVariant &alternative = alternatives.at(i);
+        if (isEnded)
+            findings->add(rules::unreachableFallback, place[i],
+                          QStringLiteral("this alternative is never reached: every device supports an earlier one"));
+        else if (isString(alternative) && !subject.isDefined(alternative.toString()) && !findings->hasErrorAt(place[i]))
+            findings->add(rules::undefinedFallback, place[i],
+                          QStringLiteral("action %1 is not defined").arg(quoted(alternative.toString())));
+        const std::optional<bool> always = isAlwaysSupported(subject, alternative);
+        isCertain = isCertain && always;
+        isEnded = isEnded || always.value_or(false);
+    }
+    if (isCertain && !isEnded)
+        findings->add(rules::fallbackEnd, place,
+                      QStringLiteral("every action of the fallback list needs a feature that a device may lack"));
 }
 
 void tellFallbacks(const Subject &subject, Findings *findings)
 {
-    for (const RawEntry &entry : rawEntries(subject)) {
-        const QVariantList alternatives = entry.map.value(QStringLiteral("defaultAction")).toList();
-        const Place place = entry.place[QStringLiteral("defaultAction")];
-        bool isCertain = !alternatives.isEmpty();
-        bool isEnded = false;
-        for (int i = 0; i < alternatives.size(); ++i) {
-            if (isEnded)
-                findings->add(
-                        rules::unreachableFallback, place[i],
-                        QStringLiteral("this alternative is never reached: every device supports an earlier one"));
-            const std::optional<bool> always = isAlwaysSupported(subject, alternatives.at(i));
-            isCertain = isCertain && always;
-            isEnded = isEnded || always.value_or(false);
-        }
-        if (isCertain && !isEnded)
-            findings->add(rules::fallbackEnd, place,
-                          QStringLiteral("every action of the fallback list needs a feature that a device may lack"));
-    }
+    for (const RawEntry &entry : rawEntries(subject))
+        tellAlternatives(subject, entry.map.value(QStringLiteral("defaultAction")).toList(),
+                         entry.place[QStringLiteral("defaultAction")], findings);
 }
 
 void tellNotAvailable(const Subject &subject, Findings *findings)
@@ -434,7 +489,8 @@ void tellNotAvailable(const Subject &subject, Findings *findings)
         for (const ActionValue &value : subject.actionValues) {
             const bool isDone =
                     value.entry == entry.index && (value.role == Role::Default || value.role == Role::Current);
-            if (isDone && !offered.contains(value.path()))
+            const bool isKnown = !value.isName() || subject.isDefined(value.path()); // or that is told
+            if (isDone && isKnown && !offered.contains(value.path()))
                 findings->add(rules::notAvailable, value.place,
                               QStringLiteral("gesture %1 does not offer its own action %2")
                                       .arg(quoted(entry.gesture->id()), quoted(value.path())));
@@ -445,7 +501,7 @@ void tellNotAvailable(const Subject &subject, Findings *findings)
 void tellFixedActions(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
-        if (entry.map.contains(QStringLiteral("currentAction")))
+        if (entry.hasId() && entry.map.contains(QStringLiteral("currentAction")))
             findings->add(rules::fixedAction, entry.place[QStringLiteral("currentAction")].name(),
                           QStringLiteral("gesture %1 always does this: what a user chooses never shows")
                                   .arg(quoted(entry.gesture->id())));
@@ -456,6 +512,8 @@ void tellDirectedTaps(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const Gesture::Kind kind = entry.gesture->kind();
+        if (!entry.hasTouches())
+            continue;
         if ((kind != Gesture::Tap && kind != Gesture::Hold) || entry.gesture->direction() == Gesture::NoDirection)
             continue;
         findings->add(rules::directedTap, entry.place[QStringLiteral("direction")],
@@ -490,7 +548,7 @@ void tellNoAction(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const Action *action = entry.gesture->currentAction();
-        if (!entry.gesture->supported() || !action || action->supported())
+        if (!entry.hasActions() || !entry.gesture->supported() || !action || action->supported())
             continue;
         QStringList missing;
         for (const Feature *feature : action->featureList()) {

@@ -16,12 +16,25 @@ QString ActionValue::path() const
     return isName() ? value.toString() : value.toMap().value(QStringLiteral("path")).toString();
 }
 
-QList<Gesture *> Subject::gestures() const
+static bool hasAny(const QStringList &members, std::initializer_list<const char *> wanted)
 {
-    QList<Gesture *> gestures;
-    for (const Entry &entry : entries)
-        gestures.append(entry.gesture);
-    return gestures;
+    return std::any_of(wanted.begin(), wanted.end(),
+                       [&members](const char *name) { return members.contains(QLatin1String(name)); });
+}
+
+bool Entry::hasTouches() const
+{
+    return !hasAny(refused, {"", "kind", "zone", "direction", "modes"});
+}
+
+bool Entry::hasId() const
+{
+    return map.contains(QStringLiteral("id")) || hasTouches();
+}
+
+bool Entry::hasActions() const
+{
+    return !hasAny(refused, {"", "availableActions", "defaultAction", "currentAction"});
 }
 
 QStringList Subject::offeredPaths(const Entry &entry) const
@@ -103,8 +116,8 @@ private:
     void refuse(const Place &place, const QString &words) { refuse(rules::refused, place, words); }
     void refuse(const Rule &rule, const Place &place, const QString &words) { m_findings->add(rule, place, words); }
 
-    bool tellAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields, const QVariantMap &sound,
-                 const QMap<QString, QString> &instead, const Reader &reader)
+    Mended tellAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                   const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader)
     {
         return tellRefusals(object, place, fields, sound, instead, reader,
                             [this](const Place &where, const QString &words) { refuse(where, words); });
@@ -121,8 +134,8 @@ private:
             fields.append({QLatin1String(side), 0.0});
             sound.insert(QLatin1String(side), 0.0);
         }
-        return tellAll(value.toMap(), place, fields, sound, {},
-                       [](const QVariantMap &map) { return wordsOf(Gesture::rectfFromVariant(map)); });
+        const Reader reader = [](const QVariantMap &map) { return wordsOf(Gesture::rectfFromVariant(map)); };
+        return !tellAll(value.toMap(), place, fields, sound, {}, reader).changed.isEmpty();
     }
 
     void readZones(const QVariantMap &zones, const Place &place)
@@ -131,7 +144,8 @@ private:
             const auto read = Gesture::zoneFromVariant(*zone, GestureService::predefinedZones, nullptr);
             if (read.isLeft() && !tellZone(*zone, place[zone.key()]))
                 refuse(place[zone.key()], wordsOf(read));
-            m_subject->zones.insert(zone.key(), read.isRight() ? read.right() : Gesture::wholeZone);
+            // Of a refused one nobody knows where it is: it takes nothing from others.
+            m_subject->zones.insert(zone.key(), read.isRight() ? read.right() : QRectF());
         }
         const QMap<QString, QRectF> &predefined = GestureService::predefinedZones;
         for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
@@ -171,17 +185,19 @@ private:
         const QString title = QStringLiteral("title");
         const QString titles = QStringLiteral("titles");
         const QString path = QStringLiteral("path");
-        return tellAll(map, place,
-                       {{title, QStringLiteral("t")},
-                        {titles, QVariantList{QStringLiteral("t")}},
-                        {QStringLiteral("features"), QVariantList(),
-                         [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }},
-                        {path, QStringLiteral("p")}},
-                       {{title, QStringLiteral("t")}, {path, QStringLiteral("p")}}, {{titles, title}},
-                       [this](const QVariantMap &tried) {
-                           QObject owner;
-                           return wordsOf(Action::fromVariant(tried, m_features, QList<Action *>(), &owner));
-                       });
+        const Mended mended =
+                tellAll(map, place,
+                        {{title, QStringLiteral("t")},
+                         {titles, QVariantList{QStringLiteral("t")}},
+                         {QStringLiteral("features"), QVariantList(),
+                          [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }},
+                         {path, QStringLiteral("p")}},
+                        {{title, QStringLiteral("t")}, {path, QStringLiteral("p")}}, {{titles, title}},
+                        [this](const QVariantMap &tried) {
+                            QObject owner;
+                            return wordsOf(Action::fromVariant(tried, m_features, QList<Action *>(), &owner));
+                        });
+        return !mended.changed.isEmpty();
     }
 
     void readActions(const QVariant &section, const Place &place)
@@ -191,8 +207,10 @@ private:
             const ActionValue value{Role::Defined, values.at(i), place[i], {}};
             Action *action = readAction(value.value, value.place);
             // Who names it is not to blame.
-            if (!action && !value.isName())
+            if (!action && !value.isName()) {
                 action = new Action(value.path(), {}, {}, m_owner);
+                m_subject->refusedActions.append(action);
+            }
             if (!action)
                 continue;
             m_subject->actions.append(action);
@@ -250,13 +268,17 @@ private:
         bool any = false;
         for (int i = first; i < m_subject->actionValues.size(); ++i) {
             const ActionValue &value = m_subject->actionValues.at(i);
-            const auto read = Action::fromVariant(value.value, nullptr, m_byPath, m_owner);
-            if (read.isRight() || !namesFeatures(value.value))
+            if (!namesFeatures(value.value))
                 continue;
-            // The name of a feature that none knows was told already.
-            if (Action::fromVariant(value.value, m_features, m_byPath, m_owner).isRight())
-                refuse(rules::groupFeatures, value.place[QStringLiteral("features")], wordsOf(read));
             any = true;
+            const QVariant features = value.value.toMap().value(QStringLiteral("features"));
+            const QVariantMap sound{{QStringLiteral("title"), QStringLiteral("t")},
+                                    {QStringLiteral("path"), QStringLiteral("p")},
+                                    {QStringLiteral("features"), features}};
+            // The name of a feature that none knows was told already.
+            if (Action::fromVariant(sound, m_features, m_byPath, m_owner).isRight())
+                refuse(rules::groupFeatures, value.place[QStringLiteral("features")],
+                       wordsOf(Action::fromVariant(sound, nullptr, m_byPath, m_owner)));
         }
         return any;
     }
@@ -274,9 +296,9 @@ private:
             const QVariantMap map = values.at(i).toMap();
             noteActions(map, place[i], i);
             if (read.isRight())
-                m_subject->entries.append({i, map, place[i], read.right().first()});
-            else if (!tellGesture(map, place[i]))
-                refuse(place[i], wordsOf(read));
+                m_subject->entries.append({i, map, place[i], read.right().first(), {}});
+            else
+                mendGesture(map, place[i], i, wordsOf(read));
         }
     }
 
@@ -326,13 +348,17 @@ private:
         return true;
     }
 
-    bool tellGesture(const QVariantMap &map, const Place &place)
+    void mendGesture(const QVariantMap &map, const Place &place, int index, const QString &words)
     {
         const auto elements = [this](const QVariant &value, const Place &where) { return tellElements(value, where); };
         const QString kind = QStringLiteral("kind");
         const QString zone = QStringLiteral("zone");
         const QString defaultAction = QStringLiteral("defaultAction");
-        return tellAll(
+        // Gestures own their actions: what one of these takes, the next must still find.
+        const auto read = [this](const QVariantMap &tried) {
+            return Gesture::fromVariant(tried, m_features, m_known, m_subject->groups, m_subject->zones, {}, m_owner);
+        };
+        const Mended mended = tellAll(
                 map, place,
                 {{kind, QStringLiteral("tap")},
                  {zone, QStringLiteral("whole"),
@@ -349,11 +375,12 @@ private:
                  {QStringLiteral("features"), QVariantList(),
                   [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }}},
                 {{kind, QStringLiteral("tap")}, {zone, QStringLiteral("whole")}, {defaultAction, m_sound->path()}}, {},
-                [this](const QVariantMap &tried) {
-                    // Gestures own their actions: what this one takes, the next must still find.
-                    return wordsOf(Gesture::fromVariant(tried, m_features, m_known, m_subject->groups, m_subject->zones,
-                                                        {}, m_owner));
-                });
+                [&read](const QVariantMap &tried) { return wordsOf(read(tried)); });
+        if (mended.changed.isEmpty())
+            refuse(place, words);
+        const auto gesture = read(mended.map);
+        if (gesture.isRight())
+            m_subject->entries.append({index, map, place, gesture.right(), mended.changed});
     }
 
     // In the loader's own words, which it says of two gestures as of a whole list.
@@ -374,7 +401,8 @@ private:
         for (int i = 1; i < m_subject->entries.size(); ++i) {
             const Entry &entry = m_subject->entries.at(i);
             const Entry &above = m_subject->entries.at(i - 1);
-            if (entry.index == above.index + 1 && entry.gesture->id() == above.gesture->id())
+            if (entry.index == above.index + 1 && entry.hasId() && above.hasId()
+                && entry.gesture->id() == above.gesture->id())
                 refuse(rules::duplicateNeighbours, entry.place[QStringLiteral("id")], wordsOfTwo(entry.gesture->id()));
         }
     }
@@ -393,7 +421,7 @@ private:
 Subject takeApart(const JsonText &text, const QVariant &document, const FeaturesProvider *features, QObject *owner,
                   Findings *findings)
 {
-    Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}};
+    Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}, {}};
     Reading(&subject, features, owner, findings).read(document);
     return subject;
 }

@@ -13,13 +13,22 @@
 
 namespace analysis {
 
-/// A gesture that the library takes, and the entry that it comes from.
+/// A gesture, and the entry that it comes from. When the library refuses the entry, it is the gesture of what is left
+/// of it with sound values in place of the refused ones.
 struct Entry
 {
     int index; // among "gestures"
     QVariantMap map;
     Place place;
     vellix::gesture::Gesture *gesture;
+    QStringList refused; // members
+
+    /// Whether the library takes what the gesture matches.
+    bool hasTouches() const;
+    /// Whether it is this id that the gesture has.
+    bool hasId() const;
+    /// Whether the library takes what the gesture does.
+    bool hasActions() const;
 };
 
 /// Where an action may stand.
@@ -42,14 +51,14 @@ struct Subject
 {
     const JsonText *text;
     QVariantMap root;
-    QMap<QString, QRectF> zones;              // in force
-    QList<vellix::gesture::Action *> actions; // those of "actions"
+    QMap<QString, QRectF> zones;                     // in force
+    QList<vellix::gesture::Action *> actions;        // those of "actions"
+    QList<vellix::gesture::Action *> refusedActions; // that stand for themselves among those
     QMap<QString, QList<vellix::gesture::Action *>> groups;
-    QVector<Entry> entries;
+    QVector<Entry> entries;            // those that are objects
     QVector<ActionValue> actionValues; // in the order of the sections
 
     Place place() const { return text->place(); }
-    QList<vellix::gesture::Gesture *> gestures() const;
     /// What a gesture offers, on whatever device.
     QStringList offeredPaths(const Entry &entry) const;
     bool isDefined(const QString &path) const;

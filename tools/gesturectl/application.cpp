@@ -42,13 +42,20 @@ static const analysis::Finding *errorOf(const analysis::Findings &findings, cons
     return found == all.cend() ? nullptr : &*found;
 }
 
+// What a check finds beside what a later load would refuse.
+static analysis::Findings findingsOf(const analysis::Check &check)
+{
+    analysis::Findings findings = check.findings();
+    findings.drop({QLatin1String(analysis::rules::unsaveableAction.id)});
+    return findings;
+}
+
 // A refused file, with the place of the fault. The loader names the file itself when it cannot read it.
 static Failure badFile(const QString &path, const analysis::Check &check, const Error &error)
 {
     const QString file = resolved(path);
     const QString reason = words(error);
-    analysis::Findings findings = check.findings();
-    findings.drop({QLatin1String(analysis::rules::unsaveableAction.id)}); // which loads
+    const analysis::Findings findings = findingsOf(check);
     const analysis::Finding *finding = errorOf(findings, reason);
     if (finding && finding->rule != &analysis::rules::unreadable) {
         const analysis::Position position = finding->file->positionOf(finding->span.begin);
@@ -91,7 +98,7 @@ static Failure refused(const ApplicationPaths &paths, const Bindings &bindings, 
     check.configuration(paths.defaultPath(), paths.currentPathExists() ? paths.currentPath() : QString());
     const Failure failure = badFile(paths.defaultPath(), check, error);
     // A choice that is in no file yet.
-    const bool isSound = check.findings().count(analysis::Severity::Error) == 0;
+    const bool isSound = findingsOf(check).count(analysis::Severity::Error) == 0;
     return isSound
             ? Failure{BadFiles,
                       QStringList(bindings.keys()).join(QStringLiteral(", ")) + QStringLiteral(": ") + words(error)}

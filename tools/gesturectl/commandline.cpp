@@ -60,11 +60,14 @@ static CLI::IsMember directions()
     return CLI::IsMember({"toLeft", "toRight", "toTop", "toBottom", "no"});
 }
 
-static CLI::IsMember rules()
+// An error is one whether it is wanted or not.
+static CLI::IsMember warnings()
 {
     std::vector<std::string> ids;
-    for (const analysis::Rule *rule : analysis::allRules())
-        ids.push_back(rule->id);
+    for (const analysis::Rule *rule : analysis::allRules()) {
+        if (rule->severity == analysis::Severity::Warning)
+            ids.push_back(rule->id);
+    }
     return CLI::IsMember(ids);
 }
 
@@ -276,7 +279,7 @@ void CommandLine::addCheck()
     CLI::Option *config = addFile(command, "--config", &m_config, "This configuration");
     app->excludes(all)->excludes(config);
     config->excludes(all);
-    addFile(command, "--bindings", &m_bindings, "These bindings in place of the user's own");
+    addFile(command, "--bindings", &m_bindings, "These bindings in place of the user's own")->excludes(all);
     addFile(command, "--paths", &m_paths, "This file in place of the system's application paths");
     CLI::Option *every = command->add_flag("--every-device", m_everyDevice, "All combinations of features");
     command->add_option("--with", m_with, "The features that the device has, in place of this machine's")
@@ -284,9 +287,9 @@ void CommandLine::addCheck()
             ->check(features())
             ->excludes(every);
     command->add_flag("--strict", m_strict, "Exit status 1 for warnings");
-    command->add_option("--ignore", m_ignored, "Rules whose findings are not wanted")
+    command->add_option("--ignore", m_ignored, "Rules whose warnings are not wanted")
             ->delimiter(',')
-            ->check(rules())
+            ->check(warnings())
             ->type_name("RULE");
     command->add_option("--format", m_format, "How findings are printed")
             ->capture_default_str()
