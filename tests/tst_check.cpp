@@ -207,8 +207,8 @@ private Q_SLOTS:
             "5:45 directed-tap: a hold goes in no direction: gesture 'base' never fires\n"
             "6:18 not-available: gesture 'base' does not offer its own action 'a'\n"
             "6:35 refused: 'features' must be list<str>.\n"
-            "7:42 directed-tap: a hold goes in no direction: gesture 'x' never fires\n"
-            "7:42 shadowed: gesture 'x' never fires: the earlier 'base' (line 5) takes 100 % of its zone");
+            "7:42 shadowed: gesture 'x' never fires: the earlier 'base' (line 5) takes 100 % of its zone\n"
+            "7:42 directed-tap: a hold goes in no direction: gesture 'x' never fires");
         row("what is refused takes nothing from others",
             "{\"zones\": {\"z\": {\"x\": 0}}, \"actions\": [{\"path\": \"t\"}, {\"path\": \"a\", \"title\": \"A\"}],\n"
             "\"gestures\": [{\"kind\": \"tap\", \"zone\": \"z\", \"defaultAction\": \"a\"},\n"

@@ -20,8 +20,8 @@ struct Span
 /// The place of a byte as a person counts: from one, columns in characters.
 struct Position
 {
-    int line;
-    int column;
+    int line = 1;
+    int column = 1;
 };
 
 class Place;

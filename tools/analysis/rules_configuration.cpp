@@ -5,6 +5,7 @@
 
 #include <gesture_api/gestureservice.h>
 
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -308,11 +309,15 @@ static QString list(const QStringList &texts)
     return texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + texts.last();
 }
 
-// Where a place is, said at another one: the line tells nothing in a file that is all one line.
-static QString placeText(const Place &place, const Place &from)
+static Position positionOf(const Place &place)
 {
-    const Position position = place.text().positionOf(place.span().begin);
-    if (position.line != lineOf(from))
+    return place.text().positionOf(place.span().begin);
+}
+
+// Where something is, said at another place: the line tells nothing in a file that is all one line.
+static QString placeText(const Position &position, const Position &from)
+{
+    if (position.line != from.line)
         return QStringLiteral("line %1").arg(position.line);
     return QStringLiteral("column %1").arg(position.column);
 }
@@ -327,13 +332,13 @@ struct Loser
 };
 }
 
-static QString takersOf(const Reach &reach, const Place &from, const QMap<const Gesture *, Place> &places)
+static QString takersOf(const Reach &reach, const Position &from, const QHash<const Gesture *, Position> &places)
 {
     QStringList takers;
     for (const Loss &loss : reach.losses) {
         const QString share = reach.losses.size() > 1 ? QStringLiteral(", ") + percent(loss.share) : QString();
-        takers.append(QStringLiteral("%1 (%2%3)")
-                              .arg(quoted(loss.to->id()), placeText(*places.constFind(loss.to), from), share));
+        takers.append(
+                QStringLiteral("%1 (%2%3)").arg(quoted(loss.to->id()), placeText(places.value(loss.to), from), share));
     }
     return QStringLiteral("the earlier ") + list(takers);
 }
@@ -356,12 +361,12 @@ static QString takenText(const Loser &loser, const QString &modes)
 
 // One for all modes in which the same gestures take the same.
 static QVector<Loser> losersOf(const Entry &entry, const QVector<Mode> &modes, const QList<Gesture *> &gestures,
-                               const QMap<const Gesture *, Place> &places)
+                               const QHash<const Gesture *, Position> &places)
 {
     QVector<Loser> losers;
     for (const Mode &mode : modes) {
         const Reach reach = reachOf(entry.gesture, gestures, mode);
-        const QString takers = takersOf(reach, entry.place, places);
+        const QString takers = takersOf(reach, places.value(entry.gesture), places);
         const auto known = std::find_if(losers.begin(), losers.end(), [&](const Loser &one) {
             return one.takers == takers && one.reach.none == reach.none;
         });
@@ -403,12 +408,12 @@ static void tellLosers(const Entry &entry, const QVector<Loser> &losers, Finding
 void tellShadowed(const Subject &subject, Findings *findings)
 {
     QList<Gesture *> gestures;
-    QMap<const Gesture *, Place> places;
+    QHash<const Gesture *, Position> places;
     for (const Entry &entry : subject.entries) {
         if (!entry.hasTouches())
             continue;
         gestures.append(entry.gesture);
-        places.insert(entry.gesture, entry.place);
+        places.insert(entry.gesture, positionOf(entry.place));
     }
     const QVector<Mode> modes = modesOf(gestures);
     for (const Entry &entry : subject.entries) {
@@ -432,7 +437,8 @@ void tellDuplicateIds(const Subject &subject, Findings *findings)
         if (before != known.constEnd() && before->index + 1 != entry.index)
             findings->add(rules::duplicateId, entry.place[QStringLiteral("id")],
                           QStringLiteral("the id %1 was used before, in %2")
-                                  .arg(quoted(entry.gesture->id()), placeText(before->place, entry.place)));
+                                  .arg(quoted(entry.gesture->id()),
+                                       placeText(positionOf(before->place), positionOf(entry.place))));
         known.insert(entry.gesture->id(), entry);
     }
 }
@@ -487,13 +493,13 @@ void tellNotAvailable(const Subject &subject, Findings *findings)
         if (offered.isEmpty())
             continue;
         for (const ActionValue &value : subject.actionValues) {
-            const bool isDone =
-                    value.entry == entry.index && (value.role == Role::Default || value.role == Role::Current);
-            const bool isKnown = !value.isName() || subject.isDefined(value.path()); // or that is told
-            if (isDone && isKnown && !offered.contains(value.path()))
-                findings->add(rules::notAvailable, value.place,
-                              QStringLiteral("gesture %1 does not offer its own action %2")
-                                      .arg(quoted(entry.gesture->id()), quoted(value.path())));
+            if (value.entry != entry.index || value.role == Role::Available || offered.contains(value.path()))
+                continue;
+            if (value.isName() && !subject.isDefined(value.path())) // which is told
+                continue;
+            findings->add(rules::notAvailable, value.place,
+                          QStringLiteral("gesture %1 does not offer its own action %2")
+                                  .arg(quoted(entry.gesture->id()), quoted(value.path())));
         }
     }
 }

@@ -51,12 +51,6 @@ QStringList Subject::offeredPaths(const Entry &entry) const
     return paths;
 }
 
-bool Subject::isDefined(const QString &path) const
-{
-    return std::any_of(actions.cbegin(), actions.cend(),
-                       [&path](const Action *action) { return action->path() == path; });
-}
-
 namespace {
 
 bool isOf(const QVariant &value, QMetaType::Type type)
@@ -214,6 +208,7 @@ private:
             if (!action)
                 continue;
             m_subject->actions.append(action);
+            m_subject->definedPaths.insert(action->path());
             m_subject->actionValues.append(value);
         }
         m_known = m_subject->actions;
@@ -421,7 +416,7 @@ private:
 Subject takeApart(const JsonText &text, const QVariant &document, const FeaturesProvider *features, QObject *owner,
                   Findings *findings)
 {
-    Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}, {}};
+    Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}, {}, {}};
     Reading(&subject, features, owner, findings).read(document);
     return subject;
 }

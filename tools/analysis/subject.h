@@ -7,6 +7,7 @@
 #include <gesture_api/gesture.h>
 
 #include <QMap>
+#include <QSet>
 #include <QVariant>
 
 // A gesture configuration entry by entry, as the library reads it on one device.
@@ -54,6 +55,7 @@ struct Subject
     QMap<QString, QRectF> zones;                     // in force
     QList<vellix::gesture::Action *> actions;        // those of "actions"
     QList<vellix::gesture::Action *> refusedActions; // that stand for themselves among those
+    QSet<QString> definedPaths; // of those
     QMap<QString, QList<vellix::gesture::Action *>> groups;
     QVector<Entry> entries;            // those that are objects
     QVector<ActionValue> actionValues; // in the order of the sections
@@ -61,7 +63,7 @@ struct Subject
     Place place() const { return text->place(); }
     /// What a gesture offers, on whatever device.
     QStringList offeredPaths(const Entry &entry) const;
-    bool isDefined(const QString &path) const;
+    bool isDefined(const QString &path) const { return definedPaths.contains(path); }
 };
 
 /// Reads each entry by itself, so that the faults of all are found, each in the library's own words and at the value
