@@ -34,6 +34,13 @@ g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" $(pkg-config
 # The installed tool finds its libraries by itself.
 [ "$("$work/host/bin/gesturectl" zones | wc -l)" = 13 ]
 
+# What an editor, a reader and a shell look for.
+for file in share/gesture_api/schemas/gesture-config.schema.json share/man/man1/gesturectl-check.1 \
+        share/bash-completion/completions/gesturectl; do
+    [ -s "$work/host/$file" ]
+done
+"$work/host/bin/gesturectl" schema bindings | diff - "$work/host/share/gesture_api/schemas/bindings.schema.json"
+
 # So does the QML module.
 module=$(dirname "$(find "$work/host" -name plugins.qmltypes)")
 cat >"$work/tst_module.qml" <<'QML'
