@@ -524,6 +524,12 @@ private Q_SLOTS:
                 "5:46 directed-tap: a tap goes in no direction: gesture 'TapLeftToTop' never fires\n"
                 "6:47 directed-tap: a hold goes in no direction: gesture 'HoldLeftToLeft' never fires");
 
+        gesture("a swipe without a direction",
+                "{\"kind\": \"swipe\", \"zone\": \"left\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"swipe\", \"zone\": \"right\", \"direction\": \"no\", \"defaultAction\": \"a\"},\n"
+                "{\"kind\": \"swipe\", \"zone\": \"right\", \"direction\": \"toTop\", \"defaultAction\": \"a\"}",
+                "5:10 undirected-swipe: a swipe goes in a direction: gesture 'SwipeLeftNoDirection' has none\n"
+                "6:49 undirected-swipe: a swipe goes in a direction: gesture 'SwipeRightNoDirection' has none");
         gesture("modes that differ in case",
                 "{\"modes\": [\"other\", \"Base\", \"Base\"], \"kind\": \"tap\", \"zone\": \"whole\", "
                 "\"defaultAction\": \"a\"}",
@@ -671,6 +677,43 @@ private Q_SLOTS:
                               "Known here: zones, actions, actionGroups, gestures, $schema"}));
     }
 
+    void hintsOfRefusals_data()
+    {
+        QTest::addColumn<QByteArray>("gesture");
+        QTest::addColumn<QString>("hint");
+        const auto row = [](const char *name, const char *members, const char *hint) {
+            QTest::newRow(name)
+                    << "{\"kind\": \"tap\", \"direction\": \"no\", \"availableActions\": [\"a\", \"b\", \"light\"],"
+                       " \"defaultAction\": \"a\", "
+                            + QByteArray(members) + "}"
+                    << hint;
+        };
+        const char *const general = "One such place and nothing of the whole file is loaded.";
+        row("kind", R"("kind": "pinch")", "It is one of tap, hold, swipe and drag.");
+        row("zone", R"("zone": "Left")", "Did you mean 'left'?");
+        row("action", R"("defaultAction": "ligth")", "Did you mean 'light'?");
+        row("group", R"("availableActions": "alle")", "Did you mean 'all'?");
+        row("group in a list", R"("availableActions": ["a", "all"])",
+            "It is a group: only \"availableActions\" names one, and not in a list.");
+        row("feature", R"("features": ["frontlights"])", "Did you mean 'frontlight'?");
+        row("nothing near", R"("zone": "nowhere")", general);
+        row("another fault", R"("modes": 5)", general);
+    }
+
+    void hintsOfRefusals()
+    {
+        QFETCH(QByteArray, gesture);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, withGestures(gesture));
+        Check check;
+        check.configuration(file);
+        const Findings findings = check.findings();
+        const auto refused = std::find_if(findings.list().cbegin(), findings.list().cend(),
+                                          [](const Finding &one) { return one.rule == &rules::refused; });
+        QVERIFY(refused != findings.list().cend());
+        QTEST(refused->hint, "hint");
+    }
+
     void devices()
     {
         const QString file = m_tree->root() + "/cfg.json";
@@ -719,6 +762,35 @@ private Q_SLOTS:
                  QStringList({lamp + " (without frontlight)", none + " (without frontlight and smartlight and tts)",
                               end, odd})
                          .join('\n'));
+    }
+
+    void deadTouches()
+    {
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(
+                file,
+                withGestures("{\"id\": \"lamp\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"light\",\n"
+                             "\"features\": [\"frontlight\"]},\n"
+                             "{\"id\": \"apart\", \"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"light\","
+                             " \"features\": [\"frontlight\"]},\n"
+                             "{\"id\": \"two\", \"kind\": \"tap\", \"zone\": \"leftVerticalLine\", \"defaultAction\": "
+                             "\"light\","
+                             " \"features\": [\"frontlight\"]},\n"
+                             "{\"id\": \"line\", \"kind\": \"tap\", \"zone\": \"leftVerticalLine\", \"defaultAction\": "
+                             "\"a\"}"));
+        const auto found = [&file](const QStringList &device) {
+            Check check({device});
+            check.configuration(file);
+            Findings findings = check.findings();
+            findings.drop({"partly-shadowed", "shadowed"});
+            return shown(findings);
+        };
+        QCOMPARE(found({"frontlight"}), QString());
+        QCOMPARE(found({}),
+                 QString("6:13 dead-touches: the device does not support gesture 'lamp', which still takes touches "
+                         "from 'line'\n"
+                         "8:96 dead-touches: the device does not support gesture 'two', which still takes touches from "
+                         "'line'"));
     }
 
     // This device needs none of what stands behind its action, another one does.

@@ -160,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(ids.at(result.value("ruleIndex").toInt()), QString("refused"));
         QCOMPARE(result.value("level").toString(), QString("error"));
         QCOMPARE(result.value("message").toObject().value("text").toString(),
-                 QString("'gestures' field must be 'list'"));
+                 QString("'gestures' field must be 'list'\nOne such place and nothing of the whole file is loaded."));
         const QJsonObject place =
                 result.value("locations").toArray().first().toObject().value("physicalLocation").toObject();
         QCOMPARE(QUrl(place.value("artifactLocation").toObject().value("uri").toString()).toLocalFile(), file);

@@ -239,6 +239,14 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(m_tree->userFile("app")), text);
     }
 
+    void exportOfNoApplication()
+    {
+        const Run run = gesturectl({"export", "--app", "ap"});
+        QCOMPARE(run.err, "gesturectl: " + m_tree->defaultFile("ap") + ": No such file or directory\n");
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(run.out, QString());
+    }
+
     void badConfiguration()
     {
         testing::writeFile(m_tree->defaultFile("app"), "{}");

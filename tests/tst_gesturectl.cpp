@@ -54,6 +54,13 @@ private Q_SLOTS:
         QTest::newRow("help of a verb") << "find --help" << 0 << "";
         QTest::newRow("no verb") << "" << 2 << "verb is missing";
         QTest::newRow("unknown verb") << "dance" << 2 << "dance";
+        QTest::newRow("misspelt verb") << "chek --config c.json" << 2
+                                       << "there is no verb 'chek', did you mean 'check'?";
+        QTest::newRow("an application that is a path")
+                << "reset --app ../x" << 2 << "'../x' is no name of an application";
+        QTest::newRow("an application that is a directory")
+                << "list --app .." << 2 << "'..' is no name of an application";
+        QTest::newRow("no number of changes") << "watch --app app --count x" << 2 << "--count";
         QTest::newRow("unknown option") << "list --app app --loud" << 2 << "--loud";
         QTest::newRow("no application") << "list" << 2 << "--app";
         QTest::newRow("prohibited application")

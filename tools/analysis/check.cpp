@@ -184,10 +184,13 @@ static void tellAll(const Subject &subject, bool isDeviceChosen, Findings *findi
     tellNotAvailable(subject, findings);
     tellFixedActions(subject, findings);
     tellDirectedTaps(subject, findings);
+    tellUndirectedSwipes(subject, findings);
     tellModesCase(subject, findings);
     // This machine is hardly the device.
-    if (isDeviceChosen)
-        tellNoAction(subject, findings);
+    if (!isDeviceChosen)
+        return;
+    tellNoAction(subject, findings);
+    tellDeadTouches(subject, findings);
 }
 
 Findings Check::checkOn(const FeaturesProvider &features, const Document &document,

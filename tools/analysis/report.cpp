@@ -127,7 +127,7 @@ static QJsonObject sarifResult(const Finding &finding)
     return {{QStringLiteral("ruleId"), QLatin1String(finding.rule->id)},
             {QStringLiteral("ruleIndex"), allRules().indexOf(finding.rule)},
             {QStringLiteral("level"), levelOf(finding)},
-            {QStringLiteral("message"), sarifText(textOf(finding))},
+            {QStringLiteral("message"), sarifText(textOf(finding) + QStringLiteral("\n") + finding.hint)},
             {QStringLiteral("locations"), QJsonArray{location}}};
 }
 

@@ -66,9 +66,14 @@ const Rule fixedAction{"fixed-action", warning, "\"currentAction\" hides what a 
                        "Use \"defaultAction\", unless the gesture is to be fixed."};
 const Rule directedTap{"directed-tap", warning, "A tap or hold has a direction.",
                        "Only swipes and drags have one: drop the direction."};
+const Rule undirectedSwipe{"undirected-swipe", warning, "A swipe has no direction.",
+                           "It matches no movement but an exact diagonal: set its direction, once for each."};
 const Rule modesCase{"modes-case", warning, "Modes differ only in case.", "The lookup tells them apart."};
 const Rule noAction{"no-action", warning, "A gesture has no action that the device supports.",
                     "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's own."};
+const Rule deadTouches{"dead-touches", warning, "A gesture that the device does not support takes touches from others.",
+                       "The lookup finds it all the same: in place of its \"features\", end its \"defaultAction\" list "
+                       "with what the others do."};
 const Rule unknownGesture{"unknown-gesture", warning, "A binding is of no gesture.",
                           "It has no effect, and the next save drops it."};
 const Rule unsupportedBinding{"unsupported-binding", warning, "The device does not support a bound action.",
@@ -83,43 +88,17 @@ const Rule repeatedDefault{"repeated-default", warning, "A binding only repeats 
 const QVector<const Rule *> &allRules()
 {
     using namespace rules;
-    static const QVector<const Rule *> all{&unreadable,
-                                           &syntax,
-                                           &refused,
-                                           &version,
-                                           &duplicateNeighbours,
-                                           &groupFeatures,
-                                           &noSupportedAction,
-                                           &undefinedBinding,
-                                           &unsaveableAction,
-                                           &notStrict,
-                                           &duplicateKey,
-                                           &unknownKey,
-                                           &convertedValue,
-                                           &shadowed,
-                                           &partlyShadowed,
-                                           &duplicateId,
-                                           &overriddenZone,
-                                           &zoneOutside,
-                                           &zoneEmpty,
-                                           &zoneNegative,
-                                           &unusedZone,
-                                           &unusedAction,
-                                           &unusedGroup,
-                                           &duplicateAction,
-                                           &shortTitles,
-                                           &fallbackEnd,
-                                           &undefinedFallback,
-                                           &unreachableFallback,
-                                           &notAvailable,
-                                           &fixedAction,
-                                           &directedTap,
-                                           &modesCase,
-                                           &noAction,
-                                           &unknownGesture,
-                                           &unsupportedBinding,
-                                           &hiddenBinding,
-                                           &repeatedDefault};
+    static const QVector<const Rule *> all{
+            &unreadable,          &syntax,        &refused,           &version,
+            &duplicateNeighbours, &groupFeatures, &noSupportedAction, &undefinedBinding,
+            &unsaveableAction,    &notStrict,     &duplicateKey,      &unknownKey,
+            &convertedValue,      &shadowed,      &partlyShadowed,    &duplicateId,
+            &overriddenZone,      &zoneOutside,   &zoneEmpty,         &zoneNegative,
+            &unusedZone,          &unusedAction,  &unusedGroup,       &duplicateAction,
+            &shortTitles,         &fallbackEnd,   &undefinedFallback, &unreachableFallback,
+            &notAvailable,        &fixedAction,   &directedTap,       &undirectedSwipe,
+            &modesCase,           &noAction,      &deadTouches,       &unknownGesture,
+            &unsupportedBinding,  &hiddenBinding, &repeatedDefault};
     return all;
 }
 

@@ -41,7 +41,9 @@ static void tellBinding(const Subject &subject, const Entry &entry, const Action
     if (!offered.isEmpty() && !offered.contains(path))
         findings->add(rules::notAvailable, place,
                       gesture + QStringLiteral(" does not offer the action ") + quoted(path));
-    if (entry.hasActions() && entry.gesture->defaultAction()->path() == path)
+    // Of a fallback list it depends on the device what repeats it.
+    const bool isList = entry.map.value(QStringLiteral("defaultAction")).userType() == QMetaType::QVariantList;
+    if (entry.hasActions() && !isList && entry.gesture->defaultAction()->path() == path)
         findings->add(rules::repeatedDefault, place,
                       quoted(path) + QStringLiteral(" is what ") + gesture + QStringLiteral(" does by default"));
 }

@@ -405,24 +405,34 @@ static void tellLosers(const Entry &entry, const QVector<Loser> &losers, Finding
     }
 }
 
-void tellShadowed(const Subject &subject, Findings *findings)
+static QVector<Mode> ownModes(const Entry &entry, const QVector<Mode> &modes)
+{
+    QVector<Mode> own;
+    std::copy_if(modes.cbegin(), modes.cend(), std::back_inserter(own),
+                 [&entry](const Mode &mode) { return applies(entry.gesture, mode); });
+    return own;
+}
+
+static QList<Gesture *> gesturesOf(const Subject &subject)
 {
     QList<Gesture *> gestures;
-    QHash<const Gesture *, Position> places;
     for (const Entry &entry : subject.entries) {
-        if (!entry.hasTouches())
-            continue;
-        gestures.append(entry.gesture);
-        places.insert(entry.gesture, positionOf(entry.place));
+        if (entry.hasTouches())
+            gestures.append(entry.gesture);
     }
+    return gestures;
+}
+
+void tellShadowed(const Subject &subject, Findings *findings)
+{
+    const QList<Gesture *> gestures = gesturesOf(subject);
     const QVector<Mode> modes = modesOf(gestures);
+    QHash<const Gesture *, Position> places;
+    for (const Entry &entry : subject.entries)
+        places.insert(entry.gesture, positionOf(entry.place));
     for (const Entry &entry : subject.entries) {
-        if (!entry.hasTouches() || onScreen(entry.gesture->zone()).isNull())
-            continue;
-        QVector<Mode> own;
-        std::copy_if(modes.cbegin(), modes.cend(), std::back_inserter(own),
-                     [&entry](const Mode &mode) { return applies(entry.gesture, mode); });
-        tellLosers(entry, losersOf(entry, own, gestures, places), findings);
+        if (entry.hasTouches() && !onScreen(entry.gesture->zone()).isNull())
+            tellLosers(entry, losersOf(entry, ownModes(entry, modes), gestures, places), findings);
     }
 }
 
@@ -528,6 +538,19 @@ void tellDirectedTaps(const Subject &subject, Findings *findings)
     }
 }
 
+void tellUndirectedSwipes(const Subject &subject, Findings *findings)
+{
+    for (const Entry &entry : subject.entries) {
+        const bool isUndirected = entry.gesture->direction() == Gesture::NoDirection;
+        if (entry.hasTouches() && entry.gesture->kind() == Gesture::Swipe && isUndirected)
+            findings->add(rules::undirectedSwipe,
+                          entry.place[entry.map.contains(QStringLiteral("direction")) ? QStringLiteral("direction")
+                                                                                      : QStringLiteral("kind")],
+                          QStringLiteral("a swipe goes in a direction: gesture %1 has none")
+                                  .arg(quoted(entry.gesture->id())));
+    }
+}
+
 void tellModesCase(const Subject &subject, Findings *findings)
 {
     QMap<QString, QPair<QString, int>> known; // by what they have in common: the first spelling, and its line
@@ -567,6 +590,38 @@ void tellNoAction(const Subject &subject, Findings *findings)
                       entry.place[isFixed ? QStringLiteral("currentAction") : QStringLiteral("defaultAction")],
                       QStringLiteral("gesture %1 has no action: %2 needs %3")
                               .arg(quoted(entry.gesture->id()), quoted(action->path()), list(missing)));
+    }
+}
+
+// What loses touches to a gesture that the device does not support, for each such one.
+static QHash<const Gesture *, QStringList> victimsOf(const Subject &subject)
+{
+    const QList<Gesture *> gestures = gesturesOf(subject);
+    const QVector<Mode> modes = modesOf(gestures);
+    QHash<const Gesture *, QStringList> victims;
+    for (const Entry &entry : subject.entries) {
+        if (!entry.hasTouches() || !entry.gesture->supported())
+            continue;
+        const QString id = quoted(entry.gesture->id());
+        for (const Mode &mode : ownModes(entry, modes)) {
+            const Reach reach = reachOf(entry.gesture, gestures, mode);
+            for (const Loss &loss : reach.losses) {
+                if (!loss.to->supported() && !victims[loss.to].contains(id))
+                    victims[loss.to].append(id);
+            }
+        }
+    }
+    return victims;
+}
+
+void tellDeadTouches(const Subject &subject, Findings *findings)
+{
+    const QHash<const Gesture *, QStringList> victims = victimsOf(subject);
+    for (const Entry &entry : subject.entries) {
+        if (victims.contains(entry.gesture))
+            findings->add(rules::deadTouches, entry.place[QStringLiteral("features")],
+                          QStringLiteral("the device does not support gesture %1, which still takes touches from %2")
+                                  .arg(quoted(entry.gesture->id()), list(victims.value(entry.gesture))));
     }
 }
 

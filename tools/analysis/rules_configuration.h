@@ -26,8 +26,10 @@ void tellFallbacks(const Subject &subject, Findings *findings);
 void tellNotAvailable(const Subject &subject, Findings *findings);
 void tellFixedActions(const Subject &subject, Findings *findings);
 void tellDirectedTaps(const Subject &subject, Findings *findings);
+void tellUndirectedSwipes(const Subject &subject, Findings *findings);
 void tellModesCase(const Subject &subject, Findings *findings);
 /// Of a device that was asked for.
 void tellNoAction(const Subject &subject, Findings *findings);
+void tellDeadTouches(const Subject &subject, Findings *findings);
 
 }

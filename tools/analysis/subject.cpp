@@ -1,9 +1,13 @@
 #include "subject.h"
 
+#include "devices.h"
+#include "keys.h"
 #include "refusal.h"
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
+
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -107,7 +111,39 @@ public:
 private:
     QVariant section(const QString &name) const { return m_subject->root.value(name); }
 
-    void refuse(const Place &place, const QString &words) { refuse(rules::refused, place, words); }
+    void refuse(const Place &place, const QString &words)
+    {
+        m_findings->add(rules::refused, place, words, hintFor(words));
+    }
+    // The library's words say what is refused, and not always what would be taken.
+    QString hintFor(const QString &words) const
+    {
+        static const QRegularExpression undefined(
+                QStringLiteral("^(zone|action group|action) '(.*)' not defined$|^unknown (feature): `(.*)`$"));
+        if (words.startsWith(QLatin1String("kind can be only")))
+            return QStringLiteral("It is one of tap, hold, swipe and drag.");
+        const auto match = undefined.match(words);
+        if (!match.hasMatch())
+            return {};
+        const QString what = match.captured(1) + match.captured(3);
+        const QString name = match.captured(2) + match.captured(4);
+        if (what == QLatin1String("action") && section(QStringLiteral("actionGroups")).toMap().contains(name))
+            return QStringLiteral("It is a group: only \"availableActions\" names one, and not in a list.");
+        const QString meant = nearestTo(name, namesOf(what));
+        return meant.isEmpty() ? QString() : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?");
+    }
+
+    QStringList namesOf(const QString &what) const
+    {
+        if (what == QLatin1String("zone"))
+            return m_subject->zones.keys() + GestureService::predefinedZones.keys();
+        if (what == QLatin1String("action"))
+            return m_subject->definedPaths.values();
+        if (what == QLatin1String("action group"))
+            return section(QStringLiteral("actionGroups")).toMap().keys();
+        return knownFeatures();
+    }
+
     void refuse(const Rule &rule, const Place &place, const QString &words) { m_findings->add(rule, place, words); }
 
     Mended tellAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields,

@@ -55,7 +55,7 @@ struct Subject
     QMap<QString, QRectF> zones;                     // in force
     QList<vellix::gesture::Action *> actions;        // those of "actions"
     QList<vellix::gesture::Action *> refusedActions; // that stand for themselves among those
-    QSet<QString> definedPaths; // of those
+    QSet<QString> definedPaths;                      // of those
     QMap<QString, QList<vellix::gesture::Action *>> groups;
     QVector<Entry> entries;            // those that are objects
     QVector<ActionValue> actionValues; // in the order of the sections

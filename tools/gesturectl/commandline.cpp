@@ -3,8 +3,10 @@
 #include "helpformatter.h"
 
 #include <analysis/devices.h>
+#include <analysis/keys.h>
 #include <analysis/rule.h>
 
+#include <limits>
 #include <memory>
 
 using vellix::gesture::Gesture;
@@ -35,6 +37,13 @@ static std::string checkPosition(const std::string &position)
     if (numbers.size() != 2 || !isX || !isY || !(x >= 0 && x <= 1 && y >= 0 && y <= 1))
         return "'" + position + "' is not X,Y with both from 0 to 1";
     return {};
+}
+
+// It becomes a part of paths.
+static std::string checkApp(const std::string &app)
+{
+    const bool isName = app.find('/') == std::string::npos && app != "." && app != "..";
+    return isName ? std::string() : "'" + app + "' is no name of an application";
 }
 
 static std::string checkName(const std::string &file)
@@ -111,6 +120,16 @@ CommandLine::CommandLine()
 
 std::optional<int> CommandLine::parse(int argc, char *argv[])
 {
+    // Else it is told among all that stands behind it.
+    const QString first = argc > 1 ? text(argv[1]) : QString();
+    if (!first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !verbs().contains(first)) {
+        const QString meant = analysis::nearestTo(first, verbs());
+        printError(QStringLiteral("there is no verb '%1'%2")
+                           .arg(first,
+                                meant.isEmpty() ? QStringLiteral(", 'gesturectl --help' shows them")
+                                                : QStringLiteral(", did you mean '") + meant + QStringLiteral("'?")));
+        return WrongUse;
+    }
     try {
         m_cli.parse(argc, argv);
     } catch (const CLI::Success &wanted) { // help, version
@@ -131,6 +150,14 @@ std::string CommandLine::verb() const
     return m_cli.get_subcommands().front()->get_name();
 }
 
+QStringList CommandLine::verbs() const
+{
+    QStringList names;
+    for (const CLI::App *command : m_cli.get_subcommands([](const CLI::App *) { return true; }))
+        names.append(text(command->get_name()));
+    return names;
+}
+
 CLI::App *CommandLine::add(const char *name, const char *description, const Verb &verb)
 {
     CLI::App *command = m_cli.add_subcommand(name, description);
@@ -141,7 +168,7 @@ CLI::App *CommandLine::add(const char *name, const char *description, const Verb
 
 CLI::Option *CommandLine::addApp(CLI::App *command)
 {
-    return command->add_option("--app", m_app, "The application, such as reader")->type_name("APP");
+    return command->add_option("--app", m_app, "The application, such as reader")->check(checkApp)->type_name("APP");
 }
 
 CLI::Option *CommandLine::addFile(CLI::App *command, const char *name, std::string *file, const char *description)
@@ -265,7 +292,8 @@ void CommandLine::addWatch()
     CLI::App *command = add("watch", "Print a line each time another process changes the bindings",
                             [this] { return watch(text(m_app), m_count, m_json); });
     addApp(command)->required();
-    command->add_option("--count", m_count, "End after so many changes")->check(CLI::NonNegativeNumber);
+    command->add_option("--count", m_count, "End after so many changes, 0 for never")
+            ->check(CLI::Range(0, std::numeric_limits<int>::max()));
     addJson(command);
     command->footer("Example: gesturectl watch --app reader");
 }
@@ -282,12 +310,13 @@ void CommandLine::addCheck()
     addFile(command, "--bindings", &m_bindings, "These bindings in place of the user's own")->excludes(all);
     addFile(command, "--paths", &m_paths, "This file in place of the system's application paths");
     CLI::Option *every = command->add_flag("--every-device", m_everyDevice, "All combinations of features");
-    command->add_option("--with", m_with, "The features that the device has, in place of this machine's")
+    command->add_option("--with", m_with,
+                        "The features that the device has in place of this machine's, separated by commas")
             ->delimiter(',')
             ->check(features())
             ->excludes(every);
     command->add_flag("--strict", m_strict, "Exit status 1 for warnings");
-    command->add_option("--ignore", m_ignored, "Rules whose warnings are not wanted")
+    command->add_option("--ignore", m_ignored, "Rules whose warnings are not wanted, separated by commas")
             ->delimiter(',')
             ->check(warnings())
             ->type_name("RULE");
@@ -327,7 +356,7 @@ void CommandLine::addDoctor()
     addFile(command, "--new", &m_new, "The configuration after it")->required();
     addFile(command, "--bindings", &m_bindings, "A file of choices");
     addApp(command)->description("In place of a file, the user's choices for this application");
-    command->add_flag("--write", m_write, "Drop what the new configuration would refuse; the old file is kept");
+    command->add_flag("--write", m_write, "Drop what the new configuration refuses or has not; the old file is kept");
     addJson(command);
     command->footer("Exit status 1 when a choice would be refused or could not be reached any more.\n"
                     "Example: gesturectl doctor --old old.json --new new.json --app reader");
@@ -355,7 +384,7 @@ void CommandLine::addSchema()
 {
     CLI::App *command =
             add("schema", "Print the JSON Schema of a file, for editors", [this] { return schema(text(m_schema)); });
-    command->add_option("FILE", m_schema, "The kind of file")
+    command->add_option("FILE", m_schema, "gesture-config, bindings or application-paths")
             ->required()
             ->check(CLI::IsMember({"gesture-config", "bindings", "application-paths"}));
     command->footer("Example: gesturectl schema gesture-config > gesture-config.schema.json");

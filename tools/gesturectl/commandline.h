@@ -26,6 +26,7 @@ public:
 private:
     using Verb = std::function<Result<ExitStatus>()>;
 
+    QStringList verbs() const;
     CLI::App *add(const char *name, const char *description, const Verb &verb);
     CLI::Option *addApp(CLI::App *command);
     CLI::Option *addFile(CLI::App *command, const char *name, std::string *file, const char *description);

@@ -12,9 +12,17 @@ using namespace vellix::gesture;
 
 namespace gesturectl {
 
+// An application that is not there has no choices to lose: its export would wipe those of another at an import.
+static Result<ApplicationPaths> known(const ApplicationPaths &paths)
+{
+    if (!paths.currentPathExists() && !PathResolver::newDefault().exists(paths.defaultPath().toStdString()))
+        return Left(Failure{BadFiles, resolved(paths.defaultPath()) + QStringLiteral(": No such file or directory")});
+    return Right(paths);
+}
+
 Result<ExitStatus> exportBindings(const QString &appId)
 {
-    return pathsOf(appId).flatMap(bindingsOf).map([](const Bindings &bindings) {
+    return pathsOf(appId).flatMap(known).flatMap(bindingsOf).map([](const Bindings &bindings) {
         QJsonObject actions;
         for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
             actions.insert(binding.key(), *binding);

@@ -6,6 +6,7 @@
 
 #include <clocale>
 #include <cstdio>
+#include <iostream>
 #include <memory>
 
 using namespace gesturectl;
@@ -24,18 +25,26 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
     return application;
 }
 
+static bool isPrinted()
+{
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
+        return true;
+    printError(QStringLiteral("the output could not be written"));
+    return false;
+}
+
 int main(int argc, char *argv[])
 {
     std::setlocale(LC_CTYPE, ""); // arguments are read before there is an application, which would do it
     CommandLine commandLine;
-    if (const auto status = commandLine.parse(argc, argv))
-        return *status;
+    if (const auto status = commandLine.parse(argc, argv)) {
+        std::cout.flush(); // the help
+        return isPrinted() && std::cout ? *status : BadFiles;
+    }
     const auto application = applicationFor(commandLine.verb(), argc, argv);
     const Result<ExitStatus> result = commandLine.run();
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        printError(QStringLiteral("the output could not be written"));
+    if (!isPrinted())
         return BadFiles;
-    }
     if (result.isRight())
         return result.right();
     printError(result.left().message);
