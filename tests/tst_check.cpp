@@ -681,12 +681,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("gesture");
         QTest::addColumn<QString>("hint");
-        const auto row = [](const char *name, const char *members, const char *hint) {
-            QTest::newRow(name)
-                    << "{\"kind\": \"tap\", \"direction\": \"no\", \"availableActions\": [\"a\", \"b\", \"light\"],"
-                       " \"defaultAction\": \"a\", "
-                            + QByteArray(members) + "}"
-                    << hint;
+        const auto row = [](const char *name, const QByteArray &members, const char *hint) {
+            QJsonObject gesture{{"kind", "tap"},
+                                {"direction", "no"},
+                                {"availableActions", QJsonArray{"a", "b", "light"}},
+                                {"defaultAction", "a"}};
+            const QJsonObject changed = QJsonDocument::fromJson('{' + members + '}').object();
+            for (auto member = changed.begin(); member != changed.end(); ++member)
+                gesture.insert(member.key(), *member);
+            QTest::newRow(name) << QJsonDocument(gesture).toJson(QJsonDocument::Compact) << hint;
         };
         const char *const general = "One such place and nothing of the whole file is loaded.";
         row("kind", R"("kind": "pinch")", "It is one of tap, hold, swipe and drag.");

@@ -115,6 +115,7 @@ private:
     {
         m_findings->add(rules::refused, place, words, hintFor(words));
     }
+
     // The library's words say what is refused, and not always what would be taken.
     QString hintFor(const QString &words) const
     {
