@@ -2,6 +2,8 @@
 
 #include "helpformatter.h"
 
+#include <CLI/CLI.hpp>
+
 #include <analysis/devices.h>
 #include <analysis/keys.h>
 #include <analysis/rule.h>
@@ -59,48 +61,61 @@ static std::string checkPicture(const std::string &file)
     return ends(".svg") || ends(".png") ? std::string() : "'" + file + "' is neither .svg nor .png";
 }
 
-static CLI::IsMember kinds()
+// As the library of the command line has one, whose templates take the compiler half a minute.
+static CLI::Validator oneOf(const std::vector<std::string> &names, Qt::CaseSensitivity sensitivity = Qt::CaseSensitive)
 {
-    return CLI::IsMember({"tap", "hold", "swipe", "drag"}, CLI::ignore_case);
+    const QString list = QLatin1Char('{') + texts(names).join(QLatin1Char(',')) + QLatin1Char('}');
+    return CLI::Validator(
+            [names, sensitivity, list](const std::string &value) {
+                const bool isOne = texts(names).contains(text(value), sensitivity);
+                return isOne ? std::string() : value + " not in " + list.toStdString();
+            },
+            list.toStdString());
 }
 
-static CLI::IsMember directions()
+static CLI::Validator kinds()
 {
-    return CLI::IsMember({"toLeft", "toRight", "toTop", "toBottom", "no"});
+    return oneOf({"tap", "hold", "swipe", "drag"}, Qt::CaseInsensitive);
+}
+
+static CLI::Validator directions()
+{
+    return oneOf({"toLeft", "toRight", "toTop", "toBottom", "no"});
 }
 
 // An error is one whether it is wanted or not.
-static CLI::IsMember warnings()
+static CLI::Validator warnings()
 {
     std::vector<std::string> ids;
     for (const analysis::Rule *rule : analysis::allRules()) {
         if (rule->severity == analysis::Severity::Warning)
             ids.push_back(rule->id);
     }
-    return CLI::IsMember(ids);
+    return oneOf(ids);
 }
 
 // "none" is a device without features.
-static CLI::IsMember features()
+static CLI::Validator features()
 {
     std::vector<std::string> names{"none"};
     for (const QString &name : analysis::knownFeatures())
         names.push_back(name.toStdString());
-    return CLI::IsMember(names);
+    return oneOf(names);
 }
 
 CommandLine::CommandLine()
-    : m_cli("Looks into the touch-gesture configuration of an application, and changes it.", "gesturectl")
+    : m_cli(std::make_unique<CLI::App>("Looks into the touch-gesture configuration of an application, and changes it.",
+                                       "gesturectl"))
 {
-    m_cli.formatter(std::make_shared<HelpFormatter>());
-    m_cli.set_version_flag("--version", "gesturectl " GESTURECTL_VERSION, "Print the version and exit");
-    m_cli.footer("Exit status:\n"
-                 "  0  done\n"
-                 "  1  nothing matches, or what was asked for was found wanting\n"
-                 "  2  wrong use\n"
-                 "  3  files that do not load or cannot be written\n"
-                 "Example: gesturectl list --app reader");
-    m_cli.require_subcommand(0, 1); // none is told behind what was not understood
+    m_cli->formatter(std::make_shared<HelpFormatter>());
+    m_cli->set_version_flag("--version", "gesturectl " GESTURECTL_VERSION, "Print the version and exit");
+    m_cli->footer("Exit status:\n"
+                  "  0  done\n"
+                  "  1  nothing matches, or what was asked for was found wanting\n"
+                  "  2  wrong use\n"
+                  "  3  files that do not load or cannot be written\n"
+                  "Example: gesturectl list --app reader");
+    m_cli->require_subcommand(0, 1); // none is told behind what was not understood
 
     addList();
     addFind();
@@ -118,6 +133,8 @@ CommandLine::CommandLine()
     addSchema();
 }
 
+CommandLine::~CommandLine() = default;
+
 std::optional<int> CommandLine::parse(int argc, char *argv[])
 {
     // Else it is told among all that stands behind it.
@@ -131,9 +148,9 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
         return WrongUse;
     }
     try {
-        m_cli.parse(argc, argv);
+        m_cli->parse(argc, argv);
     } catch (const CLI::Success &wanted) { // help, version
-        return m_cli.exit(wanted);
+        return m_cli->exit(wanted);
     } catch (const CLI::ParseError &error) {
         printError(text(error.what()));
         return WrongUse;
@@ -147,20 +164,20 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
 
 std::string CommandLine::verb() const
 {
-    return m_cli.get_subcommands().front()->get_name();
+    return m_cli->get_subcommands().front()->get_name();
 }
 
 QStringList CommandLine::verbs() const
 {
     QStringList names;
-    for (const CLI::App *command : m_cli.get_subcommands([](const CLI::App *) { return true; }))
+    for (const CLI::App *command : m_cli->get_subcommands([](const CLI::App *) { return true; }))
         names.append(text(command->get_name()));
     return names;
 }
 
 CLI::App *CommandLine::add(const char *name, const char *description, const Verb &verb)
 {
-    CLI::App *command = m_cli.add_subcommand(name, description);
+    CLI::App *command = m_cli->add_subcommand(name, description);
     command->callback([this, verb] { m_verb = verb; });
     command->group("Verbs");
     return command;
@@ -322,7 +339,7 @@ void CommandLine::addCheck()
             ->type_name("RULE");
     command->add_option("--format", m_format, "How findings are printed")
             ->capture_default_str()
-            ->check(CLI::IsMember({"text", "json", "sarif"}));
+            ->check(oneOf({"text", "json", "sarif"}));
     command->footer("Errors give the exit status 3, warnings with --strict 1.\n"
                     "Example: gesturectl check --app reader --every-device --strict");
 }
@@ -386,7 +403,7 @@ void CommandLine::addSchema()
             add("schema", "Print the JSON Schema of a file, for editors", [this] { return schema(text(m_schema)); });
     command->add_option("FILE", m_schema, "gesture-config, bindings or application-paths")
             ->required()
-            ->check(CLI::IsMember({"gesture-config", "bindings", "application-paths"}));
+            ->check(oneOf({"gesture-config", "bindings", "application-paths"}));
     command->footer("Example: gesturectl schema gesture-config > gesture-config.schema.json");
 }
 

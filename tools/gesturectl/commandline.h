@@ -2,12 +2,17 @@
 
 #include "verbs.h"
 
-#include <CLI/CLI.hpp>
-
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+// Its header alone takes the compiler many seconds.
+namespace CLI {
+class App;
+class Option;
+}
 
 namespace gesturectl {
 
@@ -16,6 +21,7 @@ class CommandLine
 {
 public:
     CommandLine();
+    ~CommandLine();
 
     /// The exit status, when nothing is left to run: help was asked for, or the arguments are wrong.
     std::optional<int> parse(int argc, char *argv[]);
@@ -52,7 +58,7 @@ private:
     Touch touch() const;
     CheckRequest checkRequest() const;
 
-    CLI::App m_cli;
+    const std::unique_ptr<CLI::App> m_cli;
     Verb m_verb;
 
     // What the options are read into.
