@@ -427,6 +427,8 @@ private Q_SLOTS:
              "2:7 converted-value: a string is read as nan");
         zone("an empty zone", "\"x\": 0, \"y\": 0, \"w\": 0, \"h\": 1",
              "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone too thin for any touch", "\"x\": 0.5, \"y\": 0, \"w\": 1e-13, \"h\": 1",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a negative zone", "\"x\": 1, \"y\": 1, \"w\": -1, \"h\": -0.5",
              "2:1 zone-negative: the zone has a negative side and goes from (0, 0.5) to (1, 1)");
         gesture("an odd zone of a gesture",

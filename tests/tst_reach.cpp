@@ -58,6 +58,7 @@ private Q_SLOTS:
         QTest::newRow("beyond two edges") << QRectF(0.5, -0.5, 4, 1) << QRectF(0.5, 0, 0.5, 0.5);
         QTest::newRow("negative sides") << QRectF(0.5, 0.5, -0.25, -0.5) << QRectF(0.25, 0, 0.25, 0.5);
         QTest::newRow("no width") << QRectF(0.5, 0.5, 0, 0.5) << QRectF();
+        QTest::newRow("thinner than any touch") << QRectF(0.5, 0, 1e-13, 1) << QRectF();
         QTest::newRow("outside") << QRectF(1.5, 0, 1, 1) << QRectF();
         QTest::newRow("beside the edge") << QRectF(1, 0, 1, 1) << QRectF();
         QTest::newRow("beyond all numbers") << QRectF(-1e308, -1e308, 1.7e308, 1.7e308) << QRectF(0, 0, 1, 1);
