@@ -10,8 +10,6 @@ using namespace vellix::gesture;
 namespace analysis {
 
 static const double negligible = 1e-9;
-// Edges such as 0.1 + 0.2 and 0.3 leave slivers between them that no touch can hit.
-static const double sliver = 1e-12;
 
 bool applies(const Gesture *gesture, const Mode &mode)
 {
@@ -28,7 +26,7 @@ QRectF onScreen(const QRectF &zone)
     const QPointF topLeft(std::max(normal.left(), 0.0), std::max(normal.top(), 0.0));
     const QPointF bottomRight(std::min(normal.right(), 1.0), std::min(normal.bottom(), 1.0));
     const QRectF cut(topLeft, bottomRight);
-    return cut.isEmpty() ? QRectF() : cut;
+    return cut.width() > sliver && cut.height() > sliver ? cut : QRectF();
 }
 
 static double areaOf(const QRectF &rectangle)

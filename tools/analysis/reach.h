@@ -20,6 +20,9 @@ using Mode = std::optional<QString>;
 /// Whether the lookup considers a gesture in a mode.
 bool applies(const vellix::gesture::Gesture *gesture, const Mode &mode);
 
+/// What is thinner no touch can hit. Edges such as 0.1 + 0.2 and 0.3 leave such slivers between them.
+constexpr double sliver = 1e-12;
+
 /// Where touches of a zone can start: its sides turned to positive ones, cut to the screen. Null when that has no area.
 QRectF onScreen(const QRectF &zone);
 

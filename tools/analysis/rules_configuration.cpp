@@ -161,7 +161,7 @@ static void tellOddZone(const QRectF &zone, const Place &place, Findings *findin
     // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
     const double rounding = 1e-9;
     const QRectF normal = zone.normalized();
-    if (!(normal.width() > 0) || !(normal.height() > 0)) { // or no number
+    if (!(normal.width() > sliver) || !(normal.height() > sliver)) { // or no number
         findings->add(rules::zoneEmpty, place, QStringLiteral("the zone has no area: no touch is in it"));
         return;
     }
