@@ -3,6 +3,7 @@
 #include "configurationstate.h"
 #include "touches.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 
@@ -27,7 +28,10 @@ int runExample(int argc, char *argv[], const QUrl &root)
     QGuiApplication app(argc, argv);
     registerExampleTypes();
     QQmlApplicationEngine engine;
-    engine.addImportPath(QML_IMPORT_PATH); // the module of this build, where it is not installed
+    // Before the module where Qt looks: the one that was built or installed together with this program.
+    const QDir here(QCoreApplication::applicationDirPath());
+    for (const char *module : {INSTALLED_MODULE, BUILT_MODULE})
+        engine.addImportPath(here.filePath(module));
     engine.setInitialProperties({{"appId", appId}});
     engine.load(root);
     return engine.rootObjects().isEmpty() ? 1 : app.exec();
