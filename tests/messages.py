@@ -282,7 +282,9 @@ def faultsOf(messages, rows):
 def main():
     source = Path(sys.argv[1])
     page = (source / "docs/messages.md").read_text(encoding="utf-8")
-    faults = []
+    either = (source / "common/include/vellix/either.h").read_text(encoding="utf-8")
+    faults = ["either.h: the page does not name the place of a log line: %s" % line
+              for line in re.findall(r"constexpr int getOr\w+Line = (\d+);", either) if "either.h:%s`" % line not in page]
     for heading, (directories, sinks) in PARTS.items():
         reader = Reader(sinks, heading == "message")
         for directory in directories:
