@@ -17,17 +17,18 @@ configure() { # SOURCE BUILD OPTION...
 
 export XDG_DATA_DIRS=$source/examples/data XDG_DATA_HOME=$work/user
 
-# The README's own client and project file are the outside project.
-mkdir "$work/client"
-sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/client.cpp"
-sed -n '/^```cmake$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/CMakeLists.txt"
+# The projects that the documentation shows are the outside projects, first of all the README's own client.
+projects=$("$source/tests/docs/docs.py" projects "$source" "$work/projects")
+client=$work/projects/README_1
 
 cmake --install "$build" --prefix "$work/host" >/dev/null
-configure "$work/client" "$work/client-host" "-DCMAKE_PREFIX_PATH=$work/host"
-[ "$("$work/client-host/client")" = page/next ]
+for project in $projects; do
+    configure "$work/projects/$project" "$work/$project-host" "-DCMAKE_PREFIX_PATH=$work/host"
+done
+[ "$("$work/README_1-host/client")" = page/next ]
 
 export PKG_CONFIG_PATH=$(dirname "$(find "$work/host" -name gesture_api.pc)")
-g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" $(pkg-config --cflags --libs gesture_api) \
+g++ -std=c++17 -fPIC "$client/client.cpp" -o "$work/client-pc" $(pkg-config --cflags --libs gesture_api) \
     "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)"
 [ "$("$work/client-pc")" = page/next ]
 
@@ -73,7 +74,7 @@ touch=(find --app reader --mode reading --kind tap --at 0.9,0.5)
 # What the device build installs serves clients, too, and has nothing of the host.
 cmake --install "$work/build-device" --prefix "$work/installed" >/dev/null
 [ -z "$(find "$work/installed" -name host.h)" ]
-configure "$work/client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
+configure "$client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
 [ "$(LD_LIBRARY_PATH=$work/device/lib "$work/client-device/client")" = page/next ]
 
 # A device whose libraries are not there is told which one is missing.
