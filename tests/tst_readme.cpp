@@ -52,7 +52,7 @@ private Q_SLOTS:
         const std::unique_ptr<QObject> object(component.create());
         QVERIFY2(object, qPrintable(component.errorString()));
         QTest::qWait(50); // for the service, and what is bound to it
-        QCOMPARE(warnings, QStringList());
+        QCOMPARE(warnings.join('\n'), QString());
     }
 
     void qmlClient()
