@@ -47,8 +47,8 @@ public:
     /// Reads a QVariantMap of the strings "current", "default" and "filename" and the list "prohibitedApps";
     /// without the list nothing is prohibited.
     ///
-    /// Fails with `expected map<>`, "field `NAME` must be set", "field `NAME` must have type `string`", or
-    /// `field 'prohibitedApps' must have type list<str>`.
+    /// Fails with "expected map<>", "field `NAME` must be set", "field `NAME` must have type `string`", or
+    /// "field 'prohibitedApps' must have type list<str>".
     static Either<Error, ApplicationPathsConfiguration> fromVariant(const QVariant &value);
     /// Reads a file; a path prefix is expanded. Fails with "REASON (path: PATH)" for a file that cannot be read, and
     /// as fromVariant() does; what is not JSON is no map.

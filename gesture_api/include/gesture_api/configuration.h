@@ -77,7 +77,7 @@ public:
     static qint32 version;
 
     /// Reads a file; a path prefix is expanded. Fails as components::VariantLoader::loadJson() does, with
-    /// `root bust be map<>` behind the path, and as fromVariant() does.
+    /// "`PATH` root bust be map<>", and as fromVariant() does.
     static Either<ParsingError, QMap<QString, QString>> loadJson(const QString &fileName);
     /// Reads "version" (a whole number) and "actions" (a map of strings). Whether gestures and actions of these names
     /// exist is not asked.
