@@ -17,11 +17,6 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-static QString quoted(const QString &name)
-{
-    return QLatin1Char('\'') + name + QLatin1Char('\'');
-}
-
 static int lineOf(const Place &place)
 {
     return place.text().positionOf(place.span().begin).line;

@@ -17,8 +17,6 @@ using analysis::Severity;
 
 namespace gesturectl {
 
-static const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/application_paths.json");
-
 // The file that was named, or the system's when there is one.
 static ApplicationPathsConfiguration pathsFor(Check *check, const QString &named)
 {
