@@ -30,5 +30,5 @@ int runExample(int argc, char *argv[], const QUrl &root)
     engine.addImportPath(QML_IMPORT_PATH); // the module of this build, where it is not installed
     engine.setInitialProperties({{"appId", appId}});
     engine.load(root);
-    return engine.rootObjects().isEmpty() ? 1 : app.exec();
+    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
 }
