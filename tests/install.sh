@@ -2,7 +2,7 @@
 # Installs the build to a prefix, compiles an outside project against it, and builds the library anew
 # against the installed host libraries as if they were the device's: install.sh SOURCE BUILD
 set -euo pipefail
-trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "install.sh: failed: $BASH_COMMAND" >&2' ERR
 source=$1
 build=$2
 work=$(mktemp -d)
@@ -26,8 +26,10 @@ cmake --install "$build" --prefix "$work/host" >/dev/null
 configure "$work/client" "$work/client-host" "-DCMAKE_PREFIX_PATH=$work/host"
 [ "$("$work/client-host/client")" = page/next ]
 
-export PKG_CONFIG_PATH=$(dirname "$(find "$work/host" -name gesture_api.pc)")
-g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" $(pkg-config --cflags --libs gesture_api) \
+PKG_CONFIG_PATH=$(dirname "$(find "$work/host" -name gesture_api.pc)")
+export PKG_CONFIG_PATH
+read -ra flags <<<"$(pkg-config --cflags --libs gesture_api)"
+g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$work/client-pc" "${flags[@]}" \
     "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)"
 [ "$("$work/client-pc")" = page/next ]
 
@@ -67,7 +69,7 @@ configure "$source" "$work/build-device" -DGESTURE_API_PLATFORM=device "-DCMAKE_
 built=$(find "$work/build-device" -name 'libbaseutil*' -o -name 'libvxcomponents*' -o -name 'libdevcaps*' -o -name 'libslateview*')
 [ -z "$built" ]
 ldd "$work/build-device/tools/gesturectl" | grep -q "$work/device/lib/libvxcomponents.so.1"
-touch=(find --app reader --mode reading --kind tap --at 0.9,0.5)
+touch=(find --app reader --mode reading --kind tap --at "0.9,0.5")
 [ "$("$work/build-device/tools/gesturectl" "${touch[@]}")" = "ReadingTapRightNoDirection page/next" ]
 
 # What the device build installs serves clients, too, and has nothing of the host.
