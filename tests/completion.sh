@@ -6,9 +6,10 @@ sample=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_DATA_DIRS=$work/none:$sample XDG_DATA_HOME=$work/user LC_ALL=C.UTF-8
-cd "$work"
+cd "$work" || exit 1
 mkdir "old files"
 touch "old files/a" old.json other.json
+# shellcheck source=/dev/null
 source "$2"
 failures=0
 
@@ -30,7 +31,7 @@ check() { # TITLE EXPECTED WORD...
 verbs=$("$program" --help | sed -n '/^Verbs:$/,/^$/s/^  \([^ ]*\) .*/\1/p' | tr '\n' '|')
 [[ $verbs == list\|*watch\|* ]] || { echo "no verbs: $verbs"; failures=1; }
 check "all verbs" "${verbs%|}" ""
-check "a verb" "find" fi
+check "a verb" "find" "fi"
 check "no such verb" "" dance
 check "options of the program" "--help|--version" -
 check "options of a verb" "--help|--app|--kind|--mode|--json" list --

@@ -12,8 +12,8 @@ work=$(mktemp -d)
 mkdir -p "$pictures"
 finish() {
     local children
-    children=$(jobs -p)
-    [ -z "$children" ] || kill $children 2>/dev/null || true
+    mapfile -t children < <(jobs -p)
+    [ ${#children[@]} = 0 ] || kill "${children[@]}" 2>/dev/null || true
     wait
     rm -rf "$work"
 }

@@ -2,7 +2,7 @@
 # Installs the build to a prefix, compiles an outside project against it, and builds the library anew
 # against the installed host libraries as if they were the device's: install.sh SOURCE BUILD
 set -euo pipefail
-trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "install.sh: failed: $BASH_COMMAND" >&2' ERR
 source=$1
 build=$2
 work=$(mktemp -d)

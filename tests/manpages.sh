@@ -2,7 +2,7 @@
 # Looks at the man pages that were made of a program's help, and makes them anew in other circumstances:
 # manpages.sh PROGRAM PAGES SCRIPT VERSION
 set -euo pipefail
-trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "manpages.sh: failed: $BASH_COMMAND" >&2' ERR
 program=$1
 pages=$2
 script=$3
@@ -16,7 +16,7 @@ unset SOURCE_DATE_EPOCH
 "$program" --help | sed -n '/^Verbs:$/,/^$/s/^  \([^ ]*\) .*/\1/p' >"$work/verbs"
 [ "$(wc -l <"$work/verbs")" -ge 8 ]
 { echo "$name.1"; sed "s/.*/$name-&.1/" "$work/verbs"; } | sort >"$work/expected"
-ls "$pages" | sort | diff "$work/expected" -
+find "$pages" -type f -printf '%f\n' | sort | diff "$work/expected" -
 
 # Sections in their order; only a verb with arguments has a section for them.
 for page in "$pages"/*.1; do

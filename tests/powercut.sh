@@ -3,7 +3,7 @@
 # is copied as it is on disk at that moment, and the copy must hold the last save that was reported done,
 # or a later one, whole: powercut.sh SAVELOOP [CUTS]
 set -euo pipefail
-trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "powercut.sh: failed: $BASH_COMMAND" >&2' ERR
 saveloop=$1
 cuts=${2:-8}
 work=$(mktemp -d)

@@ -2,7 +2,7 @@
 # The type file is what the module's own types dump to, and a dump leaves the files of applications alone:
 # qmltypes.sh MODULE_PARENT_DIR SOURCE_QMLTYPES
 set -euo pipefail
-trap 'echo "failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "qmltypes.sh: failed: $BASH_COMMAND" >&2' ERR
 modules=$(cd "$1" && pwd)
 committed=$(realpath "$2")
 work=$(mktemp -d)

@@ -36,6 +36,7 @@ static void captureQt(QtMsgType type, const QMessageLogContext &context, const Q
 LogCapture::LogCapture() : m_previous(capture)
 {
     capture = this;
+    // cppcheck-suppress useInitializationList ; only now: the handler writes to this object
     m_previousHandler = qInstallMessageHandler(captureQt);
 }
 

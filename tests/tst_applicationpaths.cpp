@@ -279,6 +279,8 @@ private Q_SLOTS:
                                       << "Not a directory (path: %1/file/a.json)";
         QTest::newRow("a directory") << "%1"
                                      << "file to open is a directory (path: %1)";
+        QTest::newRow("a device") << "/dev/zero"
+                                  << "Not a regular file (path: /dev/zero)";
         QTest::newRow("no name") << ""
                                  << "No file name specified (path: )";
     }

@@ -5,6 +5,9 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <pwd.h>
+#include <unistd.h>
+
 using namespace vellix;
 
 class tst_BaseUtil : public QObject
@@ -84,6 +87,15 @@ private Q_SLOTS:
         QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
     }
 
+    void withoutAVariableTheHomeIsTheUsers()
+    {
+        qunsetenv("HOME");
+        const passwd *user = getpwuid(getuid());
+        QVERIFY(user);
+        QCOMPARE(PathResolver::newDefault().resolvePreffix("${USERDATA}"),
+                 user->pw_dir + std::string("/.local/share/vellix"));
+    }
+
     void directoriesOfNothingCountAsUnset()
     {
         qputenv("XDG_DATA_DIRS", ":");
@@ -130,6 +142,8 @@ private Q_SLOTS:
         QFETCH(int, colour);
         QTEST(QString::fromStdString(ansicolor::beginSeq(38, 2, colour, 1)), "expected");
     }
+
+    void noColourUnlessEnabled() { QCOMPARE(ansicolor::beginSeq(38, 2, 0x00FF00, 0), std::string()); }
 
     void align_data()
     {

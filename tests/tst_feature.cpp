@@ -289,6 +289,8 @@ private Q_SLOTS:
                 << QStringList({QString::fromUtf8("+灯光"), QStringLiteral("+abcde"), QString::fromUtf8("+ä")})
                 << heading + QString::fromUtf8("  灯光 ") + yes + QStringLiteral("  abcde") + yes
                         + QString::fromUtf8("  ä    ") + yes;
+        QTest::newRow("what is none is left out")
+                << QStringList({QString(), QStringLiteral("+a"), QString()}) << heading + QStringLiteral("  a") + yes;
     }
 
     void prettyPrint()
@@ -298,8 +300,9 @@ private Q_SLOTS:
         QList<Feature *> list;
         for (const QString &feature : qAsConst(features)) {
             const bool supported = feature.startsWith(QLatin1Char('+'));
-            list.append(new Feature(
-                    feature.mid(1), [supported] { return supported; }, &parent));
+            list.append(feature.isEmpty() ? nullptr
+                                          : new Feature(
+                                                  feature.mid(1), [supported] { return supported; }, &parent));
         }
         std::ostringstream out;
         Feature::prettyPrintListMultiline(out, list);

@@ -14,6 +14,7 @@
 #include <QSignalSpy>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -601,6 +602,29 @@ private Q_SLOTS:
         QVERIFY(service.save());
         QCOMPARE(testing::readFile(userFile()), QByteArray("garbage"));
         QVERIFY(log.qtMessages.last().startsWith(QStringLiteral("critical default: [error] not saved")));
+    }
+
+    // As somebody who may read the file and the directory, but write to neither.
+    void rejectedFileThatCanNotBeWrittenIsLeftAlone()
+    {
+        writeUserFile("garbage");
+        const QString directory = QFileInfo(userFile()).path();
+        LogCapture log;
+        GestureService service(appPaths(), nullptr, false);
+        QCOMPARE(chmod(qPrintable(m_tree->root()), 0755), 0);
+        QCOMPARE(chmod(qPrintable(userFile()), 0444), 0);
+        QCOMPARE(chmod(qPrintable(directory), 0555), 0);
+        const bool isRoot = getuid() == 0;
+        if (isRoot)
+            QCOMPARE(setresuid(65534, 65534, 0), 0);
+        const bool tried = service.save();
+        if (isRoot)
+            QCOMPARE(setresuid(0, 0, 0), 0);
+        QCOMPARE(chmod(qPrintable(directory), 0755), 0);
+        QVERIFY(tried);
+        QCOMPARE(testing::filesBelow(directory), QStringList(QFileInfo(userFile()).fileName()));
+        QCOMPARE(testing::readFile(userFile()), QByteArray("garbage"));
+        QVERIFY(log.qtMessages.last().contains(QStringLiteral("can not open file: Permission denied")));
     }
 
     void pruneAndSaveJsonKeepNothing()

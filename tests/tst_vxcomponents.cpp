@@ -96,6 +96,13 @@ private Q_SLOTS:
                  QStringLiteral("/dev/zero: Not a regular file"));
     }
 
+    // It opens, and then cannot be read from its start.
+    void fileThatFailsWhileItIsRead()
+    {
+        QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral("/proc/self/mem"))),
+                 QStringLiteral("/proc/self/mem: Input/output error"));
+    }
+
     void listIsProducedOnce()
     {
         int calls = 0;

@@ -34,5 +34,5 @@ int runExample(int argc, char *argv[], const QUrl &root)
         engine.addImportPath(here.filePath(module));
     engine.setInitialProperties({{"appId", appId}});
     engine.load(root);
-    return engine.rootObjects().isEmpty() ? 1 : app.exec();
+    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
 }

@@ -23,17 +23,17 @@ static Left<Error> fail(int line, const QString &message)
     return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
 }
 
-using Zones = QMap<QString, QRectF>;
+using ZoneMap = QMap<QString, QRectF>;
 using ActionGroups = QMap<QString, QList<Action *>>;
 
-static Either<Error, Zones> zonesOf(const QVariantMap &root, const Zones &predefined)
+static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &predefined)
 {
     const auto section = root.constFind(QStringLiteral("zones"));
     if (section == root.constEnd())
         return Right(predefined);
     if (!isType(*section, QMetaType::QVariantMap))
         return fail(37, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("zones")));
-    return Gesture::zoneMapFromVariant(section->toMap(), predefined).map([&predefined](Zones zones) {
+    return Gesture::zoneMapFromVariant(section->toMap(), predefined).map([&predefined](ZoneMap zones) {
         // A file cannot redefine what is there already.
         for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
             zones.insert(zone.key(), *zone);

@@ -31,6 +31,7 @@ bool GestureKindFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex &
     return gesture->supported();
 }
 
+// The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void GestureKindFilterModel::setBlackList(QList<int> value)
 {
     if (value == m_blackList)
@@ -39,6 +40,7 @@ void GestureKindFilterModel::setBlackList(QList<int> value)
     Q_EMIT blackListChanged(value);
 }
 
+// The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void GestureKindFilterModel::setWhiteList(QList<int> value)
 {
     if (value == m_whiteList)

@@ -118,11 +118,13 @@ QDebug &GestureService::dump(QDebug &debug, int indent) const
     return debug;
 }
 
+// The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
 QObject *GestureService::findGestureByZoneAsQObject(QString mode, int kind, int direction, QRectF zone) const
 {
     return findGestureByZone(mode, static_cast<Gesture::Kind>(kind), static_cast<Gesture::Direction>(direction), zone);
 }
 
+// The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
 QObject *GestureService::findGestureAsQObject(QString mode, int kind, int direction, QPointF position) const
 {
     return findGesture(mode, static_cast<Gesture::Kind>(kind), static_cast<Gesture::Direction>(direction), position);

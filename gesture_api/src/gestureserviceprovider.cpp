@@ -31,6 +31,7 @@ GestureServiceProvider::GestureServiceProvider(const FeaturesProvider *featuresP
             Qt::QueuedConnection);
 }
 
+// The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void GestureServiceProvider::setAppId(QString value)
 {
     if (value == m_appId)

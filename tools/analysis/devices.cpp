@@ -12,14 +12,16 @@ QStringList knownFeatures()
 {
     QStringList names;
     const DefaultFeaturesProvider features;
-    for (const Feature *feature : features.allFeatures())
+    const QList<Feature *> all = features.allFeatures();
+    for (const Feature *feature : all)
         names.append(feature->name());
     return names;
 }
 
 Device::Device(const QStringList &features) : m_features(features)
 {
-    for (const QString &name : knownFeatures())
+    const QStringList known = knownFeatures();
+    for (const QString &name : known)
         m_all.append(new Feature(
                 name, [has = features.contains(name)] { return has; }, this));
 }
@@ -44,7 +46,8 @@ static QString namesOf(const QVector<QStringList> &some, const QVector<QStringLi
 {
     QStringList with;
     QStringList without;
-    for (const QString &feature : knownFeatures()) {
+    const QStringList known = knownFeatures();
+    for (const QString &feature : known) {
         const auto has = [&feature](const QStringList &device) { return device.contains(feature); };
         if (std::all_of(some.cbegin(), some.cend(), has))
             with.append(feature);

@@ -9,6 +9,9 @@
 
 namespace analysis {
 
+/// A name of the configuration as the texts of findings write it.
+QString quoted(const QString &name);
+
 /// One thing that a check found. The text that it points into must outlive it.
 struct Finding
 {

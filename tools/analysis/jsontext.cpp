@@ -158,7 +158,7 @@ JsonText::JsonText(const QString &path, const QByteArray &bytes) : m_path(path),
 
 int JsonText::charactersBefore(int offset) const
 {
-    const auto block = m_bytes.cbegin() + offset / 1024 * 1024;
+    const auto block = m_bytes.cbegin() + (offset - offset % 1024);
     return m_characters.at(offset / 1024)
             + static_cast<int>(std::count_if(block, m_bytes.cbegin() + offset, startsCharacter));
 }

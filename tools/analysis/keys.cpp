@@ -23,11 +23,11 @@ static int distance(const QString &a, const QString &b)
 {
     std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
     std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < a.size(); ++i) {
+    for (const QChar character : a) {
         int diagonal = row[0]++;
         for (int j = 0; j < b.size(); ++j) {
             const auto at = static_cast<std::size_t>(j);
-            const int same = a.at(i).toCaseFolded() == b.at(j).toCaseFolded() ? 0 : 1;
+            const int same = character.toCaseFolded() == b.at(j).toCaseFolded() ? 0 : 1;
             const int best = std::min({row[at] + 1, row[at + 1] + 1, diagonal + same});
             diagonal = row[at + 1];
             row[at + 1] = best;

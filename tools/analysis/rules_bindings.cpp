@@ -10,11 +10,6 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-static QString quoted(const QString &name)
-{
-    return QLatin1Char('\'') + name + QLatin1Char('\'');
-}
-
 // The gestures of this id: mostly one.
 static QVector<Entry> entriesOf(const Subject &subject, const QString &id)
 {

@@ -17,11 +17,6 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-static QString quoted(const QString &name)
-{
-    return QLatin1Char('\'') + name + QLatin1Char('\'');
-}
-
 static int lineOf(const Place &place)
 {
     return place.text().positionOf(place.span().begin).line;
@@ -86,7 +81,8 @@ static void forEachRectangle(const Subject &subject,
         if (isMap(*zone))
             function(zone->toMap(), subject.place()[QStringLiteral("zones")][zone.key()]);
     }
-    for (const RawEntry &entry : rawEntries(subject)) {
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries) {
         const QVariant zone = entry.map.value(QStringLiteral("zone"));
         if (isMap(zone))
             function(zone.toMap(), entry.place[QStringLiteral("zone")]);
@@ -108,7 +104,8 @@ void tellUnknownKeys(const Subject &subject, Findings *findings)
                 value.value.toMap(), value.place,
                 {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("titles"), QStringLiteral("features")},
                 findings);
-    for (const RawEntry &entry : rawEntries(subject))
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries)
         tellUnknownKeys(entry.map, entry.place,
                         {QStringLiteral("id"), QStringLiteral("modes"), QStringLiteral("kind"), QStringLiteral("zone"),
                          QStringLiteral("direction"), QStringLiteral("availableActions"),
@@ -138,7 +135,8 @@ void tellConvertedValues(const Subject &subject, Findings *findings)
         for (const QString &key : {QStringLiteral("titles"), QStringLiteral("features")})
             tellConvertedElements(map.value(key), value.place[key], findings);
     }
-    for (const RawEntry &entry : rawEntries(subject)) {
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries) {
         tellConvertedText(entry.map, entry.place, QStringLiteral("id"), findings);
         for (const QString &key : {QStringLiteral("modes"), QStringLiteral("features")})
             tellConvertedElements(entry.map.value(key), entry.place[key], findings);
@@ -191,7 +189,8 @@ void tellOddZones(const Subject &subject, Findings *findings)
 void tellUnusedZones(const Subject &subject, Findings *findings)
 {
     QSet<QString> used;
-    for (const RawEntry &entry : rawEntries(subject))
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries)
         used.insert(entry.map.value(QStringLiteral("zone")).toString());
     const QVariantMap zones = subject.root.value(QStringLiteral("zones")).toMap();
     for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
@@ -234,7 +233,8 @@ void tellUnusedActions(const Subject &subject, Findings *findings)
 static QSet<QString> usedGroups(const Subject &subject)
 {
     QSet<QString> used;
-    for (const RawEntry &entry : rawEntries(subject)) {
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries) {
         const QVariant available = entry.map.value(QStringLiteral("availableActions"));
         if (isString(available))
             used.insert(available.toString());
@@ -491,7 +491,8 @@ static void tellAlternatives(const Subject &subject, const QVariantList &alterna
 
 void tellFallbacks(const Subject &subject, Findings *findings)
 {
-    for (const RawEntry &entry : rawEntries(subject))
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries)
         tellAlternatives(subject, entry.map.value(QStringLiteral("defaultAction")).toList(),
                          entry.place[QStringLiteral("defaultAction")], findings);
 }
@@ -555,7 +556,8 @@ void tellModesCase(const Subject &subject, Findings *findings)
 {
     QMap<QString, QPair<QString, int>> known; // by what they have in common: the first spelling, and its line
     QSet<QString> told;
-    for (const RawEntry &entry : rawEntries(subject)) {
+    const QVector<RawEntry> entries = rawEntries(subject);
+    for (const RawEntry &entry : entries) {
         const QVariantList modes = entry.map.value(QStringLiteral("modes")).toList();
         for (int i = 0; i < modes.size(); ++i) {
             const QString mode = modes.at(i).toString();
@@ -603,7 +605,8 @@ static QHash<const Gesture *, QStringList> victimsOf(const Subject &subject)
         if (!entry.hasTouches() || !entry.gesture->supported())
             continue;
         const QString id = quoted(entry.gesture->id());
-        for (const Mode &mode : ownModes(entry, modes)) {
+        const QVector<Mode> own = ownModes(entry, modes);
+        for (const Mode &mode : own) {
             const Reach reach = reachOf(entry.gesture, gestures, mode);
             for (const Loss &loss : reach.losses) {
                 if (!loss.to->supported() && !victims[loss.to].contains(id))

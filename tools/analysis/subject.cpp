@@ -66,6 +66,8 @@ bool isOf(const QVariant &value, QMetaType::Type type)
 class Reading
 {
 public:
+    Reading(const Reading &) = delete;
+    Reading &operator=(const Reading &) = delete;
     Reading(Subject *subject, const FeaturesProvider *features, QObject *owner, Findings *findings)
         : m_subject(subject), m_features(features), m_owner(owner), m_findings(findings),
           m_sound(new Action(QStringLiteral("\001sound"), {QStringLiteral("t")}, {}, owner))
@@ -89,11 +91,11 @@ public:
         }
         // What a section holds is told entry by entry below; here only what it is counts.
         QVariantMap outline = m_subject->root;
-        for (auto section = outline.begin(); section != outline.end(); ++section) {
-            if (isOf(*section, QMetaType::QVariantMap))
-                *section = QVariantMap();
-            else if (isOf(*section, QMetaType::QVariantList))
-                *section = QVariantList();
+        for (QVariant &section : outline) {
+            if (isOf(section, QMetaType::QVariantMap))
+                section = QVariantMap();
+            else if (isOf(section, QMetaType::QVariantList))
+                section = QVariantList();
         }
         tellRefusals(outline, place,
                      {{QStringLiteral("zones"), QVariantMap()},

@@ -17,7 +17,7 @@ using ActionBindings = Configuration::ActionBindings;
 
 namespace gesturectl {
 
-static const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/application_paths.json");
+const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/application_paths.json");
 
 QString resolved(const QString &path)
 {

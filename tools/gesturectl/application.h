@@ -31,6 +31,9 @@ using Result = vellix::Either<Failure, T>;
 using Bindings = QMap<QString, QString>;
 using Gestures = QList<vellix::gesture::Gesture *>;
 
+/// With the paths of all applications, for the whole system.
+extern const QString pathsFile;
+
 Result<vellix::gesture::ApplicationPaths> pathsOf(const QString &appId);
 
 /// The user's bindings; none when there is no file.

@@ -17,8 +17,6 @@ using analysis::Severity;
 
 namespace gesturectl {
 
-static const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/application_paths.json");
-
 // The file that was named, or the system's when there is one.
 static ApplicationPathsConfiguration pathsFor(Check *check, const QString &named)
 {
@@ -46,7 +44,8 @@ static QStringList applicationsOf(const ApplicationPathsConfiguration &rules)
 {
     const QDir directory(resolved(rules.defaultPath()));
     QStringList applications;
-    for (const QString &name : directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+    const QStringList names = directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
         if (QFileInfo(directory.filePath(name), rules.fileName()).exists() && rules.appPaths(name).isRight())
             applications.append(name);
     }

@@ -89,7 +89,7 @@ static CLI::Validator warnings()
     std::vector<std::string> ids;
     for (const analysis::Rule *rule : analysis::allRules()) {
         if (rule->severity == analysis::Severity::Warning)
-            ids.push_back(rule->id);
+            ids.emplace_back(rule->id);
     }
     return oneOf(ids);
 }
@@ -98,7 +98,8 @@ static CLI::Validator warnings()
 static CLI::Validator features()
 {
     std::vector<std::string> names{"none"};
-    for (const QString &name : analysis::knownFeatures())
+    const QStringList known = analysis::knownFeatures();
+    for (const QString &name : known)
         names.push_back(name.toStdString());
     return oneOf(names);
 }

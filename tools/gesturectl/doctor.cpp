@@ -145,8 +145,10 @@ static bool isOutOfReach(const Gesture *gesture, const Gestures &all)
 static QString shadowNote(const Gesture *gesture, const Gestures &all)
 {
     QStringList takers;
-    for (const Mode &mode : modesOf(gesture, all)) {
-        for (const analysis::Loss &loss : analysis::reachOf(gesture, all, mode).losses) {
+    const QVector<Mode> modes = modesOf(gesture, all);
+    for (const Mode &mode : modes) {
+        const analysis::Reach reach = analysis::reachOf(gesture, all, mode);
+        for (const analysis::Loss &loss : reach.losses) {
             const QString taker = quoted(loss.to->id());
             if (!takers.contains(taker))
                 takers.append(taker);

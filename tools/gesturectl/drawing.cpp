@@ -463,7 +463,8 @@ static Block blockOf(const Panel &panel, int index)
     QStringList texts = remarks(panel, entry, numberOf);
     for (int i = 0; i + 1 < texts.size(); ++i)
         texts[i].append(QStringLiteral(", "));
-    for (const QString &line : filled(texts, Plain, width).value_or(texts))
+    const QStringList lines = filled(texts, Plain, width).value_or(texts);
+    for (const QString &line : lines)
         if (!line.isEmpty())
             block.append({line, Plain});
     return block;
@@ -647,7 +648,7 @@ static Layout layoutOf(const Page &page)
     const int columns = std::max(fewestColumns, int(std::sqrt(page.panels.size())));
     layout.columns = std::clamp(columns / legendColumns, 1, page.panels.size());
     const double width = layout.columns * (layout.cellWidth + gap) - gap;
-    layout.headHeight = 52 + placesOfKey(width).last().y() + gap;
+    layout.headHeight = 52 + placesOfKey(width).constLast().y() + gap;
     double height = layout.headHeight;
     for (int i = 0; i < page.panels.size(); ++i) {
         if (i % layout.columns == 0)

@@ -79,7 +79,8 @@ Result<ExitStatus> importBindings(const QString &appId, const QString &file, boo
     }
 
     Bindings wanted = offered.right();
-    for (const QString &id : offered.right().keys()) {
+    const QStringList ids = offered.right().keys();
+    for (const QString &id : ids) {
         if (gestureById(gestures.right(), id))
             continue;
         printError(QStringLiteral("%1: actions.%2: left out, application '%3' has no such gesture")

@@ -115,7 +115,8 @@ static FileDefault fileDefaultOf(const QVariant &value, const QList<Action *> &a
     found.isList = value.userType() == QMetaType::QVariantList;
     if (!value.isValid())
         return found;
-    for (const QVariant &alternative : found.isList ? value.toList() : QVariantList{value}) {
+    const QVariantList alternatives = found.isList ? value.toList() : QVariantList{value};
+    for (const QVariant &alternative : alternatives) {
         const auto action = Action::fromVariant(alternative, features, actions, owner);
         if (action.isLeft()) {
             found.fault = QString::fromStdString(action.left().records.front().message);

@@ -85,7 +85,7 @@ _gesturectl_offer_files() {
 # What an option takes, or an argument is.
 _gesturectl_offer_values() { # VALUE
     case $1 in
-        {*}) _gesturectl_offer < <(tr -d '{}' <<<"$1" | tr , '\n') ;;
+        '{'*'}') _gesturectl_offer < <(tr -d '{}' <<<"$1" | tr , '\n') ;;
         APP) _gesturectl_offer < <(_gesturectl_apps) ;;
         MODE) _gesturectl_offer < <("$program" list --app "$app" --json 2>/dev/null |
             sed -n '/"modes": \[/,/\]/s/^ *"\(.*\)",\{0,1\}$/\1/p' | sort -u) ;;

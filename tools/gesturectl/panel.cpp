@@ -51,7 +51,7 @@ QString actionText(const Panel::Entry &entry)
 }
 
 // Never rounded to nothing or to all.
-static QString percent(double share)
+static QString shareText(double share)
 {
     if (share < 0.001)
         return QStringLiteral("under 0.1 %");
@@ -76,11 +76,11 @@ QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nam
     double rest = entry.reach.lostShare();
     for (int i = 0; i < told; ++i) {
         texts.append(
-                QStringLiteral("%1 to %2").arg(percent(losses.at(i).share), nameOf(indexOf(panel, losses.at(i).to))));
+                QStringLiteral("%1 to %2").arg(shareText(losses.at(i).share), nameOf(indexOf(panel, losses.at(i).to))));
         rest -= losses.at(i).share;
     }
     if (told < losses.size())
-        texts.append(QStringLiteral("%1 to %2 others").arg(percent(rest)).arg(losses.size() - told));
+        texts.append(QStringLiteral("%1 to %2 others").arg(shareText(rest)).arg(losses.size() - told));
     if (!texts.isEmpty())
         texts.first().prepend(QStringLiteral("loses "));
     if (entry.reach.none)
@@ -94,7 +94,7 @@ QString deadText(const Panel &panel)
     const double share =
             std::accumulate(panel.dead.cbegin(), panel.dead.cend(), 0.0,
                             [](double sum, const QRectF &area) { return sum + area.width() * area.height(); });
-    return share > 0 ? QStringLiteral("nothing matches on %1 of the screen").arg(percent(share)) : QString();
+    return share > 0 ? QStringLiteral("nothing matches on %1 of the screen").arg(shareText(share)) : QString();
 }
 
 }

@@ -60,7 +60,7 @@ Result<ExitStatus> watch(const QString &appId, int count, bool json)
     int changes = 0;
     GestureServiceProvider provider(&features);
     provider.setAppId(appId);
-    QObject::connect(&provider, &GestureServiceProvider::serviceChanged, [&](const GestureService *service) {
+    QObject::connect(&provider, &GestureServiceProvider::serviceChanged, &provider, [&](const GestureService *service) {
         if (!service) // let go of; the new one follows
             return;
         const auto now = currentActions(paths.right(), &features);

@@ -47,7 +47,8 @@ private:
 static int displayWidth(const std::string &line)
 {
     int width = 0;
-    for (const uint character : QString::fromStdString(line).toUcs4())
+    const QVector<uint> characters = QString::fromStdString(line).toUcs4();
+    for (const uint character : characters)
         width += std::max(0, wcwidth(static_cast<wchar_t>(character)));
     return width;
 }

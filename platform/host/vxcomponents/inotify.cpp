@@ -79,7 +79,8 @@ void Inotify::readEvents()
             return;
 
         QList<QPointer<InotifyListener>> noted;
-        for (InotifyListener *listener : noteEvents(buffer, buffer + size))
+        const QList<InotifyListener *> told = noteEvents(buffer, buffer + size);
+        for (InotifyListener *listener : told)
             noted.append(listener);
         for (const QPointer<InotifyListener> &listener : qAsConst(noted)) {
             if (listener)
