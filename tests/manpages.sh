@@ -62,14 +62,21 @@ gesturectl(1)
 PAGE
 [ "$("$program" --version)" = "$name $version" ]
 
-# The same pages in another place, at another time and in another language, with an emulator before the program.
-make_pages() { # DIRECTORY [EMULATOR]...
-    cmake -DHELP2MAN="$(command -v help2man)" "-DPAGES=$1" "-DVERSION=$version" -P "$script" -- "${@:2}" "$program"
+# The same pages in another place, at another time and in another language, with an emulator before the program, of an
+# option that CMake has as well.
+make_pages() { # DIRECTORY [EMULATOR;[ARGUMENT;]...]
+    cmake -DHELP2MAN="$(command -v help2man)" "-DPROGRAM=${2:-}$program" "-DPAGES=$1" "-DVERSION=$version" -P "$script"
 }
 odd="$work/a 'quoted' place"
 mkdir "$odd"
-cp "$(command -v env)" "$odd/emulator"
-LANG=de_DE.UTF-8 LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo make_pages "$odd/man1" "$odd/emulator" "A=b c"
+cat >"$odd/emulator" <<'EMULATOR'
+#!/bin/sh
+[ "$1:$2" = "-L:a root" ] || { echo "not what the emulator was given: $*" >&2; exit 1; }
+shift 2
+exec "$@"
+EMULATOR
+chmod +x "$odd/emulator"
+LANG=de_DE.UTF-8 LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo make_pages "$odd/man1" "$odd/emulator;-L;a root;"
 diff -r -I '^\.TH ' "$pages" "$odd/man1"
 # A date is shown only when the build asks for one.
 grep -q "^\.TH GESTURECTL-FIND \"1\" \"\" \"$name $version\" \"User Commands\"$" "$odd/man1/$name-find.1"

@@ -28,6 +28,11 @@ sync -f "$work/disk"
 
 "$saveloop" "$work/disk/user/app/cfg.json" >"$work/done" &
 saver=$!
+# A first save: some machines are slow to start a program.
+until [ -s "$work/done" ]; do
+    kill -0 "$saver"
+    sleep 0.05
+done
 for cut in $(seq "$cuts"); do
     sleep "0.$((RANDOM % 3 + 1))"
     kill -STOP "$saver"

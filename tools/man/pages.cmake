@@ -1,17 +1,6 @@
 # Makes the man pages of a program and of its verbs, which its help lists:
-# cmake -DHELP2MAN=... -DPAGES=DIRECTORY -DVERSION=... -P pages.cmake -- [EMULATOR [ARGUMENT...]] PROGRAM
-
-# What stands after "--".
-set(program)
-set(isProgram FALSE)
-foreach(index RANGE 1 ${CMAKE_ARGC})
-    if(isProgram AND index LESS CMAKE_ARGC)
-        list(APPEND program "${CMAKE_ARGV${index}}")
-    elseif("${CMAKE_ARGV${index}}" STREQUAL "--")
-        set(isProgram TRUE)
-    endif()
-endforeach()
-list(GET program -1 name)
+# cmake -DHELP2MAN=... "-DPROGRAM=[EMULATOR;[ARGUMENT;]...]PROGRAM" -DPAGES=DIRECTORY -DVERSION=... -P pages.cmake
+list(GET PROGRAM -1 name)
 get_filename_component(name "${name}" NAME)
 
 # The same pages whoever builds them and when: no date but one that was asked for, no words of the locale.
@@ -19,7 +8,7 @@ set(ENV{LC_ALL} C.UTF-8)
 # A leak check has nothing to say here, and cannot run under every emulator or tracer.
 set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:detect_leaks=0")
 
-execute_process(COMMAND ${program} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${PROGRAM} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
 # A heading of the help up to the next empty line.
 function(lines_below heading result)
     string(REGEX REPLACE "^.*\n${heading}:\n" "" text "${help}")
@@ -36,7 +25,7 @@ lines_below("Exit status" statuses)
 
 # help2man gives the command to a shell.
 set(command)
-foreach(word IN LISTS program)
+foreach(word IN LISTS PROGRAM)
     string(REPLACE "'" "'\\''" word "${word}")
     string(APPEND command "'${word}' ")
 endforeach()
