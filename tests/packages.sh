@@ -69,7 +69,7 @@ as_user mkdir -m 700 /home/reader/run
 mkdir "$root/packages"
 cp build/packages/*.deb "$root/packages/"
 rm "$root"/packages/*-dbgsym_*.deb
-ours=$(cd "$root/packages" && printf '%s\n' * | sed 's/_.*//' | sort)
+ours=$(cd "$root/packages" && printf '%s\n' *.deb | sed 's/_.*//' | sort)
 of() { # DIRECTORY PACKAGE...
     for package in "${@:2}"; do (cd "$root" && printf '/%s ' "$1/$package"_*.deb); done
 }
@@ -107,7 +107,7 @@ step "The demo"
 mkdir "$root/home/reader/scripts"
 cp scripts/demo "$root/home/reader/scripts/"
 as_user /home/reader/scripts/demo --installed | tee "$root/home/reader/demo"
-grep -q '^the watching process: .*ReadingTapRightNoDirection view/bookmark' "$root/home/reader/demo"
+grep -q '^the watching process: ReadingTapRightNoDirection: page/next -> view/bookmark$' "$root/home/reader/demo"
 expect "the last touch" "ReadingTapRightNoDirection page/next" \
     "$(grep '^ReadingTapRightNoDirection [a-z]*/[a-z]*$' "$root/home/reader/demo" | tail -1)"
 
@@ -180,6 +180,6 @@ expect "a lookup" "ReadingTapRightNoDirection page/next" \
     "$(as_user gesturectl find --app reader --mode reading --kind tap --at 0.9,0.5)"
 
 step "Removed without a trace"
-apt purge $ours device-libraries
+apt purge device-libraries $(inside dpkg-query -W -f '${Package}\n' | grep -xF "$ours")
 state | diff "$root/packages/before" -
 echo "no file and no package is left"
