@@ -1,3 +1,19 @@
+# As find_package, but a package that is missing is told by the name under which Debian installs it.
+macro(gesture_api_require package version debian)
+    find_package(${package} ${version} QUIET)
+    if(NOT ${package}_FOUND)
+        message(FATAL_ERROR "${package} ${version} is missing: install the Debian package ${debian}")
+    endif()
+endmacro()
+
+# The same for a program; Debian's packages are named as the programs that we use.
+macro(gesture_api_require_program variable program)
+    find_program(${variable} ${program})
+    if(NOT ${variable})
+        message(FATAL_ERROR "${program} is missing: install the Debian package ${program}")
+    endif()
+endmacro()
+
 # What every target of this project shares.
 function(gesture_api_defaults target)
     set_target_properties(${target} PROPERTIES

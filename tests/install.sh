@@ -20,21 +20,22 @@ build_with_pkg_config() {
     PKG_CONFIG_PATH=$(dirname "$(find "$1" -name gesture_api.pc)")
     export PKG_CONFIG_PATH
     read -ra flags < <(pkg-config --cflags --libs gesture_api)
-    g++ -std=c++17 -fPIC "$work/client/client.cpp" -o "$2" "${flags[@]}" \
+    g++ -std=c++17 -fPIC "$client/client.cpp" -o "$2" "${flags[@]}" \
         "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)" "${@:3}"
 }
 
-# The README's own client and project file are the outside project.
-mkdir "$work/client"
-sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/client.cpp"
-sed -n '/^```cmake$/,/^```$/p' "$source/README.md" | sed '1d;$d' >"$work/client/CMakeLists.txt"
+# The projects that the documentation shows are the outside projects, first of all the README's own client.
+projects=$("$source/tests/docs/docs.py" projects "$source" "$work/projects")
+client=$work/projects/README_1
 
 cmake --install "$build" --prefix "$work/host" >/dev/null
 diff -r "$source/examples/data" "$work/host/share/gesture_api/sample"
 export XDG_DATA_DIRS=$work/host/share/gesture_api/sample XDG_DATA_HOME=$work/user
 
-configure "$work/client" "$work/client-host" "-DCMAKE_PREFIX_PATH=$work/host"
-[ "$("$work/client-host/client")" = page/next ]
+for project in $projects; do
+    configure "$work/projects/$project" "$work/$project-host" "-DCMAKE_PREFIX_PATH=$work/host"
+done
+[ "$("$work/README_1-host/client")" = page/next ]
 
 build_with_pkg_config "$work/host" "$work/client-pc"
 [ "$("$work/client-pc")" = page/next ]
@@ -92,7 +93,7 @@ ldd "$work/build-device/gesture_api/libgesture_api.so" | grep -q "$work/device/l
 # What the device build installs serves clients, too, and has nothing of the host.
 cmake --install "$work/build-device" --prefix "$work/installed" >/dev/null
 [ -z "$(find "$work/installed" -name host.h)" ]
-configure "$work/client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
+configure "$client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
 [ "$(LD_LIBRARY_PATH=$work/device/lib "$work/client-device/client")" = page/next ]
 build_with_pkg_config "$work/installed" "$work/client-device-pc" "-L$work/device/lib" "-Wl,-rpath-link,$work/device/lib"
 [ "$(LD_LIBRARY_PATH=$work/device/lib "$work/client-device-pc")" = page/next ]

@@ -13,14 +13,15 @@
 #include <type_traits>
 #include <utility>
 
-// The one result type in which every parser and loader reports failure: by value, never thrown.
-//
-//     Either<Error, int> parse(const QString &text)
-//     {
-//         if (text.isEmpty())
-//             return Left(Error({"parser", __LINE__}, "nothing to parse"));
-//         return Right(text.size());
-//     }
+/// @file
+/// The one result type in which every parser and loader reports failure: by value, never thrown.
+///
+///     Either<Error, int> parse(const QString &text)
+///     {
+///         if (text.isEmpty())
+///             return Left(Error({"parser", __LINE__}, "nothing to parse"));
+///         return Right(text.size());
+///     }
 
 namespace vellix {
 
@@ -29,7 +30,9 @@ template <class T>
 class Left
 {
 public:
+    /// Takes what went wrong; its type is deduced.
     explicit Left(T value) : m_value(std::move(value)) {}
+    /// What went wrong. Valid as long as this object is.
     const T &value() const { return m_value; }
 
 private:
@@ -41,39 +44,50 @@ template <class T>
 class Right
 {
 public:
+    /// Takes the result; its type is deduced.
     explicit Right(T value) : m_value(std::move(value)) {}
+    /// The result. Valid as long as this object is.
     const T &value() const { return m_value; }
 
 private:
     T m_value;
 };
 
+/// @cond
 namespace EitherPrivate {
 // Log readers key on this place: it stays the same wherever the header is installed and however it grows.
 constexpr const char *headerFile = "../../../common/include/vellix/either.h";
 constexpr int getOrWarnLine = 162;
 constexpr int getOrErrLine = 183;
 }
+/// @endcond
 
 /// Holds either a left value (what went wrong) or a right value (the result), never both.
 template <class EL, class ER>
 class Either
 {
 public:
+    /// The type of what went wrong, mostly Error.
     using L = EL;
+    /// The type of the result.
     using R = ER;
 
+    /// Takes the left side. Implicit, so that a function may return what it has; the value may be of another type
+    /// that converts to L.
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, L>>>
     Either(const vellix::Left<T> &left) : m_side(vellix::Left<L>(left.value()))
     {
     }
 
+    /// Takes the right side, likewise.
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, R>>>
     Either(const vellix::Right<T> &right) : m_side(vellix::Right<R>(right.value()))
     {
     }
 
+    /// Whether something went wrong, so that left() may be asked for.
     bool isLeft() const { return m_side.which() == 0; }
+    /// Whether there is a result, so that right() may be asked for.
     bool isRight() const { return m_side.which() == 1; }
 
     /// The left value. Throws boost::bad_get on a right one. Valid as long as this object is.
@@ -158,6 +172,7 @@ private:
     boost::variant<vellix::Left<L>, vellix::Right<R>> m_side;
 };
 
+/// @cond
 namespace EitherPrivate {
 inline void printRecord(QDebug &out, const Error::err &record)
 {
@@ -165,6 +180,7 @@ inline void printRecord(QDebug &out, const Error::err &record)
         << QString::fromStdString(record.message);
 }
 }
+/// @endcond
 
 /// Prints an error in red; a chain of causes as a list, first cause first.
 inline QDebug &operator<<(QDebug &out, const Error &error)

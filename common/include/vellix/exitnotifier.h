@@ -16,16 +16,19 @@ class GESTURE_API_EXPORT ExitNotifier : public QObject
     Q_OBJECT
 
 public:
-    /// Every notifier made has the exit handler run once more.
+    /// For a notifier of one's own; instance() is what a service listens to. Every notifier made has the exit handler
+    /// run once more.
     explicit ExitNotifier(QObject *parent = nullptr);
+    /// The process-wide notifier emits `prepareExit` as it goes, unless the exit handler has run.
     ~ExitNotifier() override;
 
     /// The process-wide notifier, made when there is none.
     static ExitNotifier *instance();
-    /// Emits `prepareExit` of the process-wide notifier.
+    /// Emits `prepareExit` of the process-wide notifier. The exit handler does so again at the end.
     static void notify();
 
 Q_SIGNALS:
+    /// Asks every listener to save within its slot. May come more than once in a process's life.
     void prepareExit();
 
 private:

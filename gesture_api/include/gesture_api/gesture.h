@@ -29,7 +29,9 @@ public:
     /// The key of the section: the hexadecimal digits of its serialised form.
     QString stringify() const;
 
+    /// The gestures' modes, in their order.
     QStringList modes;
+    /// The gestures' kind, a value of vellix::gesture::Gesture::Kind.
     int kind;
 };
 Q_DECLARE_METATYPE(GestureSection)
@@ -45,6 +47,8 @@ namespace gesture {
 class GESTURE_API_EXPORT Gesture : public QObject
 {
     Q_OBJECT
+    ///@{
+    /// What the function of this name returns, for QML. Only the signal of `currentAction` is ever emitted.
     Q_PROPERTY(QString id READ id NOTIFY idChanged)
     Q_PROPERTY(QStringList modes READ modes NOTIFY modesChanged)
     Q_PROPERTY(Kind kind READ kind NOTIFY kindChanged)
@@ -58,13 +62,28 @@ class GESTURE_API_EXPORT Gesture : public QObject
     Q_PROPERTY(QString section READ section NOTIFY sectionChanged)
     Q_PROPERTY(QQmlListProperty<vellix::gesture::Feature> features READ features NOTIFY featuresChanged)
     Q_PROPERTY(bool supported READ supported NOTIFY supportedChanged)
+    ///@}
 
 public:
+    /// What a touch is. How long a hold and how far a swipe is, the application decides that sees the touch.
     // Of a fixed type: QML passes any integer.
-    enum Kind : int { Tap, Hold, Swipe, Drag, Undefined };
+    enum Kind : int {
+        Tap,      ///< A short touch.
+        Hold,     ///< A touch that stays where it is.
+        Swipe,    ///< A touch that moves.
+        Drag,     ///< A touch that moves after it has stayed for a moment.
+        Undefined ///< None of them; no file can name it.
+    };
     Q_ENUM(Kind)
 
-    enum Direction : int { ToLeft, ToRight, ToTop, ToBottom, NoDirection };
+    /// Where a touch goes on the screen.
+    enum Direction : int {
+        ToLeft,     ///< x gets smaller.
+        ToRight,    ///< x grows.
+        ToTop,      ///< y gets smaller.
+        ToBottom,   ///< y grows.
+        NoDirection ///< Nowhere, as a tap does, or exactly along a diagonal.
+    };
     Q_ENUM(Direction)
 
     /// The whole screen, (0, 0, 1, 1).
@@ -76,20 +95,24 @@ public:
             const QList<Feature *> &features, QObject *parent = nullptr);
     ~Gesture() override;
 
+    /// What bindings call the gesture; one without an id of its own has what formId() makes.
     const QString &id() const { return m_id; }
     /// The modes in which the gesture applies; none means all.
     const QStringList &modes() const { return m_modes; }
+    /// What a touch must be.
     Kind kind() const { return m_kind; }
-    /// Where the touch must start.
+    /// Where the touch must start, in relative screen coordinates; the whole screen where the file names no zone.
     const QRectF &zone() const { return m_zone; }
+    /// Where the touch must go.
     Direction direction() const { return m_direction; }
-    /// The actions that a user may choose from.
+    /// The actions that a user may choose from. One that somebody deletes leaves the list.
     const QList<Action *> &availableActions() const { return m_availableActions; }
-    /// May be null.
+    /// What the configuration, or a binding in its place, sets; null without one, and once it is dead.
     Action *defaultAction() const { return m_defaultAction; }
-    /// May be null.
+    /// What the touch triggers; null for nothing, and once it is dead.
     Action *currentAction() const { return m_currentAction; }
-    /// The new action keeps its owner.
+    /// Chooses what the touch triggers, null for nothing; whether the action is among the available ones is not
+    /// asked. The new action keeps its owner. Nothing is written before the service's save().
     void setCurrentAction(Action *action);
     /// The available actions as a menu, made at the first call; null when there are none.
     ActionProxyNode *actionTree() const;
@@ -97,6 +120,7 @@ public:
     QString section() const;
     /// What the device must have, read-only for QML.
     Q_INVOKABLE QQmlListProperty<vellix::gesture::Feature> features() const;
+    /// The same features for C++.
     const QList<Feature *> &featureList() const { return m_features; }
     /// Whether all features are supported, asked at the first call.
     bool supported() const;
@@ -105,47 +129,69 @@ public:
     static QString formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction);
     /// The direction of a movement, y growing downwards; none for a diagonal or no movement.
     static Direction directionFromVec(double dx, double dy);
+    /// The same for a vector.
     static Direction directionFromVec(const QVector2D &v);
 
     /// Takes over the current action of a gesture of the same kind, zone and direction; false, and
     /// nothing changed, when `other` is not such a gesture. The action keeps its owner.
     bool merge(Gesture *other);
-    /// A copy that shares the actions and becomes their parent.
+    /// A copy that shares the actions and becomes their parent. It belongs to `parent`; without one, to the caller.
     Gesture *clone(QObject *parent = nullptr) const;
 
+    /// Writes the gesture with its actions and its action tree, `indent` steps of two blanks to the right.
     void dump(QDebug &dbg, int indent) const;
 
     /// Reads one gesture entry. `actions` and `actionGroups` are what it may name, `zones` the zones
-    /// in force, `bindings` (gesture id to action path) replace the entry's default action.
+    /// in force, `bindings` (gesture id to action path) replace the entry's default action. The gesture belongs to
+    /// `parent`; without one, to the caller.
+    ///
+    /// An entry has "kind", "zone" or "direction" or both, and "defaultAction" (a string, or a list of alternatives)
+    /// or "currentAction" or both; it may have "id", "modes" (a list), "availableActions" and "features" (a list).
+    /// Fails with what is missing or of a wrong type ("'kind' is obligatory field", "'modes' must have type
+    /// `list<str>`" and others), and as the readers of the parts do.
     static Either<Error, Gesture *> fromVariant(const QVariantMap &entry, const FeaturesProvider *featuresProvider,
                                                 const QList<Action *> &actions,
                                                 const QMap<QString, QList<Action *>> &actionGroups,
                                                 const QMap<QString, QRectF> &zones,
                                                 const QMap<QString, QString> &bindings, QObject *parent = nullptr);
-    /// Reads a list of entries. Gestures made before the first error stay children of `parent`.
+    /// Reads a list of entries. Fails with "list of gestures must must contain maps" and as fromVariant() does for
+    /// the first entry that is wrong. Gestures made before it stay children of `parent`; without one they are lost.
     static Either<Error, QList<Gesture *>>
     listFromVariant(const QVariantList &list, const FeaturesProvider *featuresProvider, const QList<Action *> &actions,
                     const QMap<QString, QList<Action *>> &actionGroups, const QMap<QString, QRectF> &zones,
                     const QMap<QString, QString> &bindings, QObject *parent = nullptr);
-    /// Kind, zone (as a rectangle), direction and actions; id, modes and features are not written.
+    /// A QVariantMap of kind, zone (as a rectangle), direction and actions; id, modes and features are not written.
     QVariant toVariant() const;
+    /// A QVariantList of what toVariant() gives for each gesture; null entries are left out.
     static QVariant listToVariant(const QList<Gesture *> &gestures);
 
-    /// Reads the zones of a file, which may alias those of `zones` but not each other.
+    /// Reads the zones of a file, which may alias those of `zones` but not each other. The result is those of the file
+    /// alone. Fails as zoneFromVariant() does for the first, in the order of the names, that is wrong.
     static Either<Error, QMap<QString, QRectF>> zoneMapFromVariant(const QVariantMap &section,
                                                                    const QMap<QString, QRectF> &zones);
-    /// Reads a zone by name or as a rectangle; `zoneName`, unless null, receives its name.
+    /// Reads a zone by name or as a rectangle; `zoneName`, unless null, receives its name ("(x,y,w,h)" for a
+    /// rectangle). Fails with "zone 'NAME' not defined", "zone must be either 'str' or 'map'", and as
+    /// rectfFromVariant() does.
     static Either<Error, QRectF> zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
                                                  QString *zoneName = nullptr);
+    /// Reads "x", "y", "w" and "h"; what is no number counts as 0. Fails with "field 'x' must be set" and so on.
     static Either<Error, QRectF> rectfFromVariant(const QVariantMap &map);
+    /// A QVariantMap of the four numbers.
     static QVariant rectfToVariant(const QRectF &r);
-    /// Kinds are read in any letter case, directions exactly.
+    /// Reads "tap", "hold", "swipe" or "drag" in any letter case. Fails with "kind can be only 'tap' or 'swipe' or
+    /// 'drag'".
     static Either<Error, Kind> kindFromVariant(const QVariant &value);
+    /// The kind as a file names it; an invalid variant for Undefined.
     static QVariant kindToVariant(Kind kind);
+    /// Reads "toLeft", "toRight", "toTop", "toBottom" or "no", spelt exactly so. Fails with "direction can be only
+    /// 'toLeft' or 'toRight' or 'toTop' or 'toBottom' or 'no'".
     static Either<Error, Direction> directionFromVariant(const QVariant &value);
+    /// The direction as a file names it.
     static QVariant directionToVariant(Direction direction);
 
 Q_SIGNALS:
+    ///@{
+    /// Never emitted: QML wants a signal of every property.
     void idChanged(QString value);
     void modesChanged(QStringList value);
     void kindChanged(Kind value);
@@ -154,10 +200,15 @@ Q_SIGNALS:
     void availableActionsChanged(QList<vellix::gesture::Action *> value);
     void defaultActionChanged(vellix::gesture::Action *value);
     void actionTreeChanged(vellix::gesture::ActionProxyNode *value);
+    ///@}
+    /// Another action was chosen, or the current one has died, which comes with null.
     void currentActionChanged(vellix::gesture::Action *value);
+    ///@{
+    /// Never emitted: QML wants a signal of every property.
     void sectionChanged(QString value);
     void featuresChanged(QQmlListProperty<vellix::gesture::Feature> value);
     void supportedChanged(bool value);
+    ///@}
 
 private:
     friend class Action;

@@ -29,12 +29,16 @@ class GestureIndex;
 class GESTURE_API_EXPORT GestureService : public QObject
 {
     Q_OBJECT
+    ///@{
+    /// What the function of this name returns, for QML. Only the signal of `gestures` is ever emitted.
     Q_PROPERTY(const vellix::gesture::FeaturesProvider *featuresProvider READ featuresProvider NOTIFY
                        featuresProviderChanged)
     Q_PROPERTY(bool readonly READ readonly NOTIFY readonlyChanged)
     Q_PROPERTY(vellix::components::ReadonlyLazyListModel *gestures READ gestures NOTIFY gesturesChanged)
+    ///@}
 
 public:
+    /// The gestures in file order, loaded when they are first asked for.
     using GestureList = components::ReadonlyLazyList<Gesture *>;
 
     /// The zones that every configuration may name: a 3 by 3 grid, three vertical stripes, the whole screen.
@@ -44,13 +48,17 @@ public:
     /// the service and may be null.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    QObject *parent = nullptr);
-    /// A service of clones of the given gestures. It does not save at exit.
+    /// A service of clones of the given gestures, which are loaded for that if they were not. It does not save at
+    /// exit, and never when it is `pruned`.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    const GestureList &gestures, bool pruned, QObject *parent = nullptr);
     ~GestureService() override;
 
+    /// The files that the service reads, and the one that it writes.
     const ApplicationPaths &paths() const { return m_paths; }
+    /// What knows the features; null without one, and once it is dead.
     const FeaturesProvider *featuresProvider() const { return m_featuresProvider; }
+    /// Whether save() refuses to write.
     bool readonly() const { return m_readonly; }
     /// Whether save() was ever called.
     bool saved() const { return m_saved; }
@@ -59,24 +67,32 @@ public:
     /// The gestures in file order. They belong to the service.
     const QList<Gesture *> &gestureList() const { return m_gestures.get(); }
 
-    /// The first gesture that a touch matches, or null. `position` is in relative screen coordinates.
+    /// The first gesture in file order that a touch matches, or null: its modes hold `mode` or are none, kind and
+    /// direction are these, and its zone contains `position` (relative to the screen), edges included. Whether the
+    /// device supports the gesture is not asked.
     Gesture *findGesture(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
                          const QPointF &position) const;
-    /// The first gesture whose zone is or contains the given zone, or null.
+    /// The first gesture whose zone is or contains the given zone, or null; all else as in findGesture().
     Gesture *findGestureByZone(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
                                const QRectF &zone) const;
-    /// A copy with its own gestures, which share their actions with these.
+    /// A copy with its own gestures, which share their actions with these. It does not save at exit. It belongs to
+    /// `parent`; without one, to the caller.
     GestureService *clone(QObject *parent = nullptr) const;
     /// Takes over the current actions of another service's gestures, paired by position. False at the
-    /// first pair that does not match; the pairs before it stay merged.
+    /// first pair that does not match (see Gesture::merge()); the pairs before it stay merged. False for null, too.
     bool fastMerge(const GestureService *other);
+    /// Writes all gestures, `indent` steps of two blanks to the right, and returns the stream.
     QDebug &dump(QDebug &debug, int indent) const;
 
+    /// findGestureByZone() for QML, with values of the enums Gesture::Kind and Gesture::Direction.
     Q_INVOKABLE QObject *findGestureByZoneAsQObject(QString mode, int kind, int direction, QRectF zone) const;
+    /// findGesture() for QML, likewise.
     Q_INVOKABLE QObject *findGestureAsQObject(QString mode, int kind, int direction, QPointF position) const;
     /// Whether any gesture is of this Gesture::Kind.
     Q_INVOKABLE bool containsGestureKind(int kind) const;
+    /// clone() for QML, whose engine collects a clone without a parent when nobody refers to it any more.
     Q_INVOKABLE QObject *cloneAsQObject(QObject *parent = nullptr) const;
+    /// fastMerge() for QML; false as well for what is no service.
     Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
     /// Writes the current action of every gesture to the user's file. False when the service is
     /// read-only or pruned; true says that it was tried, the log tells of a failure.
@@ -85,12 +101,17 @@ public:
     /// that cannot be, nothing is written.
     Q_INVOKABLE bool save();
     /// Deletes the user's file; from now on this service and the clones made of it never save. The
-    /// service that a provider then builds is a new one: if the provider is writable, it saves at exit.
+    /// service that a provider then builds is a new one: if the provider is writable, it saves at exit. False when
+    /// no file was deleted.
     Q_INVOKABLE bool prune();
 
 Q_SIGNALS:
+    ///@{
+    /// Never emitted: QML wants a signal of every property.
     void featuresProviderChanged(const vellix::gesture::FeaturesProvider *value);
     void readonlyChanged(bool value);
+    ///@}
+    /// A merge has gone through: current actions may be others, the model is still the same one.
     void gesturesChanged(vellix::components::ReadonlyLazyListModel *value);
 
 private:

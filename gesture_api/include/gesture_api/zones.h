@@ -19,11 +19,13 @@ public:
     /// The one zone "whole".
     static QMap<QString, QRectF> wholeZone();
 
-    /// Nine zones of a 3 by 3 grid: the border columns are 1/divider.x of the width, the border rows
-    /// 1/divider.y of the height. Fails with "divider.x is 0" or "divider.y is 0".
+    /// Nine zones of a 3 by 3 grid, "leftTop", "top", "rightTop", "left", "center" and so on: the border columns are
+    /// 1/divider.x of the width, the border rows 1/divider.y of the height. Fails with "divider.x is 0" or "divider.y
+    /// is 0".
     static Either<Error, QMap<QString, QRectF>> generate3x3Model(const QPointF &divider);
 
-    /// Three stripes of full height, the outer two 1/divider of the width. Fails with "divider.x is 0".
+    /// Three stripes of full height, "leftVerticalLine", "centerVerticalLine" and "rightVerticalLine", the outer two
+    /// 1/divider of the width. Fails with "divider.x is 0".
     static Either<Error, QMap<QString, QRectF>> generateV3Model(const double &divider);
 
     /// Whether `inner` lies wholly inside `outer`, shared edges included, without tolerance.

@@ -2,7 +2,8 @@
 
 #include <stdbool.h>
 
-/* libdevcaps: what the hardware can do. */
+/** @file
+    libdevcaps: what the hardware can do. Plain C. */
 
 #pragma GCC visibility push(default)
 #ifdef __cplusplus

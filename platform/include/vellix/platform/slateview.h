@@ -2,7 +2,8 @@
 
 #include <stdbool.h>
 
-/* libslateview: the device's task list and system services. */
+/** @file
+    libslateview: the device's task list and system services. Plain C. */
 
 #pragma GCC visibility push(default)
 #ifdef __cplusplus
@@ -12,7 +13,7 @@ extern "C" {
 /** What is known of a running task. */
 struct TaskInfo
 {
-    const char *name; /**< UTF-8 */
+    const char *name; /**< The program's name in UTF-8. */
 };
 
 /** Whether text can be read aloud. */

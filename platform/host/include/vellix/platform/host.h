@@ -4,7 +4,8 @@
 
 #include <string>
 
-// What only the host's device libraries have. Nothing that is built for the device includes this.
+/// @file
+/// What only the host's device libraries have. Nothing that is built for the device includes this.
 
 namespace vellix {
 
@@ -13,9 +14,11 @@ namespace EitherPrivate {
 Q_DECL_EXPORT void setExitOnError(bool on);
 }
 
-namespace devcaps {
 /// The queries of libdevcaps on a given tree in place of "/sys/class".
+namespace devcaps {
+/// What device_has_frontlight() says of this tree: it has a backlight, or an LED named as a front light.
 Q_DECL_EXPORT bool hasFrontlight(const std::string &sysClass);
+/// What hw_is_frontlight_color_supported() says of it: a warm and a cold channel are among those.
 Q_DECL_EXPORT bool hasColourFrontlight(const std::string &sysClass);
 }
 

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# The exported interface as it is described in the tree: abi.sh LIBRARY DESCRIPTION compares, and fails when a client of
+# the described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after a change that is meant.
+set -euo pipefail
+trap 'echo "abi.sh: failed: $BASH_COMMAND" >&2' ERR
+write=
+if [ "$1" = --write ]; then
+    write=1
+    shift
+fi
+library=$1
+description=$2
+readelf -S "$library" | grep -q '\.debug_info' || { echo "abi.sh: no debug information in $library" >&2; exit 1; }
+if [ "$write" ]; then
+    abidw --no-corpus-path --no-comp-dir-path --no-show-locs --exported-interfaces-only \
+        --type-id-style hash --out-file "$description.new" "$library"
+    mv "$description.new" "$description"
+    exit
+fi
+
+if [ "$(uname -m)" != x86_64 ]; then
+    echo "not compared: the interface is described for x86_64"
+    exit 77
+fi
+# What is new breaks nobody.
+status=0
+abidiff --no-added-syms "$description" "$library" || status=$?
+[ $status = 0 ] || { echo "abi.sh: the exported interface has changed (abidiff: status $status)" >&2; exit 1; }

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Whatever is missing, the configuring says which package to install, and `scripts/setup` knows it:
+# dependencies.sh SOURCE
+set -euo pipefail
+trap 'echo "dependencies.sh: failed: $BASH_COMMAND" >&2' ERR
+source=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export LC_ALL=C
+
+expect() { # WHAT PACKAGE OPTION...
+    local said
+    said=$(cmake -S "$source" -B "$work/build" -G Ninja -U 'CMAKE_DISABLE_FIND_PACKAGE_*' -DGESTURE_API_BENCHMARKS=ON \
+        "${@:3}" 2>&1 | tr -s ' \n' ' ' || true)
+    grep -qF "$1 is missing: install the Debian package $2 " <<<"$said" || { echo "without $1: $said" >&2; return 1; }
+    grep -qE "[ (]$2( |\)|$)" "$source/scripts/setup" || { echo "scripts/setup does not install $2" >&2; return 1; }
+}
+
+packages=$(grep -hoP 'gesture_api_require\(\K[^)]*' "$source/CMakeLists.txt" "$source"/*/CMakeLists.txt \
+    "$source"/tests/qml/CMakeLists.txt)
+[ "$(wc -l <<<"$packages")" -gt 10 ]
+while read -r name version package; do
+    expect "$name $version" "$package" "-DCMAKE_DISABLE_FIND_PACKAGE_$name=ON"
+done <<<"$packages"
+
+# As if neither the path nor the system's folders had a program.
+for program in help2man ccache; do
+    expect $program $program -U HELP2MAN -U GESTURE_API_LAUNCHER "-DCMAKE_CXX_COMPILER_LAUNCHER=${program/help2man/}" \
+        -DGESTURE_API_BENCHMARKS=OFF -DCMAKE_FIND_USE_SYSTEM_ENVIRONMENT_PATH=OFF -DCMAKE_FIND_USE_CMAKE_SYSTEM_PATH=OFF
+done

@@ -1,0 +1,392 @@
+#!/usr/bin/python3
+"""Every block of code in the documentation (*.md of the root, docs/**/*.md) is compiled, loaded or run.
+
+    docs.py extract SOURCE OUT     writes the C++ and QML blocks to OUT, where the build compiles them and the test
+                                   `readme` loads the QML; prints the names of the programs
+    docs.py projects SOURCE OUT    writes the CMake blocks as projects to OUT/NAME, which the test `install` builds
+                                   against an installed library; prints the names
+    docs.py run SOURCE BUILD OUT   runs what OUT became in BUILD, and all the rest; fails for a block that nobody runs
+
+A block is fenced and has one of these languages; anything else is a failure. A block within an HTML comment counts as
+any other, so that a page can prepare what its readers need not see.
+
+    cpp     With main() a program: compiled with all warnings, linked, and run. Else the statements of a function, which
+            may use what prelude.h declares, or, marked so, declarations; both are compiled only. The declarations of a
+            page can be used in the statements below them.
+    qml     A whole document, loaded without a warning.
+    json    One of the three files is checked by gesturectl; anything else must be JSON.
+    cmake   A whole project, or what stands in one behind add_executable(app ...). A source that it names is the block
+            marked with this file name, else the page's program next above it.
+    sh      Run by bash -euo pipefail in a copy of the tree with the programs on the path, each block in a shell of its
+            own. All blocks of a page have one copy and one home, and the sample is the system's configuration.
+    text    A picture. Directly behind `sh` or a program it is what that prints, both outputs together; a line `...`
+            stands for any lines. Verbs and options in lines that begin with `gesturectl` must exist.
+
+Marks are HTML comments of one line right above a block:
+
+    <!-- not run: REASON -->      sh: only that its programs and gesturectl's options exist is checked; a program is
+                                  compiled and linked; cmake is not built
+    <!-- exits: N -->             sh, a program: this exit status in place of 0
+    <!-- file: NAME -->           the block is also written to NAME in the copy of the tree
+    <!-- declarations -->         cpp: for a namespace, not for a function
+    <!-- device: no features -->  sh: what it prints is compared only on machines without front light and speech
+"""
+import dataclasses
+import difflib
+import json
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+LANGUAGES = ("cpp", "qml", "json", "cmake", "sh", "text")
+MARKS = {"not run": ("sh", "cpp", "cmake"), "exits": ("sh", "cpp"), "file": LANGUAGES, "declarations": ("cpp",),
+         "device": ("sh",)}
+
+
+@dataclasses.dataclass
+class Block:
+    page: str
+    line: int  # of its first line of code
+    language: str
+    text: str
+    marks: dict
+    end: int = 0  # the line behind it
+    output: str = None  # the text that stands directly behind it
+
+    @property
+    def place(self):
+        return f"{self.page}:{self.line}"
+
+    @property
+    def is_program(self):
+        return self.language == "cpp" and re.search(r"\bint\s+main\s*\(", self.text) is not None
+
+
+class Faults(Exception):
+    """All that is wrong, a line each."""
+
+
+# --- reading pages
+
+
+def parse(page, text):
+    """The blocks of a page and its faults."""
+    blocks, faults, marks = [], [], {}
+    lines = text.split("\n")
+    list_indent, blank, at = 0, True, 0
+    while at < len(lines):
+        line = lines[at]
+        fence = re.match(r"( *)(`{3,}|~{3,})\s*(.*?)\s*$", line)
+        mark = re.match(r"\s*<!--\s*(.*?)\s*-->\s*$", line)
+        indent = len(line) - len(line.lstrip(" "))
+        if fence and len(fence[1]) < list_indent + 4:
+            close = re.compile(rf"\s*{fence[2][0]}{{{len(fence[2])},}}\s*$")
+            end = next((i for i in range(at + 1, len(lines)) if close.match(lines[i])), None)
+            if end is None:
+                faults.append(f"{page}:{at + 1}: a block without an end")
+                break
+            code = "".join(re.sub(f"^ {{0,{len(fence[1])}}}", "", code) + "\n" for code in lines[at + 1:end])
+            block = Block(page, at + 2, fence[3], code, marks, end + 1)
+            if block.language not in LANGUAGES:
+                faults.append(f"{page}:{at + 1}: a block that nobody runs (language '{block.language}')")
+            for name in marks:
+                if block.language not in MARKS.get(name, ()):
+                    faults.append(f"{page}:{at + 1}: unknown mark '{name}' of a block of '{block.language}'")
+            before = blocks[-1] if blocks else None
+            if block.language == "text" and before and not "".join(lines[before.end:at]).strip():
+                before.output = code
+            blocks.append(block)
+            marks, blank, at = {}, False, end + 1
+            continue
+        if mark:
+            name, _, value = mark[1].partition(":")
+            marks[name.strip()] = value.strip()
+        else:
+            marks = {}
+        if blank and line.strip() and indent >= list_indent + 4:
+            faults.append(f"{page}:{at + 1}: a block that nobody runs (indented: fence it and name its language)")
+            while at < len(lines) and (not lines[at].strip() or lines[at].startswith(" " * (list_indent + 4))):
+                at += 1
+            continue
+        item = re.match(r" *(?:[-*+]|\d+[.)]) +", line)
+        if item:
+            list_indent = len(item[0])
+        elif blank and line.strip() and indent < list_indent:
+            list_indent = 0
+        blank = not line.strip()
+        at += 1
+    return blocks, faults
+
+
+def read(source):
+    """The pages, each a list of blocks, and their faults."""
+    pages, faults = {}, []
+    for path in sorted(source.glob("*.md")) + sorted(source.glob("docs/**/*.md")):
+        name = path.relative_to(source).as_posix()
+        pages[name], wrong = parse(name, path.read_text(encoding="utf-8"))
+        faults += wrong
+    return pages, faults
+
+
+def named(blocks):
+    """Each block with a name for a file: PAGE_N, the N-th of its kind in the page."""
+    count = 0
+    for block in blocks:
+        count += 1
+        yield re.sub(r"\W", "_", block.page.removesuffix(".md")) + f"_{count}", block
+
+
+# --- C++ and QML
+
+
+def with_moc(name, text):
+    return text + (f'#include "{name}.moc"\n' if "Q_OBJECT" in text else "")
+
+
+def programs(pages):
+    for blocks in pages.values():
+        yield from named(block for block in blocks if block.is_program)
+
+
+def fragments(pages):
+    """All fragments as one source. Their includes go to its top, the rest into a namespace for each page."""
+    includes, code = ['#include "prelude.h"\n'], []
+    for page, blocks in pages.items():
+        code.append("namespace " + re.sub(r"\W", "_", page) + " {\n")
+        for block in blocks:
+            if block.language != "cpp" or block.is_program:
+                continue
+            includes += re.findall(r"^ *#include.*\n", block.text, re.M)
+            text = f'#line {block.line} "{page}"\n' + re.sub(r"^ *#include.*$", "", block.text, flags=re.M)
+            if "declarations" not in block.marks:
+                text = f"auto fragment_{block.line}()\n{{\n{text}}}\n"
+            code.append(text)
+        code.append("}\n")
+    return with_moc("fragments", "".join(dict.fromkeys(includes)) + "".join(code))
+
+
+def sources(pages):
+    """What `extract` writes: file name to content."""
+    files = {"fragments.cpp": fragments(pages)}
+    for name, block in programs(pages):
+        files[f"{name}.cpp"] = with_moc(name, f'#line {block.line} "{block.page}"\n{block.text}')
+    for blocks in pages.values():
+        for name, block in named(block for block in blocks if block.language == "qml"):
+            files[f"{name}.qml"] = block.text
+    return files
+
+
+def write(path, text):
+    """Leaves a file alone that has this content, so that nothing is compiled again."""
+    if not path.exists() or path.read_text(encoding="utf-8") != text:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+
+
+def extract(source, out):
+    pages, _ = read(source)
+    files = sources(pages)
+    out.mkdir(parents=True, exist_ok=True)
+    for old in [*out.glob("*.cpp"), *out.glob("*.qml")]:
+        if old.name not in files:
+            old.unlink()
+    for name, text in files.items():
+        write(out / name, text)
+    print(";".join(name for name, _ in programs(pages)), end="")
+
+
+# --- CMake
+
+
+def projects(source, out):
+    pages, _ = read(source)
+    for blocks in pages.values():
+        for name, block in named(block for block in blocks if block.language == "cmake"):
+            if "not run" in block.marks:
+                continue
+            text = block.text
+            if not re.search(r"^\s*project\s*\(", text, re.M):
+                text = ("cmake_minimum_required(VERSION 3.25)\nproject(app CXX)\n"
+                        + ("" if "GestureApi " in text else "find_package(GestureApi 1.0 REQUIRED)\n")
+                        + ("" if "add_executable" in text else "add_executable(app app.cpp)\n") + text)
+                write(out / name / "app.cpp", "int main() {}\n")
+            write(out / name / "CMakeLists.txt", text)
+            known = {other.marks["file"]: other.text for other in blocks if "file" in other.marks}
+            above = [other for other in blocks if other.is_program and other.line < block.line]
+            for file in re.findall(r"[\w./-]+\.cpp\b", block.text):
+                if file not in known and not above:
+                    raise Faults(f"{block.place}: no block of the page is {file}")
+                write(out / name / file, known.get(file) or above[-1].text)
+            print(name)
+
+
+# --- running
+
+
+class Runner:
+    def __init__(self, source, build, work):
+        self.source, self.build, self.work = source, build, work
+        self.tree, self.env, self.helps = None, None, {}
+        self.has_features = None
+
+    def enter(self, page):
+        """A copy of the tree and a home of its own for this page."""
+        folder = self.work / re.sub(r"\W", "_", page)
+        self.tree = folder / "tree"
+        shutil.copytree(self.source, self.tree, symlinks=True, ignore=shutil.ignore_patterns("build", ".git"))
+        (self.tree / "build").mkdir()
+        for preset in ("release", "dev", "asan"):
+            (self.tree / "build" / preset).symlink_to(self.build)
+        home = folder / "home"
+        home.mkdir()
+        self.env = {**os.environ, "HOME": str(home), "XDG_DATA_HOME": f"{home}/.local/share",
+                    "XDG_DATA_DIRS": str(self.tree / "examples/data"), "LC_ALL": "C.UTF-8",
+                    "QT_QPA_PLATFORM": "offscreen", "PATH": f"{self.build}/tools:{os.environ['PATH']}"}
+
+    def call(self, command):
+        try:
+            done = subprocess.run(command, cwd=self.tree, env=self.env, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=120)
+        except subprocess.TimeoutExpired:
+            return None, "not done after two minutes\n"
+        except OSError as error:
+            return None, f"{error}\n"
+        return done.returncode, done.stdout.decode("utf-8", "replace")
+
+    def judge(self, block, command):
+        """The fault of a block that is run, or nothing."""
+        wanted = int(block.marks.get("exits", 0))
+        status, printed = self.call(command)
+        if status != wanted:
+            return f"exit status {status}, not {wanted}\n{printed}"
+        if block.output is None or "device" in block.marks and self.machine_has_features():
+            return None
+        pattern = "".join(r"(?:.*\n)*?" if line.strip() == "..." else re.escape(line) + r"\n"
+                          for line in block.output.splitlines())
+        if re.fullmatch(pattern, printed if printed.endswith("\n") or not printed else printed + "\n"):
+            return None
+        return "prints something else\n" + "".join(
+            difflib.unified_diff(block.output.splitlines(True), printed.splitlines(True), "the page", "printed"))
+
+    def machine_has_features(self):
+        """A group keeps what the device supports: these two of the sample need light and speech."""
+        if self.has_features is None:
+            _, offered = self.call(["gesturectl", "actions", "--app", "reader", "ReadingTapLeftNoDirection"])
+            if "page/next" not in offered:
+                raise Faults(f"gesturectl actions: {offered}")
+            self.has_features = "speech/toggle" in offered or "light/toggle" in offered
+        return self.has_features
+
+    def gesturectl_faults(self, words):
+        """What gesturectl would not know of these words."""
+        verb = next((word for word in words[1:] if not word.startswith("-")), "")
+        options = [word.partition("=")[0] for word in words if re.match(r"--?[a-z]", word)]
+        if verb not in self.helps:
+            status, text = self.call(["gesturectl", *([verb] if verb else []), "--help"])
+            self.helps[verb] = text if status == 0 else None
+        if self.helps[verb] is None:
+            return [f"gesturectl has no verb '{verb}'"]
+        return [f"gesturectl {verb} has no option '{option}'" for option in options
+                if not re.search(rf"(?<![\w-]){re.escape(option)}(?![\w-])", self.helps[verb])]
+
+    def command_faults(self, text):
+        """Programs that a block names and nobody has. Absolute paths are those of other machines."""
+        faults = []
+        for line in re.sub(r"\$\([^()]*\)", "/", text.replace("\\\n", " ")).split("\n"):
+            lexer = shlex.shlex(line, posix=True, punctuation_chars=True)
+            lexer.whitespace_split = True
+            commands, words = [], []
+            for word in [*lexer, ";"]:
+                if set(word) <= set("();|&"):
+                    commands.append(words)
+                    words = []
+                else:
+                    words.append(word)
+            for command in commands:
+                while command and (re.match(r"\w+=", command[0]) or command[0] in ("sudo", "env", "time")):
+                    command = command[1:]
+                if not command or command[0].startswith(("/", "$")):
+                    continue
+                if command[0].endswith("gesturectl"):
+                    faults += self.gesturectl_faults(command)
+                status, _ = self.call(["bash", "-c", 'type -- "$1" >/dev/null', "bash", command[0]])
+                if status != 0:
+                    faults.append(f"there is no '{command[0]}'")
+        return faults
+
+    def check_json(self, block):
+        try:
+            document = json.loads(block.text)
+        except ValueError as error:
+            return f"no JSON: {error}"
+        keys = set(document) if isinstance(document, dict) else set()
+        if keys & {"current", "default", "filename", "prohibitedApps"}:
+            kind = "--paths"
+        elif keys & {"version"} and keys & {"actions"}:
+            kind = "--bindings"
+        elif keys & {"gestures", "zones", "actionGroups"} and "touch" not in keys:
+            kind = "--config"
+        else:
+            return None
+        file = self.work / "block.json"
+        file.write_text(block.text, encoding="utf-8")
+        status, printed = self.call(["gesturectl", "check", kind, str(file)])
+        return f"gesturectl check {kind}\n{printed}" if status != 0 else None
+
+    def check(self, block, program):
+        """The faults of one block."""
+        if "file" in block.marks:
+            write(self.tree / block.marks["file"], block.text)
+        if block.language == "json":
+            return [self.check_json(block)]
+        if block.language == "text":
+            lines = [line for line in block.text.split("\n") if re.match(r"(\$ )?gesturectl ", line)]
+            return [fault for line in lines for fault in self.gesturectl_faults(
+                [word.strip("[],") for word in line.removeprefix("$ ").split() if word.strip("[],|")])]
+        if "not run" in block.marks:
+            return self.command_faults(block.text) if block.language == "sh" else []
+        if block.language == "sh":
+            return [self.judge(block, ["bash", "-euo", "pipefail", "-c", block.text])]
+        if block.is_program:
+            return [self.judge(block, [str(program)])]
+        return []  # compiled by the build, or by the tests `readme` and `install`
+
+
+def run(source, build, out):
+    pages, faults = read(source)
+    for name, text in sources(pages).items():
+        if not (out / name).exists() or (out / name).read_text(encoding="utf-8") != text:
+            faults.append(f"{name} is older than its page: build first")
+    compiled = {block.place: build / "tests" / f"docs_{name}" for name, block in programs(pages)}
+    with tempfile.TemporaryDirectory() as work:
+        runner = Runner(source, build, pathlib.Path(work).resolve())
+        for page, blocks in pages.items():
+            if blocks:
+                runner.enter(page)
+            for block in blocks:
+                found = [fault for fault in runner.check(block, compiled.get(block.place)) if fault]
+                faults += [f"{block.place}: {fault}" for fault in found]
+                if "not run" in block.marks:
+                    print(f"{block.place}: not run: {block.marks['not run']}")
+                if "device" in block.marks and runner.machine_has_features():
+                    print(f"{block.place}: not compared: this machine has features")
+    print(f"{sum(map(len, pages.values()))} blocks in {len(pages)} pages")
+    if faults:
+        raise Faults("\n".join(faults))
+
+
+def main(command, *paths):
+    paths = [pathlib.Path(path).resolve() for path in paths]
+    try:
+        {"extract": extract, "projects": projects, "run": run}[command](*paths)
+    except Faults as faults:
+        sys.exit(str(faults))
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
