@@ -3,12 +3,12 @@
 # without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
 set -euo pipefail
 shopt -s inherit_errexit
-trap 'echo "tests/packages.sh: failed: $BASH_COMMAND" >&2' ERR
+trap 'echo "packages.sh: failed: $BASH_COMMAND" >&2' ERR
 cd "$(dirname "$0")/.."
 source=$PWD
 
 step() { printf '\n== %s\n' "$*"; }
-fail() { echo "tests/packages.sh: $*" >&2; exit 1; }
+fail() { echo "packages.sh: $*" >&2; exit 1; }
 
 [ "$(id -u)" = 0 ] || fail "only root can make a root and change into it"
 
