@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The exported interface as it is described in the tree: abi.sh LIBRARY DESCRIPTION compares, and fails when a client of
 # the described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after a change that is meant.
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "abi.sh: failed: $BASH_COMMAND" >&2' ERR
 write=
 if [ "$1" = --write ]; then

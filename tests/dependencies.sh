@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Whatever is missing, the configuring says which package to install, and `scripts/setup` knows it:
 # dependencies.sh SOURCE
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "dependencies.sh: failed: $BASH_COMMAND" >&2' ERR
 source=$1
 work=$(mktemp -d)

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Both example programs at once on one configuration, in real windows and with a real mouse: a gesture is bound to
 # another action in the one and used in the other. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "endtoend.sh: failed: $BASH_COMMAND" >&2' ERR
 settings_program=$1
 reader_program=$2

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The shared object itself: linkage.sh LIBRARY
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "linkage.sh: failed: $BASH_COMMAND" >&2' ERR
 library=$1
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Looks at the man pages that were made of a program's help, and makes them anew in other circumstances:
 # manpages.sh PROGRAM PAGES SCRIPT VERSION
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "manpages.sh: failed: $BASH_COMMAND" >&2' ERR
 program=$1
 pages=$2

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and removed
 # without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
-set -euo pipefail
+set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "packages.sh: failed: $BASH_COMMAND" >&2' ERR
 cd "$(dirname "$0")/.."

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Every QML file of the tree, with unqualified names looked for: qmllint.sh SOURCE_DIR IMPORT_PATH
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "qmllint.sh: failed: $BASH_COMMAND" >&2' ERR
 cd "$1"
 import_path=$2

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The type file is what the module's own types dump to, and a dump leaves the files of applications alone:
 # qmltypes.sh MODULE_PARENT_DIR SOURCE_QMLTYPES
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "qmltypes.sh: failed: $BASH_COMMAND" >&2' ERR
 modules=$(cd "$1" && pwd)
 committed=$(realpath "$2")

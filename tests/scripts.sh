@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Each script stops at the first command that fails, and names it: scripts.sh SOURCE
-set -euo pipefail
+set -Eeuo pipefail
+shopt -s inherit_errexit
 trap 'echo "scripts.sh: failed: $BASH_COMMAND" >&2' ERR
 cd "$1"
 work=$(mktemp -d)
@@ -10,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 fake() { # STATUS TOOL...
     local tool
     for tool in "${@:2}"; do
-        printf '#!/bin/sh\necho installed\nexit %s\n' "$1" >"$work/$tool"
+        printf '#!/bin/sh\n[ %s != 0 ] || echo installed\nexit %s\n' "$1" "$1" >"$work/$tool"
         chmod +x "$work/$tool"
     done
 }
@@ -40,6 +41,6 @@ fake 0 cmake
 expect demo '"$@"'
 # A package is missing that cannot be installed.
 fake 1 dpkg-query
-expect setup apt-get doc
+expect setup '"${as_root[@]}" apt-get' doc
 # No script was forgotten.
 [ "$(find scripts -type f | wc -l)" = 11 ]
