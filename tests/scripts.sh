@@ -27,7 +27,7 @@ expect() { # SCRIPT COMMAND ARGUMENT...
     grep -qF -- "scripts/$1: failed: $2" <<<"$said" || { echo "scripts/$1 does not name '$2': $said" >&2; return 1; }
 }
 
-expect test cmake
+expect test scripts/lint
 expect valgrind cmake
 expect fuzz cmake
 expect bench cmake
