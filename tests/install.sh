@@ -13,7 +13,8 @@ command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
 # A toolchain for a device looks for libraries below the roots alone.
 configure() { # SOURCE BUILD OPTION...
-    cmake -S "$1" -B "$2" -G Ninja "${launcher[@]}" "-DCMAKE_FIND_ROOT_PATH=$work" "${@:3}" >"$work/log" 2>&1 || { cat "$work/log"; return 1; }
+    cmake -S "$1" -B "$2" -G Ninja "${launcher[@]}" "-DCMAKE_FIND_ROOT_PATH=$work" "${@:3}" >"$work/log" 2>&1 ||
+        { cat "$work/log"; return 1; }
     cmake --build "$2" >"$work/log" 2>&1 || { cat "$work/log"; return 1; }
 }
 
