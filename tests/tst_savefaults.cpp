@@ -82,8 +82,8 @@ private Q_SLOTS:
         QFETCH(bool, exists);
         QStringList order;
         for (const Call &call : trace(3, exists)) {
-            if (QStringList({"write", "fsync", "rename"}).contains(call.name))
-                order.append(call.name);
+            if (QStringList({"write", "fsync", "rename"}).contains(commonName(call)))
+                order.append(commonName(call));
         }
         QCOMPARE(order, QStringList({"write", "fsync", "rename", "fsync"}));
     }
@@ -93,8 +93,8 @@ private Q_SLOTS:
         m_directory.reset(new QTemporaryDir);
         QStringList order;
         for (const Call &call : calls(3)) {
-            if (QStringList({"mkdir", "fsync", "rename"}).contains(call.name))
-                order.append(call.name);
+            if (QStringList({"mkdir", "fsync", "rename"}).contains(commonName(call)))
+                order.append(commonName(call));
         }
         QCOMPARE(order, QStringList({"mkdir", "fsync", "fsync", "rename", "fsync"}));
     }
@@ -106,6 +106,12 @@ private:
         int number; // the how manieth of its name since the process began
         QString line;
     };
+
+    // Some processors have only the calls that take a directory.
+    static QString commonName(const Call &call)
+    {
+        return call.name == "mkdirat" ? "mkdir" : call.name == "renameat" ? "rename" : call.name;
+    }
 
     QString file() const { return m_directory->filePath("dir/file"); }
 
