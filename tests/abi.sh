@@ -11,7 +11,8 @@ if [ "$1" = --write ]; then
 fi
 library=$1
 description=$2
-readelf -S "$library" | grep -q '\.debug_info' || { echo "abi.sh: no debug information in $library" >&2; exit 1; }
+sections=$(readelf -S "$library")
+grep -q '\.debug_info' <<<"$sections" || { echo "abi.sh: no debug information in $library" >&2; exit 1; }
 if [ "$write" ]; then
     abidw --no-corpus-path --no-comp-dir-path --no-show-locs --exported-interfaces-only \
         --type-id-style hash --out-file "$description.new" "$library"

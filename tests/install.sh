@@ -91,7 +91,8 @@ configure "$source" "$work/build-device" -DGESTURE_API_PLATFORM=device "-DCMAKE_
     -DCMAKE_BUILD_TYPE=None -DGESTURE_API_TOOLS=OFF -DGESTURE_API_QML=OFF -DBUILD_TESTING=OFF "${without[@]}"
 built=$(cd "$work/build-device" && find . -name '*.so.1' | sort)
 [ "$built" = ./gesture_api/libgesture_api.so.1 ]
-ldd "$work/build-device/gesture_api/libgesture_api.so" | grep -q "$work/device/lib/libvxcomponents.so.1"
+needed=$(ldd "$work/build-device/gesture_api/libgesture_api.so")
+grep -q "$work/device/lib/libvxcomponents.so.1" <<<"$needed"
 
 # What the device build installs serves clients, too, and has nothing of the host.
 cmake --install "$work/build-device" --prefix "$work/installed" >/dev/null
