@@ -30,6 +30,17 @@ function(gesture_api_defaults target)
         "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 endfunction()
 
+# A build from nothing takes half the time when the headers that most sources of a target begin with are read once:
+# gesture_api_precompile(TARGET HEADER...) or gesture_api_precompile(TARGET REUSE_FROM OTHER). It hides which header a
+# source forgot, so that only one preset does it.
+function(gesture_api_precompile target)
+    if(GESTURE_API_PRECOMPILE AND ARGV1 STREQUAL "REUSE_FROM")
+        target_precompile_headers(${target} ${ARGN})
+    elseif(GESTURE_API_PRECOMPILE)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
+
 # A shared library of this project: versioned, installed and exported as GestureApi::NAME.
 function(gesture_api_shared_library target)
     add_library(${target} SHARED ${ARGN})
