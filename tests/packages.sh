@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # The Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and removed
 # without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
+# Lists of packages are meant to be split into words.
+# shellcheck disable=SC2046,SC2086
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "packages.sh: failed: $BASH_COMMAND" >&2' ERR
 cd "$(dirname "$0")/.."
-source=$PWD
 
 step() { printf '\n== %s\n' "$*"; }
 fail() { echo "packages.sh: $*" >&2; exit 1; }
@@ -131,9 +132,9 @@ as_user /usr/lib/qt5/bin/qmltestrunner -input /home/reader/tst_module.qml
 
 step "The README's client, with CMake and with pkg-config"
 client=$root/home/reader/client
-mkdir "$client"
-sed -n '/^```cpp$/,/^```$/p' README.md | sed '1d;$d' >"$client/client.cpp"
-sed -n '/^```cmake$/,/^```$/p' README.md | sed '1d;$d' >"$client/CMakeLists.txt"
+tests/docs/docs.py projects . "$root/projects" >/dev/null
+mv "$root/projects/README_1" "$client"
+rm -r "$root/projects"
 chmod a+w "$client"
 as_user bash -c 'cd ~/client && cmake -B build . && cmake --build build' >"$root/log" 2>&1 || { cat "$root/log"; exit 1; }
 expect "the client with CMake" page/next "$(as_user /home/reader/client/build/client)"
