@@ -28,7 +28,7 @@ if [ ! -e "$base" ]; then
     # Debian's own sources among the machine's.
     apt-get -qq update
     apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
-        mmdebstrap --quiet --variant=minbase bookworm "$base.new"
+        mmdebstrap --quiet --variant=minbase --format=tar bookworm "$base.new"
     mv "$base.new" "$base"
 fi
 root=$(mktemp -d)
