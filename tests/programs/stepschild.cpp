@@ -20,6 +20,7 @@
 //     fork S...          a child that does the remaining steps; this process waits for it and returns
 //     exit, thread-exit  exit(0), from here or from another thread
 //     pause              writes a line and waits for one
+//     mark               a system call that a tracer finds
 
 #include <gesture_api/gestureserviceprovider.h>
 
@@ -165,6 +166,8 @@ static int run(QStringList steps)
             ExitNotifier::notify();
         else if (is("second"))
             new ExitNotifier(QCoreApplication::instance());
+        else if (is("mark"))
+            getsid(0);
         else if (is("exit"))
             std::exit(0);
         else if (is("thread-exit")) {
