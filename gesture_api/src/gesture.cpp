@@ -118,6 +118,7 @@ void Gesture::forget(Action *action)
         m_defaultAction = nullptr;
     if (m_currentAction == action) {
         m_currentAction = nullptr;
+        m_chosen = false;
         Q_EMIT currentActionChanged(nullptr);
     }
 }
@@ -128,6 +129,7 @@ void Gesture::setCurrentAction(Action *action)
         return;
     Action *previous = m_currentAction;
     m_currentAction = action;
+    m_chosen = true;
     if (action && !action->m_users.contains(this))
         action->m_users.append(this);
     if (!uses(previous))

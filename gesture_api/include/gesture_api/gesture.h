@@ -212,6 +212,7 @@ Q_SIGNALS:
 
 private:
     friend class Action;
+    friend class GestureService;
 
     struct EntryContext;
     enum Taking { Later }; // takeActions() is still to be called
@@ -244,6 +245,7 @@ private:
     const QList<Feature *> m_features;
     mutable bool m_supported = false;
     mutable bool m_supportedKnown = false;
+    bool m_chosen = false; // the current action, by a caller, since it was loaded or saved
 };
 
 }

@@ -4,6 +4,7 @@
 #include <gesture_api/feature.h>
 #include <gesture_api/gesture.h>
 
+#include <vellix/either.h>
 #include <vellix/export.h>
 #include <vellix/platform/vxcomponents.h>
 
@@ -22,6 +23,8 @@ namespace vellix {
 namespace gesture {
 
 class GestureIndex;
+class UserFile;
+struct SaveFailure;
 
 /// The gestures of one application: the system's configuration with the user's bindings applied.
 /// Nothing is read before the gestures are first needed, and the files are read once. The gestures
@@ -104,6 +107,11 @@ public:
     /// service that a provider then builds is a new one: if the provider is writable, it saves at exit. False when
     /// no file was deleted.
     Q_INVOKABLE bool prune();
+    /// save() that says how it went: the number of bytes written, or why nothing was, in words for a log. Left also for
+    /// a service that is read-only or pruned. Logs nothing.
+    Either<QString, qint64> trySave();
+    /// trySave() for QML: an empty string, or the reason, which is logged, too.
+    Q_INVOKABLE QString trySaveAsString();
 
 Q_SIGNALS:
     ///@{
@@ -118,8 +126,10 @@ private:
     const GestureIndex &index() const;
     QList<Gesture *> load();
     QMap<QString, QString> loadBindings();
-    bool mayStillLoad() const;
-    bool keepRejectedFile();
+    bool mayLoad() const;
+    Either<SaveFailure, qint64> saveChoices();
+    void saveAtExit();
+    void markSaved();
 
     const ApplicationPaths m_paths;
     const QPointer<const FeaturesProvider> m_featuresProvider;
@@ -128,8 +138,7 @@ private:
     const bool m_readonly;
     bool m_pruned = false;
     enum { NotLoaded, Loading, Loaded } m_state = NotLoaded;
-    // Set while the user's file holds what this service and its clones could not take over.
-    std::shared_ptr<bool> m_userFileRejected = std::make_shared<bool>(false);
+    std::shared_ptr<UserFile> m_userFile;
     const GestureList m_gestures;
     mutable std::unique_ptr<GestureIndex> m_index; // of m_gestures, made at the first lookup
     mutable QPointer<components::ReadonlyLazyListModel> m_gesturesModel;
