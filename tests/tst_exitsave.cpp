@@ -111,6 +111,11 @@ private Q_SLOTS:
         row("a save, a nested loop, exit()", "A=y", "provider choose B z save loop exit", "A=y B=z");
         row("a save, somebody's choice, exit()", "A=y", "provider choose B z save loop load bind A z exit", "A=z");
 
+        row("provider that is deleted before the end", "A=y", "provider choose B z delete-provider", "A=y");
+        row("the same, but saved when the loop ends", "A=y", "provider choose B z safe quit delete-provider", "A=y B=z");
+        row("saved when the loop ends, on top of another's", "A=y",
+            "provider choose B z safe bind A z quit delete-provider", "A=z B=z");
+
         // Another process.
         row("a child that exits", "A=y", "service choose B z save bind A z fork exit", "A=z");
         row("a child that exits saves no choice", "A=y", "service choose B z delete service fork choose A z exit",

@@ -14,6 +14,9 @@
 //     delete             deletes the service
 //     bind G A           what another program does: writes a file with this binding alone
 //     bytes TEXT, remove likewise
+//     safe               saves when the event loop ends
+//     quit               runs the event loop until it is told to end, at once
+//     delete-provider    deletes the provider
 //     loop               runs the event loop until it has nothing to do
 //     notify             ExitNotifier::notify()
 //     second             another exit notifier
@@ -30,6 +33,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -160,6 +164,13 @@ static int run(QStringList steps)
             writeFile(steps.takeFirst().toUtf8());
         else if (is("remove"))
             QFile::remove(userFile());
+        else if (is("safe"))
+            QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, &ExitNotifier::notify);
+        else if (is("quit")) {
+            QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+            QCoreApplication::exec();
+        } else if (is("delete-provider"))
+            delete provider;
         else if (is("loop"))
             runLoop();
         else if (is("notify"))

@@ -47,8 +47,15 @@ public:
     /// The zones that every configuration may name: a 3 by 3 grid, three vertical stripes, the whole screen.
     static QMap<QString, QRectF> predefinedZones;
 
-    /// Saves when the process exits, unless `readonly`. The features provider is not owned, outlives
-    /// the service and may be null.
+    /// Saves when the process ends, unless `readonly`: at the return from main() or exit(), or before that when the
+    /// application object is destroyed. It must then still exist, belong to the thread that ends the process, and have
+    /// been made in this process and not before a fork. What other programs have saved meanwhile stays: only the
+    /// choices made on this service since it was loaded or saved go on top of it. To save when the event loop ends,
+    /// while all services still exist:
+    ///
+    ///     QObject::connect(&app, &QCoreApplication::aboutToQuit, &vellix::ExitNotifier::notify);
+    ///
+    /// The features provider is not owned, outlives the service and may be null.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    QObject *parent = nullptr);
     /// A service of clones of the given gestures, which are loaded for that if they were not. It does not save at
@@ -97,20 +104,21 @@ public:
     Q_INVOKABLE QObject *cloneAsQObject(QObject *parent = nullptr) const;
     /// fastMerge() for QML; false as well for what is no service.
     Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
-    /// Writes the current action of every gesture to the user's file. False when the service is
-    /// read-only or pruned; true says that it was tried, the log tells of a failure.
+    /// Writes the current action of every gesture to the user's file, whatever another program has written there.
+    /// Returns false if the service is read-only or pruned. True only means that a save was attempted: a failure is
+    /// one error line on the log.
     ///
-    /// A user file that could not be taken over is first kept beside it as "<file name>.rejected"; where
-    /// that cannot be, nothing is written.
+    /// A user file that could not be loaded is first copied to "<file name>.rejected", or ".rejected.2" to
+    /// ".rejected.8". If the copy fails, or all eight exist, nothing is written.
     Q_INVOKABLE bool save();
     /// Deletes the user's file; from now on this service and the clones made of it never save. The
     /// service that a provider then builds is a new one: if the provider is writable, it saves at exit. False when
     /// no file was deleted.
     Q_INVOKABLE bool prune();
-    /// save() that says how it went: the number of bytes written, or why nothing was, in words for a log. Left also for
-    /// a service that is read-only or pruned. Logs nothing.
+    /// save() that returns how it went: the number of bytes that are now on disk, or the reason for a failure, in
+    /// words. A read-only or pruned service fails, too. Nothing is logged.
     Either<QString, qint64> trySave();
-    /// trySave() for QML: an empty string, or the reason, which is logged, too.
+    /// trySave() for QML: an empty string, or the reason. The reason is also logged.
     Q_INVOKABLE QString trySaveAsString();
 
 Q_SIGNALS:
