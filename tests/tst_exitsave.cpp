@@ -5,6 +5,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
+
+#include <sys/mount.h>
 
 #include <memory>
 
@@ -112,7 +115,8 @@ private Q_SLOTS:
         row("a save, somebody's choice, exit()", "A=y", "provider choose B z save loop load bind A z exit", "A=z");
 
         row("provider that is deleted before the end", "A=y", "provider choose B z delete-provider", "A=y");
-        row("the same, but saved when the loop ends", "A=y", "provider choose B z safe quit delete-provider", "A=y B=z");
+        row("the same, but saved when the loop ends", "A=y", "provider choose B z safe quit delete-provider",
+            "A=y B=z");
         row("saved when the loop ends, on top of another's", "A=y",
             "provider choose B z safe bind A z quit delete-provider", "A=z B=z");
 
@@ -143,6 +147,43 @@ private Q_SLOTS:
         QCOMPARE(readRejected(), rejected);
         QCOMPARE(testing::filesBelow(QFileInfo(userFile()).path()).size(),
                  (after == QLatin1String("absent") ? 0 : 1) + (rejected.isEmpty() ? 0 : 1));
+    }
+
+    // The user's directory is unmounted while a program runs, and mounted again after its end.
+    void unmountedMeanwhile_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::newRow("no choice") << "service load pause";
+        QTest::newRow("own choice") << "service choose B z pause";
+        QTest::newRow("own choice, and the loop runs") << "service choose B z pause loop";
+        QTest::newRow("provider that has not heard of it") << "provider load pause";
+        QTest::newRow("provider that has heard of it") << "provider load pause loop";
+        QTest::newRow("provider that loads again") << "provider load pause loop load";
+    }
+
+    void unmountedMeanwhile()
+    {
+        QFETCH(QString, steps);
+        const QString store = m_tree->root() + QStringLiteral("/store");
+        const QByteArray bytes = "{\"version\":1,\"actions\":{\"A\":\"y\"}}";
+        const auto mountStore = [&] {
+            return mount(qPrintable(store), qPrintable(m_tree->user()), nullptr, MS_BIND, nullptr) == 0;
+        };
+        QVERIFY(QDir().mkpath(store));
+        QVERIFY(QDir().mkpath(m_tree->user()));
+        if (!mountStore())
+            QSKIP("a directory can not be mounted here");
+        const auto unmount = qScopeGuard([this] { umount2(qPrintable(m_tree->user()), MNT_DETACH); });
+        testing::writeFile(userFile(), bytes);
+        QProcess child;
+        child.start(QStringLiteral(TEST_PROGRAMS "/stepschild"), steps.split(' '));
+        QVERIFY(child.waitForReadyRead());
+        QCOMPARE(umount(qPrintable(m_tree->user())), 0);
+        child.write("go\n");
+        QCOMPARE(testing::ended(&child).exitCode, 0);
+        QVERIFY(mountStore());
+        QCOMPARE(testing::readFile(userFile()), bytes);
+        QCOMPARE(testing::filesBelow(m_tree->user()), QStringList("gestures/apps/current/app/cfg.json"));
     }
 
     // Programs that end at once, each with a choice of its own: none is lost.

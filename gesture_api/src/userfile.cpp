@@ -71,12 +71,12 @@ Written UserFile::save(const Bindings &bindings)
 Written UserFile::saveUnlessChanged(const Bindings &bindings, const Choices &choices)
 {
     const SaveLock lock(path());
-    const Content now = read(true);
-    if (now.state == m_known)
+    if (FileState::at(path()) == m_known)
         return write(bindings);
     if (choices.isEmpty())
         return Right<qint64>(0);
 
+    const Content now = read(true);
     if (now.bindings.isLeft())
         *m_refused = now.state;
     Bindings merged = now.bindings.isRight() ? now.bindings.right() : Bindings();
