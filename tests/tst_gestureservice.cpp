@@ -441,16 +441,16 @@ private Q_SLOTS:
                                            << "can not open file: Is a directory (path: ";
         QTest::newRow("can not be written") << "limit"
                                             << "can not write file: File too large"
-                                            << "[error] not saved, can not write file: File too large (path: ";
+                                            << "[error] not saved: \"can not write file: File too large (path: ";
         QTest::newRow("can not be kept") << "refused"
                                          << "the rejected file can not be kept beside it"
-                                         << "[error] not saved, the rejected file can not be kept beside it (path: ";
+                                         << "[error] not saved: \"the rejected file can not be kept beside it (path: ";
         QTest::newRow("eight are kept") << "eight"
                                         << "eight rejected files are beside it already"
-                                        << "[error] not saved, eight rejected files are beside it already (path: ";
+                                        << "[error] not saved: \"eight rejected files are beside it already (path: ";
         QTest::newRow("can not be loaded") << "provider"
                                            << "the gestures can not be loaded any more"
-                                           << "[error] not saved, the gestures can not be loaded any more (path: ";
+                                           << "[error] not saved: \"the gestures can not be loaded any more (path: ";
     }
 
     void failedSave()
@@ -699,8 +699,8 @@ private Q_SLOTS:
         QCOMPARE(log.qtMessages.size(), 1);
         QVERIFY(log.qtMessages[0].startsWith(
                 QStringLiteral(
-                        "critical default: [error] not saved, the rejected file can not be kept beside it (path: ")
-                + QLatin1Char('"') + file));
+                        "critical default: [error] not saved: \"the rejected file can not be kept beside it (path: ")
+                + file));
         QCOMPARE(testing::filesBelow(QFileInfo(file).path()).size(), 1);
     }
 

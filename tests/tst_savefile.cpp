@@ -428,7 +428,6 @@ private Q_SLOTS:
         QTest::newRow("over a shorter file") << 10 << 900 << "";
         QTest::newRow("full disk, longer than before") << 20000 << 900 << "disk";
         QTest::newRow("limit, longer than before") << 20000 << 900 << "limit";
-        QTest::newRow("limit, shorter than before") << 20000 << 10 << "limit";
     }
 
     void directWrite()

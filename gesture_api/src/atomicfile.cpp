@@ -6,7 +6,6 @@
 #include <QFile>
 
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <charconv>
@@ -26,19 +25,16 @@ static Left<SaveFailure> failed(SaveFailure::Step step)
     return Left(SaveFailure{step, qt_error_string(errno)});
 }
 
-QString SaveFailure::message() const
-{
-    switch (step) {
-    case Opening: return QStringLiteral("can not open file: ") + reason;
-    case Writing: return QStringLiteral("can not write file: ") + reason;
-    case Other: break;
-    }
-    return reason;
-}
-
 QString SaveFailure::message(const QString &path) const
 {
-    return message() + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    switch (step) {
+    case Opening:
+        return QStringLiteral("can not open file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    case Writing:
+        return QStringLiteral("can not write file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    case Other: break;
+    }
+    return reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
 }
 
 bool writeAll(int descriptor, const QByteArray &bytes)
@@ -76,11 +72,6 @@ std::string directoryOf(const std::string &path)
 // Room for all bytes, so that what is written over the old ones does not stop half way. The old ones stay.
 static bool reserve(int descriptor, qint64 oldSize, const QByteArray &bytes)
 {
-    struct rlimit limit = {};
-    if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < static_cast<rlim_t>(bytes.size())) {
-        errno = EFBIG;
-        return false;
-    }
     if (bytes.isEmpty() || untilNotInterrupted([&] { return ::fallocate(descriptor, 0, 0, bytes.size()); }) == 0)
         return true;
     // Where this is not to be had, what the old bytes do not cover is written first.

@@ -21,9 +21,7 @@ struct SaveFailure
     Step step;
     QString reason; // the system's, except for Other
 
-    /// The step and the reason.
-    QString message() const;
-    /// Likewise, with the path of the file.
+    /// The step, the reason and the path of the file.
     QString message(const QString &path) const;
 };
 

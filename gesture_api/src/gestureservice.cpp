@@ -145,20 +145,13 @@ bool GestureService::fastMergeWithQObject(QObject *other)
     return fastMerge(qobject_cast<GestureService *>(other));
 }
 
-// One line, whatever the path holds.
-static void log(const SaveFailure &failure, const QString &path)
-{
-    const QByteArray message = QByteArrayLiteral("[error] not saved, ") + failure.message().toUtf8();
-    qCritical() << message.constData() << "(path:" << path << ")";
-}
-
 // A file that can not be opened ends the process where errors that nobody takes do.
 static void report(const SaveFailure &failure, const QString &path)
 {
     if (failure.step == SaveFailure::Opening)
         Either<QString, qint64>(Left(failure.message(path))).qGetOrErr(0);
     else
-        log(failure, path);
+        qCritical() << "[error] not saved:" << failure.message(path);
 }
 
 bool GestureService::save()
