@@ -118,7 +118,7 @@ private Q_SLOTS:
         row("the same, but saved when the loop ends", "A=y", "provider choose B z safe quit delete-provider",
             "A=y B=z");
         row("saved when the loop ends, on top of another's", "A=y",
-            "provider choose B z safe bind A z quit delete-provider", "A=z B=z");
+            "service choose B z safe bind A z quit delete", "A=z B=z");
 
         // Another process.
         row("a child that exits", "A=y", "service choose B z save bind A z fork exit", "A=z");
