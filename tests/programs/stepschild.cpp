@@ -47,7 +47,7 @@ using namespace vellix;
 using namespace vellix::gesture;
 
 // Not lost, only never deleted: a leak checker shall not mind.
-static QList<GestureService *> services;
+static QList<GestureService *> &services = *new QList<GestureService *>;
 static GestureService *current = nullptr;
 static GestureService *cloned = nullptr;
 static DefaultFeaturesProvider *features = nullptr;
