@@ -1,6 +1,7 @@
 #include "verbs.h"
 
 #include "bindingsfile.h"
+#include "output.h"
 
 #include <QJsonObject>
 
@@ -88,7 +89,7 @@ Result<ExitStatus> importBindings(const QString &appId, const QString &file, boo
         wanted.remove(id);
     }
     const QStringList lines = difference(current.right(), wanted);
-    print(lines.isEmpty() ? QStringLiteral("no difference") : lines.join(QLatin1Char('\n')));
+    print(lines.isEmpty() ? QStringList(QStringLiteral("no difference")) : lines);
     if (isDryRun || lines.isEmpty())
         return Right(Success);
     return writeBindings(paths.right(), gestures.right(), wanted);
