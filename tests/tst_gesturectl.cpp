@@ -373,7 +373,7 @@ private Q_SLOTS:
         const QDir descriptors(QString("/proc/%1/fd").arg(binding.processId()));
         const auto hasOpened = [&] {
             for (const QFileInfo &descriptor : descriptors.entryInfoList(QDir::Files | QDir::System)) {
-                if (descriptor.symLinkTarget() == app)
+                if (descriptor.symLinkTarget() == QFileInfo(app).canonicalFilePath())
                     return true;
             }
             return false;

@@ -329,12 +329,6 @@ static Result<QString> keepBeside(const QString &file)
     return Right(copy.fileName());
 }
 
-static QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Writes the bindings without those that are dropped, and checks first that the new configuration takes the rest.
 static Result<Repair> repaired(const ApplicationPaths &paths, const Bindings &bindings, const QStringList &dropped,
                                const FeaturesProvider *features)
@@ -419,6 +413,8 @@ Result<ExitStatus> doctor(const QString &oldFile, const QString &newFile, const 
     std::optional<BindLock> lock;
     if (isWriting)
         lock.emplace(own.right());
+    if (lock && lock->failure())
+        return Left(*lock->failure());
 
     const auto bindings = appId.isEmpty() ? bindingsOfFile(own.right()) : bindingsOf(own.right());
     if (bindings.isLeft())

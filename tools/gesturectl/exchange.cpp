@@ -73,6 +73,8 @@ Result<ExitStatus> importBindings(const QString &appId, const QString &file, boo
     std::optional<BindLock> lock;
     if (!isDryRun)
         lock.emplace(paths.right());
+    if (lock && lock->failure())
+        return Left(*lock->failure());
     const auto current = bindingsOf(paths.right());
     if (current.isLeft()) {
         const QString advice = QStringLiteral("; it is left as it is: repair it, or remove it with 'gesturectl reset'");

@@ -233,6 +233,8 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
     if (paths.isLeft())
         return Left(paths.left());
     const BindLock lock(paths.right());
+    if (lock.failure())
+        return Left(*lock.failure());
     const auto bindings = bindingsOf(paths.right());
     if (bindings.isLeft())
         return Left(bindings.left());
