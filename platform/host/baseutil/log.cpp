@@ -16,7 +16,7 @@ static std::size_t printableLength(const std::string &text, std::size_t at)
     if (lead < 0x80)
         return lead >= 0x20 && lead != 0x7f ? 1 : 0;
     const std::size_t length = lead >> 5 == 6 ? 2 : lead >> 4 == 14 ? 3 : lead >> 3 == 30 ? 4 : 0;
-    unsigned code = lead & 0x7fU >> length;
+    unsigned code = lead & (0x7fU >> length);
     for (std::size_t i = 1; i < length; ++i) {
         if (byte(at + i) >> 6 != 2)
             return 0;
