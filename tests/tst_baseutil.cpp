@@ -173,6 +173,43 @@ private Q_SLOTS:
         QTEST(aligned, "expected");
     }
 
+    void logLine_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<QByteArray>("expected");
+        const auto row = [](const char *name, const QByteArray &message, const QByteArray &expected) {
+            QTest::newRow(name) << message << expected;
+        };
+        row("ordinary", "a message: 'x\\n'", "a message: 'x\\n'");
+        row("nothing", "", "");
+        row("a forged record", "a\n[error] forged\r", "a\\x0a[error] forged\\x0d");
+        row("colours and titles of a terminal", "\x1b[31m\x1b]0;t\x07", "\\x1b[31m\\x1b]0;t\\x07");
+        row("the ends of ASCII", QByteArray("a\0\x01\x1f \x7f", 6), "a\\x00\\x01\\x1f \\x7f");
+        row("UTF-8", "\u00a0\u00e4\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff",
+            "\u00a0\u00e4\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff");
+        row("control characters beyond ASCII", "\xc2\x80\xc2\x9b\xc2\x9f", R"(\xc2\x80\xc2\x9b\xc2\x9f)");
+        row("bytes alone", "\x80\x9b\xff ", R"(\x80\x9b\xff )");
+        row("cut off", "\xc3 \xe4\xb8 \xf0\x9f\x91", R"(\xc3 \xe4\xb8 \xf0\x9f\x91)");
+        row("longer than it need be", "\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a",
+            R"(\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a)");
+        row("half a character, and beyond the last", "\xed\xa0\xbd\xf4\x90\x80\x80", R"(\xed\xa0\xbd\xf4\x90\x80\x80)");
+    }
+
+    // One record, one line, whatever is logged; in a process of its own, since the tests' log stands before ours.
+    void logLine()
+    {
+        QFETCH(QByteArray, message);
+        QFETCH(QByteArray, expected);
+        QProcess child;
+        child.start(TEST_PROGRAMS "/logchild", {"file\n", "void f()\x1b"});
+        child.write(message);
+        child.closeWriteChannel();
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.readAllStandardError(),
+                 "[error] " + expected + " [file\\x0a:7, void f()\\x1b]\n[warn] " + expected
+                         + " [file\\x0a:8, void f()\\x1b]\n");
+    }
+
 private:
     QScopedPointer<QTemporaryDir> m_directory;
 };
