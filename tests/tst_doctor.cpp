@@ -527,7 +527,7 @@ private Q_SLOTS:
     {
         const QByteArray text = manyChoices();
         const Run run = repairWithin(1);
-        QCOMPARE(run.err, QString("gesturectl: user.json: could not be written\n"));
+        QCOMPARE(run.err, QString("gesturectl: can not write file: File too large (path: user.json)\n"));
         QCOMPARE(run.exitCode, 3);
         QCOMPARE(testing::readFile("user.json"), text);
         QCOMPARE(testing::filesBelow("."), QStringList({"new.json", "old.json", "user.json"}));
@@ -545,7 +545,7 @@ private Q_SLOTS:
         QCOMPARE(chmod(qPrintable(m_directory->path()), 0777), 0);
         const Run run = repairWithin(1, true);
         QCOMPARE(chmod("home", 0755), 0);
-        QCOMPARE(run.err, QString("gesturectl: user.json: could not be written\n"));
+        QCOMPARE(run.err, QString("gesturectl: can not write file: File too large (path: user.json)\n"));
         QCOMPARE(run.exitCode, 3);
         QCOMPARE(testing::readFile("user.json"), text);
         QVERIFY(!QFileInfo::exists("user.json.old"));

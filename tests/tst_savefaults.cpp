@@ -139,6 +139,41 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
     }
 
+#ifdef GESTURECTL
+    // A disk that fails in the midst of a direct write tears the file: the copy is kept, and named.
+    void doctorKeepsTheCopyOfATornFile()
+    {
+        prepare(false);
+        const auto configuration = [](const QByteArray &gestures) {
+            return "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"}], "
+                   "\"gestures\": ["
+                    + gestures + "]}";
+        };
+        const QByteArray tap = "{\"id\": \"kept\", \"kind\": \"tap\", \"zone\": \"left\", "
+                               "\"availableActions\": [\"a\", \"b\"], \"defaultAction\": \"a\"}";
+        testing::writeFile(m_directory->filePath("new.json"), configuration(tap));
+        testing::writeFile(m_directory->filePath("old.json"),
+                           configuration(tap + ',' + QByteArray(tap).replace("kept", "gone")));
+        const QByteArray text =
+                "{\"version\": 1, \"actions\": {\"kept\": \"b\", \"gone\": \"b\"}}" + QByteArray(500, '\n');
+        testing::writeFile(file(), text);
+        QProcess strace;
+        strace.start("strace",
+                     {"-qq", "-o", m_directory->filePath("log"), "-e", "inject=rename,renameat,renameat2:error=EBUSY",
+                      "-e", "inject=ftruncate:error=EIO", GESTURECTL, "doctor", "--old",
+                      m_directory->filePath("old.json"), "--new", m_directory->filePath("new.json"), "--bindings",
+                      file(), "--write"});
+        const testing::Run run = testing::ended(&strace);
+        QCOMPARE(run.err,
+                 QString("gesturectl: can not write file: Input/output error (path: %1); the old file is "
+                         "kept as %1.old\n")
+                         .arg(file()));
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(testing::readFile(file() + ".old"), text);
+        QVERIFY(testing::readFile(file()) != text);
+    }
+#endif
+
     void noRoomForTheNewFileKeepsTheOldOne()
     {
         int made = 0;
@@ -213,7 +248,10 @@ private:
         return call.name == "mkdirat" ? "mkdir" : call.name == "renameat" ? "rename" : call.name;
     }
 
-    QString file() const { return m_directory->filePath("dir/file"); }
+    QString file() const
+    {
+        return m_directory->filePath("dir/file");
+    }
 
     // Memory and time cannot fail like this, and a close that fails has closed all the same.
     static bool canFail(const Call &call)

@@ -1,5 +1,7 @@
 #include "bindingsfile.h"
 
+#include <gesture_api/gestureservice.h>
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -15,7 +17,6 @@
 
 using namespace vellix;
 using namespace vellix::gesture;
-using ActionBindings = Configuration::ActionBindings;
 
 namespace gesturectl {
 
@@ -96,12 +97,10 @@ Result<ExitStatus> writeBindings(const ApplicationPaths &paths, const Gestures &
         gesture->setCurrentAction(gesture->defaultAction());
         bound.append(gesture);
     }
-    const auto written = ActionBindings::saveJson(paths.currentPath(), bound);
-    if (written.isLeft())
-        return Left(Failure{BadFiles, written.left()});
-    if (written.right() < 0)
-        return Left(Failure{BadFiles, resolved(paths.currentPath()) + QStringLiteral(": could not be written")});
-    return Right(Success);
+    GestureService service(paths, nullptr, false, GestureService::GestureList([&bound] { return bound; }), false);
+    return service.trySave().map([](qint64) { return Success; }).mapLeft([](const QString &reason) {
+        return Failure{BadFiles, reason};
+    });
 }
 
 Result<Bindings> bindingsOfFile(const ApplicationPaths &paths)
