@@ -449,8 +449,8 @@ private Q_SLOTS:
                                         << "eight rejected files are beside it already"
                                         << "[error] not saved: \"eight rejected files are beside it already (path: ";
         QTest::newRow("can not be loaded") << "provider"
-                                           << "the gestures can not be loaded any more"
-                                           << "[error] not saved: \"the gestures can not be loaded any more (path: ";
+                                           << "the gestures are not loaded"
+                                           << "[error] not saved: \"the gestures are not loaded (path: ";
     }
 
     void failedSave()

@@ -187,7 +187,7 @@ QString GestureService::trySaveAsString()
 Either<SaveFailure, qint64> GestureService::saveChoices()
 {
     if (!mayLoad())
-        return Left(SaveFailure{SaveFailure::Other, QStringLiteral("the gestures can not be loaded any more")});
+        return Left(SaveFailure{SaveFailure::Other, QStringLiteral("the gestures are not loaded")});
     const auto saved = m_userFile->save(bindingsOf(gestureList()));
     if (saved.isRight())
         markSaved();
