@@ -36,12 +36,15 @@ public:
     static void enterNamespace()
     {
         const uid_t user = geteuid();
-        if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0)
-            s_obstacle = obstacle("no mount namespace");
-        else if (user != 0 && !tell("/proc/self/uid_map", "0 " + QByteArray::number(user) + " 1"))
-            s_obstacle = obstacle("no user is mapped");
-        else if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            s_obstacle = obstacle("mounts can not be made private");
+        const QByteArray userMap = "0 " + QByteArray::number(user) + " 1";
+        const QByteArray groupMap = "0 " + QByteArray::number(getegid()) + " 1";
+        const bool inNamespace = unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) == 0;
+        const bool mapped = inNamespace
+                && (user == 0
+                    || (tell("/proc/self/setgroups", "deny") && tell("/proc/self/uid_map", userMap)
+                        && tell("/proc/self/gid_map", groupMap)));
+        if (!mapped || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+            s_obstacle = QByteArray("no mount namespace of our own: ").append(strerror(errno));
     }
 
 private Q_SLOTS:
@@ -368,7 +371,6 @@ private Q_SLOTS:
     }
 
 private:
-    static QByteArray obstacle(const char *what) { return QByteArray(what).append(": ").append(strerror(errno)); }
     static bool tell(const char *where, const QByteArray &what)
     {
         const int descriptor = ::open(where, O_WRONLY | O_CLOEXEC);

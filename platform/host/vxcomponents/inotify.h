@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 
 #include <cstdint>
+#include <memory>
 
 namespace vellix {
 namespace components {
@@ -24,7 +25,8 @@ public:
     virtual void react() = 0;
 };
 
-/// The process's one inotify descriptor, shared by all listeners and there as long as one is.
+/// The process's one inotify descriptor, shared by all listeners and there as long as one is. It also follows the
+/// mount table: a new mount sends no event, so every listener is told of it as of lost ones (IN_Q_OVERFLOW).
 class Inotify : public QObject
 {
 public:
@@ -39,12 +41,19 @@ private:
     Inotify();
     ~Inotify() override;
 
+    void followMounts();
+    void askForMounts();
+    void noteMounts();
     void readEvents();
     QList<InotifyListener *> noteEvents(const char *begin, const char *end);
+    QList<InotifyListener *> everybody() const;
 
     static Inotify *s_instance;
     static int s_users;
 
+    int m_mountAlarm; // polled by the event loop: it wakes up
+    int m_mounts;     // polled by askForMounts() alone
+    std::unique_ptr<QSocketNotifier> m_alarm;
     int m_descriptor;
     QSocketNotifier m_notifier;
     QHash<int, QList<InotifyListener *>> m_listeners;
