@@ -8,6 +8,12 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
 namespace vellix {
 namespace gesture {
 
@@ -86,21 +92,38 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::from
                                                prohibited == absent ? QStringList() : prohibited->toStringList()));
 }
 
+// A pipe would block and a device might never end, also one that comes after the path was looked at. A file's reason is
+// empty.
+static QString openRegular(QFile &file)
+{
+    const QString irregular = QStringLiteral("Not a regular file");
+    const QFileInfo info(file);
+    if (info.exists() && !info.isFile() && !info.isDir())
+        return irregular;
+    if (!info.isNativePath()) // no name at all, or a file within the program
+        return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+
+    int descriptor;
+    do {
+        descriptor = ::open(QFile::encodeName(file.fileName()), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    if (descriptor < 0)
+        return qt_error_string(errno);
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return S_ISDIR(status.st_mode) ? QStringLiteral("file to open is a directory") : irregular;
+    }
+    return file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle) ? QString() : file.errorString();
+}
+
 Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
 {
     const QString resolved = resolvedPath(path);
-    const auto unreadable = [&resolved](int line, const QString &reason) {
-        return fail(line, reason + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
-    };
-
-    // A pipe would block and a device might never end.
-    const QFileInfo info(resolved);
-    if (info.exists() && !info.isFile() && !info.isDir())
-        return unreadable(__LINE__, QStringLiteral("Not a regular file"));
-
     QFile file(resolved);
-    if (!file.open(QIODevice::ReadOnly))
-        return unreadable(__LINE__, file.errorString());
+    const QString obstacle = openRegular(file);
+    if (!obstacle.isEmpty())
+        return fail(__LINE__, obstacle + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
     return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
 }
 

@@ -1,4 +1,5 @@
 #include "inotify.h"
+#include "openatonce.h"
 
 #include <vellix/platform/vxcomponents.h>
 
@@ -8,7 +9,6 @@
 #include <QSet>
 #include <QTimer>
 
-#include <fcntl.h>
 #include <limits.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
@@ -33,8 +33,7 @@ static constexpr int maxLinks = 40;
 
 static QByteArray contentOf(const QByteArray &path)
 {
-    // Never waits, not even for a pipe.
-    const int descriptor = open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int descriptor = openAtOnce(path);
     if (descriptor < 0)
         return errno == ENOENT || errno == ENOTDIR ? QByteArray("absent") : QByteArray("unreadable");
 

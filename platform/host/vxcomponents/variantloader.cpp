@@ -1,8 +1,13 @@
+#include "openatonce.h"
+
 #include <vellix/platform/vxcomponents.h>
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -37,20 +42,40 @@ static QString place(const QByteArray &text, int offset)
     return QStringLiteral("%1:%2").arg(line + 1).arg(column + 1);
 }
 
+// A pipe would block and a device might never end.
+static QString noRegularFile(bool directory)
+{
+    return directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file");
+}
+
+// Opens the file, or says why not. What it was when it was looked at may be something else by now.
+static QString openRegular(QFile &file)
+{
+    const QFileInfo info(file);
+    if (info.exists() && !info.isFile())
+        return noRegularFile(info.isDir());
+    if (!info.isNativePath()) // no name at all, or a file within the program
+        return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+
+    const int descriptor = openAtOnce(QFile::encodeName(file.fileName()));
+    if (descriptor < 0)
+        return qt_error_string(errno);
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return noRegularFile(S_ISDIR(status.st_mode));
+    }
+    return file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle) ? QString() : file.errorString();
+}
+
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
     const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
 
-    // A pipe would block and a device might never end.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return fail(__LINE__,
-                    path + QStringLiteral(": ")
-                            + (info.isDir() ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
-
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(__LINE__, path + QStringLiteral(": ") + file.errorString());
+    const QString obstacle = openRegular(file);
+    if (!obstacle.isEmpty())
+        return fail(__LINE__, path + QStringLiteral(": ") + obstacle);
 
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError)
