@@ -10,7 +10,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 
@@ -92,38 +91,43 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::from
                                                prohibited == absent ? QStringList() : prohibited->toStringList()));
 }
 
-// A pipe would block and a device might never end, also one that comes after the path was looked at. A file's reason is
-// empty.
-static QString openRegular(QFile &file)
+// Opens without waiting, whatever the file has become since it was looked at; else says why not.
+static QString openAtOnce(QFile &file)
 {
-    const QString irregular = QStringLiteral("Not a regular file");
-    const QFileInfo info(file);
-    if (info.exists() && !info.isFile() && !info.isDir())
-        return irregular;
-    if (!info.isNativePath()) // no name at all, or a file within the program
+    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
         return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
-
+    const QByteArray name = QFile::encodeName(file.fileName());
     int descriptor;
     do {
-        descriptor = ::open(QFile::encodeName(file.fileName()), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+        descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     } while (descriptor < 0 && errno == EINTR);
-    if (descriptor < 0)
-        return qt_error_string(errno);
-    struct stat status = {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        close(descriptor);
-        return S_ISDIR(status.st_mode) ? QStringLiteral("file to open is a directory") : irregular;
-    }
-    return file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle) ? QString() : file.errorString();
+    const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
+    return open ? QString() : qt_error_string(errno);
 }
 
 Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
 {
     const QString resolved = resolvedPath(path);
+    const auto unreadable = [&resolved](int line, const QString &reason) {
+        return fail(line, reason + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
+    };
+
+    // A pipe would block and a device might never end.
+    const QFileInfo info(resolved);
+    if (info.exists() && !info.isFile() && !info.isDir())
+        return unreadable(__LINE__, QStringLiteral("Not a regular file"));
+
     QFile file(resolved);
-    const QString obstacle = openRegular(file);
+    const QString obstacle = openAtOnce(file);
     if (!obstacle.isEmpty())
-        return fail(__LINE__, obstacle + QStringLiteral(" (path: ") + resolved + QLatin1Char(')'));
+        return unreadable(__LINE__, obstacle);
+
+    struct stat status;
+    const bool known = fstat(file.handle(), &status) == 0;
+    if (known && S_ISDIR(status.st_mode))
+        return unreadable(__LINE__, QStringLiteral("file to open is a directory"));
+    if (known && !S_ISREG(status.st_mode))
+        return unreadable(__LINE__, QStringLiteral("Not a regular file"));
     return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
 }
 

@@ -89,7 +89,7 @@ static std::string join(const std::string &root, const std::string &rest)
 {
     if (staysBelow(rest))
         return root + rest;
-    std::string name = "this path leads out of its directory";
+    std::string name = "this-path-leads-out-of-its-directory";
     name.resize(NAME_MAX + 1, '.');
     return root + '/' + name + "/none";
 }

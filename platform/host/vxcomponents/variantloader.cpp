@@ -7,7 +7,6 @@
 #include <QJsonDocument>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -43,39 +42,40 @@ static QString place(const QByteArray &text, int offset)
 }
 
 // A pipe would block and a device might never end.
-static QString noRegularFile(bool directory)
+static Left<Error> irregular(const QString &path, bool directory)
 {
-    return directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file");
+    return fail(__LINE__,
+                path + QStringLiteral(": ")
+                        + (directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
 }
 
-// Opens the file, or says why not. What it was when it was looked at may be something else by now.
-static QString openRegular(QFile &file)
+// Opens without waiting, whatever the file has become meanwhile; else says why not.
+static QString openAtOnce(QFile &file)
 {
-    const QFileInfo info(file);
-    if (info.exists() && !info.isFile())
-        return noRegularFile(info.isDir());
-    if (!info.isNativePath()) // no name at all, or a file within the program
+    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
         return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
-
     const int descriptor = openAtOnce(QFile::encodeName(file.fileName()));
-    if (descriptor < 0)
-        return qt_error_string(errno);
-    struct stat status = {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        close(descriptor);
-        return noRegularFile(S_ISDIR(status.st_mode));
-    }
-    return file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle) ? QString() : file.errorString();
+    const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
+    return open ? QString() : qt_error_string(errno);
 }
 
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
     const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
 
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return irregular(path, info.isDir());
+
     QFile file(path);
-    const QString obstacle = openRegular(file);
+    const QString obstacle = openAtOnce(file);
     if (!obstacle.isEmpty())
         return fail(__LINE__, path + QStringLiteral(": ") + obstacle);
+
+    // It may be something else by now.
+    struct stat status;
+    if (fstat(file.handle(), &status) == 0 && !S_ISREG(status.st_mode))
+        return irregular(path, S_ISDIR(status.st_mode));
 
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError)
