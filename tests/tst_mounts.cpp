@@ -293,6 +293,28 @@ private Q_SLOTS:
         QTRY_COMPARE(seenWithin, QByteArray("old"));
     }
 
+    void everyWatchIsToldWhileACallbackRunsAnEventLoop()
+    {
+        QEventLoop dialog;
+        QObject watches;
+        int told = 0;
+        bool bothWithin = false;
+        const auto callback = [&] {
+            if (++told == 2)
+                dialog.quit();
+            if (told > 1)
+                return;
+            QTimer::singleShot(4000, &dialog, &QEventLoop::quit);
+            dialog.exec();
+            bothWithin = told == 2;
+        };
+        __watchFileChange(file(), &watches, callback);
+        __watchFileChange(file(), &watches, callback);
+        bind("stick/b", "a/b");
+        QTRY_COMPARE(told, 2);
+        QVERIFY(bothWithin);
+    }
+
     // Something else of the program is told in the same moment, and runs an event loop before the watch's turn.
     void anotherNotifierThatRunsAnEventLoop()
     {
