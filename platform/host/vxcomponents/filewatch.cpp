@@ -106,7 +106,7 @@ public:
         const bool unfinished = m_unfinished;
         m_finished = m_unfinished = false;
         if (finished) {
-            check();
+            m_later.start(0); // a callback that runs an event loop does not hold up other watches
         } else if (unfinished) {
             arm();
             if (!m_later.isActive())

@@ -1,7 +1,6 @@
 #include "inotify.h"
 
 #include <QAbstractEventDispatcher>
-#include <QPointer>
 #include <QSet>
 
 #include <fcntl.h>
@@ -68,16 +67,9 @@ Inotify::~Inotify()
 void Inotify::followMounts()
 {
     m_alarm.reset(new QSocketNotifier(m_mountAlarm, QSocketNotifier::Exception));
-    connect(m_alarm.get(), &QSocketNotifier::activated, this, &Inotify::askForMounts);
+    connect(m_alarm.get(), &QSocketNotifier::activated, this, &Inotify::noteMounts);
     if (const auto *loop = QAbstractEventDispatcher::instance())
-        connect(loop, &QAbstractEventDispatcher::awake, this, &Inotify::askForMounts);
-}
-
-void Inotify::askForMounts()
-{
-    pollfd mounts = {m_mounts, POLLPRI, 0};
-    if (poll(&mounts, 1, 0) > 0 && mounts.revents & POLLPRI)
-        QMetaObject::invokeMethod(this, &Inotify::noteMounts, Qt::QueuedConnection);
+        connect(loop, &QAbstractEventDispatcher::awake, this, &Inotify::noteMounts);
 }
 
 int Inotify::add(InotifyListener *listener, const QByteArray &path, std::uint32_t mask)
@@ -104,20 +96,17 @@ void Inotify::remove(InotifyListener *listener, int watch)
     inotify_rm_watch(m_descriptor, watch);
 }
 
-// Each may delete others, and the descriptor with the last.
 static void react(const QList<InotifyListener *> &noted)
 {
-    QList<QPointer<InotifyListener>> living;
     for (InotifyListener *listener : noted)
-        living.append(listener);
-    for (const QPointer<InotifyListener> &listener : qAsConst(living)) {
-        if (listener)
-            listener->react();
-    }
+        listener->react();
 }
 
 void Inotify::noteMounts()
 {
+    pollfd mounts = {m_mounts, POLLPRI, 0};
+    if (poll(&mounts, 1, 0) <= 0 || !(mounts.revents & POLLPRI))
+        return;
     const QList<InotifyListener *> all = everybody();
     for (InotifyListener *listener : all)
         listener->note(-1, QByteArray(), IN_Q_OVERFLOW);
@@ -127,15 +116,13 @@ void Inotify::noteMounts()
 void Inotify::readEvents()
 {
     alignas(inotify_event) char buffer[16 * 1024];
-    const QPointer<Inotify> alive(this);
-    while (alive) {
-        const ssize_t size = read(m_descriptor, buffer, sizeof buffer);
-        if (size < 0 && errno == EINTR)
-            continue;
-        if (size <= 0)
-            return;
+    ssize_t size;
+    do {
+        size = read(m_descriptor, buffer, sizeof buffer);
+    } while (size < 0 && errno == EINTR);
+    // What is left wakes the event loop again.
+    if (size > 0)
         react(noteEvents(buffer, buffer + size));
-    }
 }
 
 QList<InotifyListener *> Inotify::noteEvents(const char *begin, const char *end)

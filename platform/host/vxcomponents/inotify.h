@@ -21,7 +21,8 @@ public:
 
     /// Notes the event; no reaction may follow yet.
     virtual void note(int watch, const QByteArray &name, std::uint32_t mask) = 0;
-    /// Reacts to what was noted since the last call. May delete anything.
+    /// Reacts to what was noted since the last call. What may delete listeners or run an event loop waits for the
+    /// event loop's next turn.
     virtual void react() = 0;
 };
 
@@ -42,7 +43,6 @@ private:
     ~Inotify() override;
 
     void followMounts();
-    void askForMounts();
     void noteMounts();
     void readEvents();
     QList<InotifyListener *> noteEvents(const char *begin, const char *end);
@@ -52,7 +52,7 @@ private:
     static int s_users;
 
     int m_mountAlarm; // polled by the event loop: it wakes up
-    int m_mounts;     // polled by askForMounts() alone
+    int m_mounts;     // polled by noteMounts() alone
     std::unique_ptr<QSocketNotifier> m_alarm;
     int m_descriptor;
     QSocketNotifier m_notifier;
