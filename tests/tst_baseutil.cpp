@@ -62,6 +62,29 @@ private Q_SLOTS:
                                  << ""
                                  << ""
                                  << "";
+        QTest::newRow("a relative data home counts as unset") << "xdg"
+                                                              << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("a data home relative to the parent, too") << "../xdg"
+                                                                 << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("system data: a relative entry counts for nothing")
+                << ""
+                << "none:./none:@/none" << system << "@/none/vellix/a";
+        QTest::newRow("up and down again below the root") << "@/xdg"
+                                                          << ""
+                                                          << "${USERDATA}/a/../b"
+                                                          << "@/xdg/vellix/a/../b";
+        QTest::newRow("up to the root itself") << "@/xdg"
+                                               << ""
+                                               << "${USERDATA}/a/./b//../.."
+                                               << "@/xdg/vellix/a/./b//../..";
+        QTest::newRow("points are names, too") << "@/xdg"
+                                               << ""
+                                               << "${USERDATA}/.../..a/a.."
+                                               << "@/xdg/vellix/.../..a/a..";
+        QTest::newRow("a path without a prefix leads anywhere") << "@/xdg"
+                                                                << ""
+                                                                << "/a/../../b"
+                                                                << "/a/../../b";
         QTest::newRow("beyond ASCII") << "@/ü"
                                       << "" << QString::fromUtf8("${USERDATA}/ä") << QString::fromUtf8("@/ü/vellix/ä");
     }
@@ -81,15 +104,72 @@ private Q_SLOTS:
                  place(expected));
     }
 
+    // It is below the root, and nothing can ever be there, nor beside it.
+    void pathThatLeadsOutOfItsRoot_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("the parent") << "${USERDATA}/..";
+        QTest::newRow("a file beside") << "${USERDATA}/../file";
+        QTest::newRow("down and further up") << "${USERDATA}/a/b/../../../file";
+        QTest::newRow("a slash more is no directory") << "${USERDATA}//../file";
+        QTest::newRow("a point is no directory") << "${USERDATA}/./../file";
+        QTest::newRow("out and in again") << "${USERDATA}/../vellix/file";
+        QTest::newRow("a directory whose name begins like the root") << "${USERDATA}-beside/file";
+        QTest::newRow("the system's") << "${SYSTEMDATA}/a/../../file";
+    }
+
+    void pathThatLeadsOutOfItsRoot()
+    {
+        QFETCH(QString, path);
+        const QString root = m_directory->filePath(QStringLiteral("root/vellix"));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory->filePath(QStringLiteral("root"))));
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(m_directory->filePath(QStringLiteral("root"))));
+        testing::writeFile(root + QStringLiteral("/file"), "inside");
+        testing::writeFile(root + QStringLiteral("/a/b/file"), "inside");
+        testing::writeFile(root + QStringLiteral("-beside/file"), "beside");
+        testing::writeFile(m_directory->filePath(QStringLiteral("root/file")), "outside");
+        const QStringList before = testing::filesBelow(m_directory->path());
+
+        const PathResolver resolver = PathResolver::newDefault();
+        const QString resolved = QString::fromStdString(resolver.resolvePreffix(path.toStdString()));
+        QVERIFY2(QDir::cleanPath(resolved).startsWith(root + QLatin1Char('/')), qPrintable(resolved));
+        QVERIFY(!QFileInfo::exists(QFileInfo(resolved).path()));
+        QVERIFY(!QDir().mkpath(QFileInfo(resolved).path()));
+        QVERIFY(!resolver.exists(path.toStdString()));
+        QVERIFY(!resolver.remove(path.toStdString()));
+        QCOMPARE(testing::filesBelow(m_directory->path()), before);
+    }
+
+    void linkThatLeadsOutOfItsRootIsFollowed()
+    {
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory->path()));
+        testing::writeFile(m_directory->filePath(QStringLiteral("elsewhere/file")), "x");
+        QVERIFY(QDir(m_directory->path()).mkpath(QStringLiteral("vellix")));
+        QVERIFY(QFile::link(m_directory->filePath(QStringLiteral("elsewhere")),
+                            m_directory->filePath(QStringLiteral("vellix/link"))));
+        QVERIFY(PathResolver::newDefault().exists("${USERDATA}/link/file"));
+    }
+
     void systemDataWithoutAnyVariable()
     {
         const std::string path = PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}");
         QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
     }
 
+    void withoutAVariableTheHomeIsTheUsers_data()
+    {
+        QTest::addColumn<QByteArray>("home");
+        QTest::newRow("unset") << QByteArray();
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("relative") << QByteArray("home");
+    }
+
     void withoutAVariableTheHomeIsTheUsers()
     {
-        qunsetenv("HOME");
+        QFETCH(QByteArray, home);
+        qputenv("HOME", home);
+        if (home.isNull())
+            qunsetenv("HOME");
         const passwd *user = getpwuid(getuid());
         QVERIFY(user);
         QCOMPARE(PathResolver::newDefault().resolvePreffix("${USERDATA}"),
