@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 // Slots that change, or destroy, what has just told them, or what told it. Most is for the address sanitizer to see.
 
@@ -77,6 +78,7 @@ struct Gestures
     QPointer<Action> first, second, third;
     QPointer<Gesture> one, two;
     QList<Gesture *> made;
+    bool acted = false;
 };
 
 using GestureAct = void (*)(Gestures &, Audience<Gesture, Action *> &);
@@ -147,13 +149,15 @@ struct Provided
                                    + R"(": "menu"}})");
     }
 
-    // Until the provider has replaced its service and the event loop has deleted it.
+    // Until the provider has replaced its service, unless there is none any more, and the event loop has deleted it.
     bool waitForReplacement() const
     {
         const QPointer<GestureService> replaced = provider->service();
         const QPointer<GestureServiceProvider> guard = provider;
         writeFile();
-        return replaced && QTest::qWaitFor([&] { return !guard || (!replaced && guard->service()); }, 30000);
+        return replaced
+                && QTest::qWaitFor(
+                        [&] { return !guard || (!replaced && (guard->service() || guard->appId().isEmpty())); }, 30000);
     }
 
     const DataTree &tree;
@@ -241,6 +245,8 @@ private Q_SLOTS:
                 [](Gestures &world, Listeners &) { world.one->setCurrentAction(world.third); });
             row("no action is set", [](Gestures &world, Listeners &) { world.one->setCurrentAction(nullptr); });
             row("a third action is set and deleted", [](Gestures &world, Listeners &) {
+                if (std::exchange(world.acted, true))
+                    return;
                 world.one->setCurrentAction(world.third);
                 delete world.third;
             });
