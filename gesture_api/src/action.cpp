@@ -29,7 +29,12 @@ Action::Action(const QString &path, const QStringList &titles, const QList<Featu
 
 Action::~Action()
 {
-    // Whoever hears of it may destroy other gestures, which then leave the list.
+    m_dying = true;
+    if (m_users.isEmpty())
+        return;
+    // Whoever hears of it may destroy the owner, which must not destroy this action again, and other gestures, which
+    // then leave the list. Nobody enters it any more.
+    setParent(nullptr);
     while (!m_users.isEmpty())
         m_users.takeLast()->forget(this);
 }

@@ -1,6 +1,7 @@
 #include <gesture_api/gesture.h>
 
 #include "actionreader.h"
+#include "announcement.h"
 #include "dump.h"
 #include "qmllistproperty.h"
 #include "varianttype.h"
@@ -82,6 +83,10 @@ void Gesture::join(Action *action)
 {
     if (!action)
         return;
+    if (action->m_dying) {
+        forget(action); // nobody listens to this gesture yet
+        return;
+    }
     // While a gesture is made, it is the latest of the users: no need to search them all.
     QList<Gesture *> &users = action->m_users;
     if (users.isEmpty() || users.last() != this)
@@ -118,12 +123,14 @@ void Gesture::forget(Action *action)
         m_defaultAction = nullptr;
     if (m_currentAction == action) {
         m_currentAction = nullptr;
-        Q_EMIT currentActionChanged(nullptr);
+        announce(this, &Gesture::currentActionChanged, nullptr);
     }
 }
 
 void Gesture::setCurrentAction(Action *action)
 {
+    if (action && action->m_dying)
+        action = nullptr;
     if (action == m_currentAction)
         return;
     Action *previous = m_currentAction;
@@ -132,7 +139,7 @@ void Gesture::setCurrentAction(Action *action)
         action->m_users.append(this);
     if (!uses(previous))
         leave(previous);
-    Q_EMIT currentActionChanged(action);
+    announce(this, &Gesture::currentActionChanged, action);
 }
 
 ActionProxyNode *Gesture::actionTree() const

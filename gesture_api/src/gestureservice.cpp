@@ -92,14 +92,24 @@ GestureService *GestureService::clone(QObject *parent) const
     return copy;
 }
 
+static QVector<QPointer<Gesture>> guarded(const QList<Gesture *> &gestures)
+{
+    return {gestures.cbegin(), gestures.cend()};
+}
+
 bool GestureService::fastMerge(const GestureService *other)
 {
     if (!other)
         return false;
-    const QList<Gesture *> &mine = gestureList();
-    const QList<Gesture *> &theirs = other->gestureList();
+    // Who hears of one gesture may destroy others, or the services with them.
+    const QPointer<GestureService> self(this);
+    const QPointer<const GestureService> source(other);
+    const QVector<QPointer<Gesture>> mine = guarded(gestureList());
+    const QVector<QPointer<Gesture>> theirs = guarded(other->gestureList());
     for (int i = 0; i < std::min(mine.size(), theirs.size()); ++i) {
         if (mine.at(i) && theirs.at(i) && !mine.at(i)->merge(theirs.at(i)))
+            return false;
+        if (!self || !source)
             return false;
     }
     Q_EMIT gesturesChanged(gestures());

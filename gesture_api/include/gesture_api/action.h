@@ -114,6 +114,7 @@ private:
     const QList<Feature *> m_features;
     mutable bool m_evaluated = false;
     mutable bool m_supported = false;
+    bool m_dying = false;
     QList<Gesture *> m_users; // the living gestures that hold this action, in the order they were made
 };
 

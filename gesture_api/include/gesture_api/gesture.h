@@ -112,7 +112,8 @@ public:
     /// What the touch triggers; null for nothing, and once it is dead.
     Action *currentAction() const { return m_currentAction; }
     /// Chooses what the touch triggers, null for nothing; whether the action is among the available ones is not
-    /// asked. The new action keeps its owner. Nothing is written before the service's save().
+    /// asked. The new action keeps its owner; one that is being destroyed counts as null. Nothing is written before the
+    /// service's save().
     void setCurrentAction(Action *action);
     /// The available actions as a menu, made at the first call; null when there are none.
     ActionProxyNode *actionTree() const;
