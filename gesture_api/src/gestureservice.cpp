@@ -46,8 +46,7 @@ GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProv
                                const GestureList &gestures, bool pruned, QObject *parent)
     : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
       m_readonly(readonly), m_pruned(pruned), m_state(Loaded),
-      m_gestures(gestures.map<Gesture *>(
-              [this](Gesture *const &gesture) -> Gesture * { return gesture ? gesture->clone(this) : nullptr; }))
+      m_gestures([clones = Gesture::cloneList(gestures.get(), this)] { return clones; })
 {
 }
 
@@ -55,6 +54,7 @@ GestureService::~GestureService()
 {
     // The model reads the list, which goes before the children do.
     delete m_gesturesModel;
+    Gesture::leaveTogether(findChildren<Gesture *>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 ReadonlyLazyListModel *GestureService::gestures() const

@@ -213,6 +213,7 @@ Q_SIGNALS:
 
 private:
     friend class Action;
+    friend class GestureService;
 
     struct EntryContext;
     enum Taking { Later }; // takeActions() is still to be called
@@ -221,12 +222,15 @@ private:
             const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
             const QList<Feature *> &features, QObject *parent, Taking);
 
+    static QList<Gesture *> cloneList(const QList<Gesture *> &gestures, QObject *parent);
     static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context);
     static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context);
 
     void join(Action *action);
     void takeActions();
     void leave(Action *action);
+    static void leaveTogether(const QList<Gesture *> &gestures);
+    QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
     bool uses(const Action *action) const;
     void forget(Action *action);
 
@@ -238,9 +242,11 @@ private:
     QList<Action *> m_availableActions;
     Action *m_defaultAction;
     mutable QPointer<ActionProxyNode> m_actionTree;
-    mutable bool m_actionTreeMade = false;
+    const quint64 m_serial; // gestures made later have greater ones
     Action *m_currentAction;
     mutable QString m_section;
+    mutable bool m_actionTreeMade = false;
+    bool m_leaving = false;
     mutable bool m_sectionMade = false;
     const QList<Feature *> m_features;
     mutable bool m_supported = false;
