@@ -94,15 +94,19 @@ void Gesture::join(Action *action)
         return;
     }
     QList<Gesture *> &users = action->m_users;
+    if (users.isEmpty() || users.last()->m_serial < m_serial) { // as always while a gesture is made
+        users.append(this);
+        return;
+    }
     const auto place = placeAmong(users);
-    if (place == users.end() || *place != this)
+    if (*place != this)
         users.insert(place, this);
 }
 
 // Where the gesture is among these, or belongs: they stand in the order in which they were made.
 QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
 {
-    // A gesture that is made comes last, and mostly those go that are first or last.
+    // Mostly those go that are first or last.
     if (users.isEmpty() || users.last()->m_serial < m_serial)
         return users.end();
     if (users.first()->m_serial >= m_serial)
