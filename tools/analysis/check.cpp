@@ -177,6 +177,7 @@ static void tellAll(const Subject &subject, bool isDeviceChosen, Findings *findi
     tellUnusedActions(subject, findings);
     tellUnusedGroups(subject, findings);
     tellShortTitles(subject, findings);
+    tellDeepPaths(subject, findings);
     tellUnsaveableActions(subject, findings);
     tellShadowed(subject, findings);
     tellDuplicateIds(subject, findings);
