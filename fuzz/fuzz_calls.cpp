@@ -176,6 +176,7 @@ private:
     void callGesture();
     void callTree();
     void makeService();
+    void listenTo(GestureService *service);
     void callService();
     void callProvider();
     void callModel();
@@ -390,8 +391,15 @@ void World::makeService()
         service = GestureServiceProvider::newGestureService(anyFeatures(), QLatin1String(name), readonly)
                           .getOrWarn(nullptr);
     }
-    if (!kept(m_services, service))
+    if (kept(m_services, service))
+        listenTo(service);
+}
+
+void World::listenTo(GestureService *service)
+{
+    if (service->property("listenedTo").toBool())
         return;
+    service->setProperty("listenedTo", true);
     reactTo(service, &GestureService::gesturesChanged);
     for (Gesture *gesture : service->gestureList()) {
         if (gesture)
@@ -406,7 +414,7 @@ void World::callService()
         return;
     switch (number(9)) {
     case 0: delete taken(m_services); break;
-    case 1: any(m_services) ? any(m_services)->deleteLater() : void(); break;
+    case 1: listenTo(service); break;
     case 2:
     case 3: service->fastMerge(anyService()); break;
     case 4: service->fastMergeWithQObject(coin() ? static_cast<QObject *>(anyService()) : &m_owner); break;

@@ -50,9 +50,9 @@ Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const Q
     takeActions();
 }
 
-static quint64 nextSerial()
+static quintptr nextSerial()
 {
-    static std::atomic<quint64> made(0);
+    static std::atomic<quintptr> made(0);
     return ++made;
 }
 
@@ -112,7 +112,7 @@ QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
     if (users.first()->m_serial >= m_serial)
         return users.begin();
     return std::lower_bound(users.begin(), users.end(), m_serial,
-                            [](const Gesture *user, quint64 serial) { return user->m_serial < serial; });
+                            [](const Gesture *user, quintptr serial) { return user->m_serial < serial; });
 }
 
 void Gesture::takeActions()

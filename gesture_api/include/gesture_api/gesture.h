@@ -242,7 +242,7 @@ private:
     QList<Action *> m_availableActions;
     Action *m_defaultAction;
     mutable QPointer<ActionProxyNode> m_actionTree;
-    const quint64 m_serial; // gestures made later have greater ones
+    const quintptr m_serial; // gestures made later have greater ones
     Action *m_currentAction;
     mutable QString m_section;
     mutable bool m_actionTreeMade = false;
