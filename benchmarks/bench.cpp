@@ -14,8 +14,8 @@
 #include <algorithm>
 
 static const std::vector<std::pair<QString, std::vector<Row> (*)()>> groups{
-        {"load", benchLoad}, {"refusal", benchRefusal}, {"lookup", benchLookup},
-        {"save", benchSave}, {"watch", benchWatch},     {"start", benchStart},
+        {"load", benchLoad},   {"refusal", benchRefusal}, {"lookup", benchLookup}, {"save", benchSave},
+        {"clone", benchClone}, {"watch", benchWatch},     {"start", benchStart},
 };
 
 static int printSeries()

@@ -8,6 +8,7 @@ std::vector<Row> benchLoad();
 std::vector<Row> benchRefusal();
 std::vector<Row> benchLookup();
 std::vector<Row> benchSave();
+std::vector<Row> benchClone();
 std::vector<Row> benchWatch();
 std::vector<Row> benchStart();
 

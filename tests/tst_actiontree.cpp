@@ -2,6 +2,9 @@
 
 #include <gesture_api/action.h>
 
+#include <QPointer>
+#include <QThread>
+
 #include <memory>
 
 using namespace vellix::gesture;
@@ -389,6 +392,69 @@ private Q_SLOTS:
                                 "     null\n "
                                 "       node: \"b\" : \"\" : \"null\" 0 \n "
                                 "     null\n "));
+    }
+
+    // More levels than the stack has room for.
+    void deepPathIsWalkedAndFreed()
+    {
+        constexpr int segments = 200000;
+        const Action action(QStringLiteral("a/").repeated(segments - 1) + QLatin1Char('a'), {}, {});
+        const QPointer<ActionProxyNode> root = ActionProxyNode::constructTree({const_cast<Action *>(&action)});
+        QPointer<ActionProxyNode> node = root;
+        while (!node->childNodeList().isEmpty())
+            node = node->childNodeList().first();
+        QCOMPARE(node->level(), segments - 1);
+        QCOMPARE(node->path().size(), segments + 1);
+        QCOMPARE(node->path().first(), QStringLiteral("."));
+        QVERIFY(root->isAnsestorOf(const_cast<Action *>(&action)));
+        QVERIFY(!node->isAnsestorOf(const_cast<Action *>(&action)));
+        delete root;
+        QVERIFY(!node);
+    }
+
+    void deepDump()
+    {
+        constexpr int levels = 3000;
+        int lines = 0;
+        const std::unique_ptr<QThread> thread(QThread::create([&lines] {
+            const std::unique_ptr<ActionProxyNode> root(newNode("."));
+            ActionProxyNode *node = root.get();
+            for (int i = 1; i < levels; ++i)
+                node = node->findChildNodeOrInsert(i, QStringLiteral("a"), QString(), nullptr);
+            lines = debugText([&root](QDebug &debug) { root->dump(debug, 0); }).count(QLatin1Char('\n'));
+        }));
+        thread->setStackSize(256 * 1024);
+        thread->start();
+        thread->wait();
+        QCOMPARE(lines, levels);
+    }
+
+    void subtreeIsFreedWithWhateverHangsOnIt()
+    {
+        QObject owner;
+        ActionProxyNode *inner = newNode("inner");
+        auto *root =
+                new ActionProxyNode(0, QStringLiteral("."), QString(), {inner, nullptr, newNode("second")}, &owner);
+        const QPointer<QObject> foreign = new QObject(inner);
+        const QPointer<ActionProxyNode> below = newNode("below", foreign);
+        const QPointer<ActionProxyNode> unlisted = newNode("unlisted", root);
+        auto *sibling = new ActionProxyNode(0, QStringLiteral("sibling"), QString(), {newNode("last")}, root);
+        connect(inner, &QObject::destroyed, [sibling] { delete sibling; });
+        const QPointer<ActionProxyNode> guarded = sibling;
+        delete root;
+        QVERIFY(!foreign && !below && !unlisted && !guarded);
+        QCOMPARE(owner.children(), QObjectList());
+    }
+
+    // A menu of very many entries, too.
+    void wideTreeIsFreed()
+    {
+        QObject owner;
+        QList<Action *> actions;
+        for (int i = 0; i < 200000; ++i)
+            actions.append(new Action(QString::number(i) + QStringLiteral("/a"), {}, {}, &owner));
+        const std::unique_ptr<ActionProxyNode> root(ActionProxyNode::constructTree(actions));
+        QCOMPARE(root->childNodeList().size(), actions.size());
     }
 
     void aDeadActionReadsNull()

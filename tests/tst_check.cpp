@@ -460,6 +460,17 @@ private Q_SLOTS:
             " \"availableActions\": [\"a/b/c\", \"a/b\", \"a/d\"], \"defaultAction\": \"a/b\"}]}",
             "1:42 short-titles: the path 'a/b/c' has 3 segments, and there are 2 titles\n"
             "2:26 short-titles: the path 'a/b' has 2 segments, and there is one title");
+        const auto ofSegments = [](int count) {
+            return "{\"titles\": [" + QByteArray("\"A\",").repeated(count - 1) + "\"A\"],\n\"path\": \""
+                    + QByteArray("a/").repeated(count - 1) + "a\"}";
+        };
+        row("a path of very many segments",
+            "{\"actions\": [" + ofSegments(64) + ",\n" + ofSegments(65) + "],\n\"actionGroups\": {\"g\": [\""
+                    + QByteArray("a/").repeated(63) + "a\", \"" + QByteArray("a/").repeated(64)
+                    + "a\"]}, \"gestures\": [{\"kind\": \"tap\", \"zone\": \"whole\","
+                      " \"availableActions\": \"g\", \"defaultAction\": \""
+                    + QByteArray("a/").repeated(63) + "a\"}]}",
+            "4:9 deep-path: the path has 65 segments");
 
         const QByteArray inlined = "{\"path\": \"i\", \"title\": \"I\"}";
         const QByteArray unsaveable = " unsaveable-action: once 'i' is saved, the next load is refused: "

@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 
+#include <algorithm>
 #include <memory>
 
 using namespace vellix::gesture;
@@ -171,6 +172,89 @@ private Q_SLOTS:
         delete gesture->actionTree();
         QCOMPARE(gesture->actionTree(), nullptr);
         delete gesture;
+    }
+
+    void passesToTheUserMadeLastHoweverItCameToBeOne()
+    {
+        const QPointer<Action> action = newAction("a");
+        const std::unique_ptr<Gesture> first(newGesture({}));
+        const std::unique_ptr<Gesture> second(newGesture({}));
+        const std::unique_ptr<Gesture> third(newGesture({}));
+        auto *owner = newGesture({action});
+        third->setCurrentAction(action);
+        first->setCurrentAction(action);
+        second->setCurrentAction(action);
+        delete owner;
+        QCOMPARE(action->parent(), third.get());
+    }
+
+    void cloneOfAServiceOwnsTheActions()
+    {
+        Action *shared = newAction("shared");
+        Action *alone = newAction("alone");
+        const QList<Gesture *> made{newGesture({shared, alone}), nullptr, newGesture({shared})};
+        const std::unique_ptr<GestureService> source(new GestureService(ApplicationPaths({}, {}, {}), nullptr, true,
+                                                                        GestureList([made] { return made; }), false));
+        qDeleteAll(made);
+        QCOMPARE(shared->parent(), source->gestureList().last());
+        std::unique_ptr<GestureService> clone(source->clone());
+        QCOMPARE(alone->parent(), clone->gestureList().first());
+        QCOMPARE(shared->parent(), clone->gestureList().last());
+        clone.reset();
+        QCOMPARE(alone->parent(), source->gestureList().first());
+        QCOMPARE(shared->parent(), source->gestureList().last());
+    }
+
+    void sizes_data()
+    {
+        QTest::addColumn<int>("gestures");
+        QTest::addColumn<int>("actions"); // of each gesture
+        QTest::addColumn<QString>("order");
+        for (const char *order : {"the source first", "the clone first", "the clone of the clone first"})
+            QTest::addRow("120000 gestures of 10 actions, %s", order) << 120000 << 10 << QString::fromLatin1(order);
+        for (const char *order : {"from the front", "from the back", "in any order"})
+            QTest::addRow("300 gestures of 3000 actions, %s", order) << 300 << 3000 << QString::fromLatin1(order);
+    }
+
+    // Seconds, if the time grows with gestures times actions; what grows faster does not end within the test's time.
+    void sizes()
+    {
+        QFETCH(int, gestures);
+        QFETCH(int, actions);
+        QFETCH(QString, order);
+        QRandomGenerator random(1);
+        QList<Action *> all;
+        for (int i = 0; i < actions; ++i)
+            all.append(newAction("a"));
+        QList<Gesture *> made;
+        for (int i = 0; i < gestures; ++i) {
+            made.append(newGesture(all, all.first()));
+            std::rotate(all.begin(), all.begin() + random.bounded(actions), all.end());
+        }
+        const QPointer<Action> action = all.first();
+        QList<GestureService *> services{new GestureService(ApplicationPaths({}, {}, {}), nullptr, true,
+                                                            GestureList([made] { return made; }), false)};
+        qDeleteAll(made);
+        for (int i = 0; i < 2; ++i)
+            services.append(services.last()->clone());
+        QCOMPARE(action->parent(), services.last()->gestureList().last());
+
+        if (order == QLatin1String("the clone first"))
+            services.swapItemsAt(0, 1);
+        else if (order == QLatin1String("the clone of the clone first"))
+            std::reverse(services.begin(), services.end());
+        for (GestureService *service : qAsConst(services)) {
+            QVERIFY(action);
+            QList<Gesture *> list = service->gestureList();
+            if (order == QLatin1String("from the back"))
+                std::reverse(list.begin(), list.end());
+            else if (order == QLatin1String("in any order"))
+                std::shuffle(list.begin(), list.end(), random);
+            if (gestures < actions)
+                qDeleteAll(list);
+            delete service;
+        }
+        QVERIFY(!action);
     }
 
     // A settings screen may clone, edit, merge back and destroy in any order.

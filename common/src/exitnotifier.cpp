@@ -9,6 +9,14 @@ namespace vellix {
 // Plain variables: objects would be destroyed before the exit handler that reads them.
 static ExitNotifier *processNotifier = nullptr;
 static bool exitHandlerHasRun = false;
+static bool telling = false;
+
+static void tell(ExitNotifier *notifier)
+{
+    telling = true;
+    Q_EMIT notifier->prepareExit();
+    telling = false;
+}
 
 ExitNotifier::ExitNotifier(QObject *parent) : QObject(parent)
 {
@@ -21,9 +29,10 @@ ExitNotifier::~ExitNotifier()
 {
     if (this != processNotifier)
         return;
-    if (!exitHandlerHasRun)
-        Q_EMIT prepareExit();
-    processNotifier = nullptr;
+    processNotifier = nullptr; // who asks for it from now on needs another one
+    // A listener that destroys it must not be told again to do so.
+    if (!exitHandlerHasRun && !telling)
+        tell(this);
 }
 
 ExitNotifier *ExitNotifier::instance()
@@ -37,14 +46,16 @@ ExitNotifier *ExitNotifier::instance()
 
 void ExitNotifier::notify()
 {
-    Q_EMIT instance()->prepareExit();
+    if (!telling)
+        tell(instance());
 }
 
 void ExitNotifier::runExitHandler()
 {
     exitHandlerHasRun = true;
+    // Even where a listener ends the process: those behind it are still to be told.
     if (processNotifier)
-        Q_EMIT processNotifier->prepareExit();
+        tell(processNotifier);
 }
 
 }

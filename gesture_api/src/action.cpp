@@ -29,7 +29,12 @@ Action::Action(const QString &path, const QStringList &titles, const QList<Featu
 
 Action::~Action()
 {
-    // Whoever hears of it may destroy other gestures, which then leave the list.
+    m_dying = true;
+    if (m_users.isEmpty())
+        return;
+    // Whoever hears of it may destroy the owner, which must not destroy this action again, and other gestures, which
+    // then leave the list. Nobody enters it any more.
+    setParent(nullptr);
     while (!m_users.isEmpty())
         m_users.takeLast()->forget(this);
 }
@@ -277,6 +282,26 @@ ActionProxyNode::ActionProxyNode(int level, const QString &pathSegment, const QS
     }
 }
 
+// One by one, each without children: a chain of destructors as long as a path would overflow the stack.
+ActionProxyNode::~ActionProxyNode()
+{
+    const auto firstNode = [this] {
+        for (QObject *child : children()) {
+            if (auto *node = qobject_cast<ActionProxyNode *>(child))
+                return node;
+        }
+        return static_cast<ActionProxyNode *>(nullptr);
+    };
+    while (ActionProxyNode *node = firstNode()) {
+        const QObjectList below = node->children();
+        for (QObject *child : below) {
+            if (qobject_cast<ActionProxyNode *>(child))
+                child->setParent(this);
+        }
+        delete node;
+    }
+}
+
 static QVector<QString> segmentsOf(const Action *action)
 {
     return action->path().split(QLatin1Char('/'), Qt::KeepEmptyParts, Qt::CaseSensitive).toVector();
@@ -358,8 +383,11 @@ ActionProxyNode *ActionProxyNode::findChildNode(const QString &pathSegment) cons
 
 QStringList ActionProxyNode::path() const
 {
-    const auto *above = qobject_cast<const ActionProxyNode *>(parent());
-    return (above ? above->path() : QStringList()) << m_pathSegment;
+    QStringList segments;
+    for (const auto *node = this; node; node = qobject_cast<const ActionProxyNode *>(node->parent()))
+        segments.append(node->m_pathSegment);
+    std::reverse(segments.begin(), segments.end());
+    return segments;
 }
 
 bool ActionProxyNode::isAnsestorOf(const QStringList &ancestorPath, const QVector<QString> &path)
@@ -378,13 +406,18 @@ bool ActionProxyNode::isAnsestorOf(Action *other) const
 
 void ActionProxyNode::dump(QDebug &dbg, int indent) const
 {
-    dbg << indentText(indent).constData() << "node:" << m_pathSegment << ":" << m_title << ":"
-        << (m_action ? m_action->path() : QStringLiteral("null")) << m_level << "\n";
-    for (const ActionProxyNode *child : m_childNodes) {
-        if (child)
-            child->dump(dbg, indent + 2);
-        else
-            dbg << indentText(indent + 1).constData() << "null\n";
+    QVector<QPair<const ActionProxyNode *, int>> rest{{this, indent}}; // the next one last
+    while (!rest.isEmpty()) {
+        const auto [node, steps] = rest.takeLast();
+        if (!node) {
+            dbg << indentText(steps).constData() << "null\n";
+            continue;
+        }
+        dbg << indentText(steps).constData() << "node:" << node->m_pathSegment << ":" << node->m_title << ":"
+            << (node->m_action ? node->m_action->path() : QStringLiteral("null")) << node->m_level << "\n";
+        const QList<ActionProxyNode *> &children = node->m_childNodes;
+        for (auto child = children.crbegin(); child != children.crend(); ++child)
+            rest.append({*child, *child ? steps + 2 : steps + 1});
     }
 }
 

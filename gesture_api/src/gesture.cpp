@@ -1,6 +1,7 @@
 #include <gesture_api/gesture.h>
 
 #include "actionreader.h"
+#include "announcement.h"
 #include "dump.h"
 #include "qmllistproperty.h"
 #include "varianttype.h"
@@ -11,9 +12,12 @@
 #include <QIODevice>
 #include <QMetaEnum>
 #include <QScopeGuard>
+#include <QSet>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <utility>
 
 static const int gestureSectionType = qRegisterMetaType<GestureSection>();
 
@@ -46,11 +50,17 @@ Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const Q
     takeActions();
 }
 
+static quintptr nextSerial()
+{
+    static std::atomic<quintptr> made(0);
+    return ++made;
+}
+
 Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
                  const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
                  const QList<Feature *> &features, QObject *parent, Taking)
     : QObject(parent), m_id(id), m_modes(modes), m_kind(kind), m_zone(zone), m_direction(direction),
-      m_availableActions(availableActions), m_defaultAction(defaultAction),
+      m_availableActions(availableActions), m_defaultAction(defaultAction), m_serial(nextSerial()),
       m_currentAction(currentAction ? currentAction : defaultAction), m_features(features)
 {
     for (Action *action : availableActions)
@@ -61,18 +71,15 @@ Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const Q
 
 Gesture::~Gesture()
 {
+    for (Action *action : qAsConst(m_availableActions))
+        leave(action);
+    leave(m_defaultAction);
+    leave(m_currentAction);
     // An action that another gesture still uses lives on with the gesture made last.
     const QList<Action *> owned = findChildren<Action *>(QString(), Qt::FindDirectChildrenOnly);
     for (Action *action : owned) {
-        action->m_users.removeOne(this);
         if (!action->m_users.isEmpty())
             action->setParent(action->m_users.last());
-    }
-    for (Action *action : qAsConst(m_availableActions))
-        leave(action);
-    for (Action *action : {m_defaultAction, m_currentAction}) {
-        if (!m_availableActions.contains(action))
-            leave(action);
     }
     if (m_actionTree)
         m_actionTree->deleteLater();
@@ -82,10 +89,30 @@ void Gesture::join(Action *action)
 {
     if (!action)
         return;
-    // While a gesture is made, it is the latest of the users: no need to search them all.
+    if (action->m_dying) {
+        forget(action); // nobody listens to this gesture yet
+        return;
+    }
     QList<Gesture *> &users = action->m_users;
-    if (users.isEmpty() || users.last() != this)
+    if (users.isEmpty() || users.last()->m_serial < m_serial) { // as always while a gesture is made
         users.append(this);
+        return;
+    }
+    const auto place = placeAmong(users);
+    if (*place != this)
+        users.insert(place, this);
+}
+
+// Where the gesture is among these, or belongs: they stand in the order in which they were made.
+QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
+{
+    // Mostly those go that are first or last.
+    if (users.isEmpty() || users.last()->m_serial < m_serial)
+        return users.end();
+    if (users.first()->m_serial >= m_serial)
+        return users.begin();
+    return std::lower_bound(users.begin(), users.end(), m_serial,
+                            [](const Gesture *user, quintptr serial) { return user->m_serial < serial; });
 }
 
 void Gesture::takeActions()
@@ -101,8 +128,32 @@ void Gesture::takeActions()
 
 void Gesture::leave(Action *action)
 {
-    if (action)
-        action->m_users.removeOne(this);
+    if (!action)
+        return;
+    QList<Gesture *> &users = action->m_users;
+    const auto place = placeAmong(users);
+    if (place != users.end() && *place == this)
+        users.erase(place);
+}
+
+// Of gestures that are about to be destroyed: each action is looked through once, and not once for each of them.
+void Gesture::leaveTogether(const QList<Gesture *> &gestures)
+{
+    QSet<Action *> actions;
+    for (Gesture *gesture : gestures) {
+        gesture->m_leaving = true;
+        for (Action *action : qAsConst(gesture->m_availableActions))
+            actions.insert(action);
+        gesture->m_availableActions.clear();
+        actions.insert(std::exchange(gesture->m_defaultAction, nullptr));
+        actions.insert(std::exchange(gesture->m_currentAction, nullptr));
+    }
+    actions.remove(nullptr);
+    for (Action *action : qAsConst(actions)) {
+        QList<Gesture *> &users = action->m_users;
+        users.erase(std::remove_if(users.begin(), users.end(), [](const Gesture *user) { return user->m_leaving; }),
+                    users.end());
+    }
 }
 
 bool Gesture::uses(const Action *action) const
@@ -119,22 +170,23 @@ void Gesture::forget(Action *action)
     if (m_currentAction == action) {
         m_currentAction = nullptr;
         m_chosen = false;
-        Q_EMIT currentActionChanged(nullptr);
+        announce(this, &Gesture::currentActionChanged, nullptr);
     }
 }
 
 void Gesture::setCurrentAction(Action *action)
 {
+    if (action && action->m_dying)
+        action = nullptr;
     if (action == m_currentAction)
         return;
     Action *previous = m_currentAction;
     m_currentAction = action;
     m_chosen = true;
-    if (action && !action->m_users.contains(this))
-        action->m_users.append(this);
+    join(action);
     if (!uses(previous))
         leave(previous);
-    Q_EMIT currentActionChanged(action);
+    announce(this, &Gesture::currentActionChanged, action);
 }
 
 ActionProxyNode *Gesture::actionTree() const
@@ -206,6 +258,24 @@ Gesture *Gesture::clone(QObject *parent) const
 {
     return new Gesture(m_id, m_modes, m_kind, m_zone, m_direction, m_availableActions, m_defaultAction, m_currentAction,
                        m_features, parent);
+}
+
+// Each action goes to the last of its users at once, not from one to the next.
+QList<Gesture *> Gesture::cloneList(const QList<Gesture *> &gestures, QObject *parent)
+{
+    QList<Gesture *> clones;
+    clones.reserve(gestures.size());
+    for (const Gesture *gesture : gestures) {
+        clones.append(gesture ? new Gesture(gesture->m_id, gesture->m_modes, gesture->m_kind, gesture->m_zone,
+                                            gesture->m_direction, gesture->m_availableActions, gesture->m_defaultAction,
+                                            gesture->m_currentAction, gesture->m_features, parent, Later)
+                              : nullptr);
+    }
+    for (Gesture *clone : qAsConst(clones)) {
+        if (clone)
+            clone->takeActions();
+    }
+    return clones;
 }
 
 static void dumpAction(QDebug &dbg, const Action *action, int indent)

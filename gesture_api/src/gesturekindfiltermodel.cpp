@@ -1,5 +1,7 @@
 #include <gesture_api/gesturekindfiltermodel.h>
 
+#include "announcement.h"
+
 #include <gesture_api/gesture.h>
 
 namespace vellix {
@@ -37,7 +39,7 @@ void GestureKindFilterModel::setBlackList(QList<int> value)
     if (value == m_blackList)
         return;
     m_blackList = value;
-    Q_EMIT blackListChanged(value);
+    announce(this, &GestureKindFilterModel::blackListChanged, value);
 }
 
 // The meta-object has this signature. NOLINTNEXTLINE(performance-unnecessary-value-param)
@@ -46,7 +48,7 @@ void GestureKindFilterModel::setWhiteList(QList<int> value)
     if (value == m_whiteList)
         return;
     m_whiteList = value;
-    Q_EMIT whiteListChanged(value);
+    announce(this, &GestureKindFilterModel::whiteListChanged, value);
 }
 
 void GestureKindFilterModel::setNoActionVisible(bool value)
@@ -54,7 +56,7 @@ void GestureKindFilterModel::setNoActionVisible(bool value)
     if (value == m_noActionVisible)
         return;
     m_noActionVisible = value;
-    Q_EMIT noActionVisibleChanged(value);
+    announce(this, &GestureKindFilterModel::noActionVisibleChanged, value);
 }
 
 }

@@ -44,8 +44,7 @@ GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProv
     : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
       m_readonly(readonly), m_pruned(pruned), m_state(Loaded),
       m_userFile(std::make_shared<UserFile>(paths.currentPath())),
-      m_gestures(gestures.map<Gesture *>(
-              [this](Gesture *const &gesture) -> Gesture * { return gesture ? gesture->clone(this) : nullptr; }))
+      m_gestures([clones = Gesture::cloneList(gestures.get(), this)] { return clones; })
 {
 }
 
@@ -53,6 +52,7 @@ GestureService::~GestureService()
 {
     // The model reads the list, which goes before the children do.
     delete m_gesturesModel;
+    Gesture::leaveTogether(findChildren<Gesture *>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 ReadonlyLazyListModel *GestureService::gestures() const
@@ -90,14 +90,24 @@ GestureService *GestureService::clone(QObject *parent) const
     return copy;
 }
 
+static QVector<QPointer<Gesture>> guarded(const QList<Gesture *> &gestures)
+{
+    return {gestures.cbegin(), gestures.cend()};
+}
+
 bool GestureService::fastMerge(const GestureService *other)
 {
     if (!other)
         return false;
-    const QList<Gesture *> &mine = gestureList();
-    const QList<Gesture *> &theirs = other->gestureList();
+    // Who hears of one gesture may destroy others, or the services with them.
+    const QPointer<GestureService> self(this);
+    const QPointer<const GestureService> source(other);
+    const QVector<QPointer<Gesture>> mine = guarded(gestureList());
+    const QVector<QPointer<Gesture>> theirs = guarded(other->gestureList());
     for (int i = 0; i < std::min(mine.size(), theirs.size()); ++i) {
         if (mine.at(i) && theirs.at(i) && !mine.at(i)->merge(theirs.at(i)))
+            return false;
+        if (!self || !source)
             return false;
     }
     Q_EMIT gesturesChanged(gestures());

@@ -1,5 +1,6 @@
 #include <gesture_api/gestureserviceprovider.h>
 
+#include "announcement.h"
 #include "resolvedpath.h"
 
 #include <vellix/exitnotifier.h>
@@ -37,7 +38,7 @@ void GestureServiceProvider::setAppId(QString value)
     if (value == m_appId)
         return;
     m_appId = value;
-    Q_EMIT appIdChanged(value);
+    announce(this, &GestureServiceProvider::appIdChanged, value);
 }
 
 void GestureServiceProvider::setReadonly(bool value)
@@ -45,7 +46,7 @@ void GestureServiceProvider::setReadonly(bool value)
     if (value == m_readonly)
         return;
     m_readonly = value;
-    Q_EMIT readonlyChanged(value);
+    announce(this, &GestureServiceProvider::readonlyChanged, value);
 }
 
 Either<Error, GestureService *> GestureServiceProvider::newGestureService(const FeaturesProvider *featuresProvider,
@@ -71,7 +72,11 @@ void GestureServiceProvider::setService(GestureService *service)
     if (service == m_service)
         return;
     m_service = service;
-    Q_EMIT serviceChanged(service);
+    if (service) {
+        connect(service, &QObject::destroyed, this,
+                [this, service] { withdraw(this, &GestureServiceProvider::serviceChanged, service); });
+    }
+    announce(this, &GestureServiceProvider::serviceChanged, service);
 }
 
 void GestureServiceProvider::installService(const FeaturesProvider *featuresProvider, const QString &appId,
@@ -122,8 +127,10 @@ void GestureServiceProvider::replaceStaleService(const FeaturesProvider *feature
     // Somebody wrote newer bindings: the old ones must not be put over them at exit.
     if (m_service)
         disconnect(ExitNotifier::instance(), nullptr, m_service, nullptr);
+    const QPointer<GestureServiceProvider> self(this); // who hears of the release may destroy it
     releaseService();
-    loadService(featuresProvider);
+    if (self)
+        loadService(featuresProvider);
 }
 
 }

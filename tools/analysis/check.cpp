@@ -176,6 +176,7 @@ static void tellAll(const Subject &subject, bool isDeviceChosen, Findings *findi
     tellUnusedActions(subject, findings);
     tellUnusedGroups(subject, findings);
     tellShortTitles(subject, findings);
+    tellDeepPaths(subject, findings);
     tellUnsaveableActions(subject, findings);
     tellShadowed(subject, findings);
     tellDuplicateIds(subject, findings);

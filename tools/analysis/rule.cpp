@@ -53,6 +53,8 @@ const Rule duplicateAction{"duplicate-action", warning, "Two actions have the sa
                            "References find the last of them."};
 const Rule shortTitles{"short-titles", warning, "An action has fewer titles than its path has segments.",
                        "The menu shows a title for each segment, from the outermost to the action's own."};
+const Rule deepPath{"deep-path", warning, "The path of an action has more than 64 segments.",
+                    "Each segment but the last is a menu within the one before: nobody walks so many."};
 const Rule fallbackEnd{"fallback-end", warning, "A fallback list has no action that every device supports.",
                        "A device that supports none of them loads nothing of the file: end the list with an action "
                        "without features."};
@@ -88,17 +90,46 @@ const Rule repeatedDefault{"repeated-default", warning, "A binding only repeats 
 const QVector<const Rule *> &allRules()
 {
     using namespace rules;
-    static const QVector<const Rule *> all{
-            &unreadable,          &syntax,        &refused,           &version,
-            &duplicateNeighbours, &groupFeatures, &noSupportedAction, &undefinedBinding,
-            &unsaveableAction,    &notStrict,     &duplicateKey,      &unknownKey,
-            &convertedValue,      &shadowed,      &partlyShadowed,    &duplicateId,
-            &overriddenZone,      &zoneOutside,   &zoneEmpty,         &zoneNegative,
-            &unusedZone,          &unusedAction,  &unusedGroup,       &duplicateAction,
-            &shortTitles,         &fallbackEnd,   &undefinedFallback, &unreachableFallback,
-            &notAvailable,        &fixedAction,   &directedTap,       &undirectedSwipe,
-            &modesCase,           &noAction,      &deadTouches,       &unknownGesture,
-            &unsupportedBinding,  &hiddenBinding, &repeatedDefault};
+    static const QVector<const Rule *> all{&unreadable,
+                                           &syntax,
+                                           &refused,
+                                           &version,
+                                           &duplicateNeighbours,
+                                           &groupFeatures,
+                                           &noSupportedAction,
+                                           &undefinedBinding,
+                                           &unsaveableAction,
+                                           &notStrict,
+                                           &duplicateKey,
+                                           &unknownKey,
+                                           &convertedValue,
+                                           &shadowed,
+                                           &partlyShadowed,
+                                           &duplicateId,
+                                           &overriddenZone,
+                                           &zoneOutside,
+                                           &zoneEmpty,
+                                           &zoneNegative,
+                                           &unusedZone,
+                                           &unusedAction,
+                                           &unusedGroup,
+                                           &duplicateAction,
+                                           &shortTitles,
+                                           &deepPath,
+                                           &fallbackEnd,
+                                           &undefinedFallback,
+                                           &unreachableFallback,
+                                           &notAvailable,
+                                           &fixedAction,
+                                           &directedTap,
+                                           &undirectedSwipe,
+                                           &modesCase,
+                                           &noAction,
+                                           &deadTouches,
+                                           &unknownGesture,
+                                           &unsupportedBinding,
+                                           &hiddenBinding,
+                                           &repeatedDefault};
     return all;
 }
 

@@ -46,6 +46,7 @@ extern const Rule unusedAction;
 extern const Rule unusedGroup;
 extern const Rule duplicateAction;
 extern const Rule shortTitles;
+extern const Rule deepPath;
 extern const Rule fallbackEnd;
 extern const Rule undefinedFallback;
 extern const Rule unreachableFallback;

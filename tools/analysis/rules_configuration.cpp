@@ -253,6 +253,16 @@ void tellUnusedGroups(const Subject &subject, Findings *findings)
     }
 }
 
+void tellDeepPaths(const Subject &subject, Findings *findings)
+{
+    for (const ActionValue &value : subject.actionValues) {
+        const int segments = value.path().count(QLatin1Char('/')) + 1;
+        if (segments > 64 && value.value.toMap().contains(QStringLiteral("path"))) // of its own, not a name
+            findings->add(rules::deepPath, value.place[QStringLiteral("path")],
+                          QStringLiteral("the path has %1 segments").arg(segments));
+    }
+}
+
 void tellShortTitles(const Subject &subject, Findings *findings)
 {
     for (const ActionValue &value : subject.actionValues) {

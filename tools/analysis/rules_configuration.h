@@ -18,6 +18,7 @@ void tellDuplicateActions(const Subject &subject, Findings *findings);
 void tellUnusedActions(const Subject &subject, Findings *findings);
 void tellUnusedGroups(const Subject &subject, Findings *findings);
 void tellShortTitles(const Subject &subject, Findings *findings);
+void tellDeepPaths(const Subject &subject, Findings *findings);
 void tellUnsaveableActions(const Subject &subject, Findings *findings);
 
 void tellShadowed(const Subject &subject, Findings *findings);

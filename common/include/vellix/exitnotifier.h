@@ -24,7 +24,8 @@ public:
 
     /// The process-wide notifier, made when there is none.
     static ExitNotifier *instance();
-    /// Emits `prepareExit` of the process-wide notifier. The exit handler does so again at the end.
+    /// Emits `prepareExit` of the process-wide notifier. The exit handler does so again at the end. Does nothing while
+    /// it is being emitted; a listener that destroys the notifier ends that.
     static void notify();
 
 Q_SIGNALS:

@@ -114,6 +114,7 @@ private:
     const QList<Feature *> m_features;
     mutable bool m_evaluated = false;
     mutable bool m_supported = false;
+    bool m_dying = false;
     QList<Gesture *> m_users; // the living gestures that hold this action, in the order they were made
 };
 
@@ -140,6 +141,8 @@ public:
     /// are walked.
     ActionProxyNode(int level, const QString &pathSegment, const QString &title,
                     const QList<ActionProxyNode *> &childNodes, QObject *parent = nullptr);
+    /// Destroys the nodes below as well, however many levels there are.
+    ~ActionProxyNode() override;
 
     /// The tree of these actions, or null when there are none. The root belongs to `parent`; without
     /// one, to the caller.

@@ -112,7 +112,8 @@ public:
     /// What the touch triggers; null for nothing, and once it is dead.
     Action *currentAction() const { return m_currentAction; }
     /// Chooses what the touch triggers, null for nothing; whether the action is among the available ones is not
-    /// asked. The new action keeps its owner. Nothing is written before the service's save().
+    /// asked. The new action keeps its owner; one that is being destroyed counts as null. Nothing is written before the
+    /// service's save().
     void setCurrentAction(Action *action);
     /// The available actions as a menu, made at the first call; null when there are none.
     ActionProxyNode *actionTree() const;
@@ -221,12 +222,15 @@ private:
             const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
             const QList<Feature *> &features, QObject *parent, Taking);
 
+    static QList<Gesture *> cloneList(const QList<Gesture *> &gestures, QObject *parent);
     static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context);
     static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context);
 
     void join(Action *action);
     void takeActions();
     void leave(Action *action);
+    static void leaveTogether(const QList<Gesture *> &gestures);
+    QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
     bool uses(const Action *action) const;
     void forget(Action *action);
 
@@ -238,9 +242,11 @@ private:
     QList<Action *> m_availableActions;
     Action *m_defaultAction;
     mutable QPointer<ActionProxyNode> m_actionTree;
-    mutable bool m_actionTreeMade = false;
+    const quintptr m_serial; // gestures made later have greater ones
     Action *m_currentAction;
     mutable QString m_section;
+    mutable bool m_actionTreeMade = false;
+    bool m_leaving = false;
     mutable bool m_sectionMade = false;
     const QList<Feature *> m_features;
     mutable bool m_supported = false;

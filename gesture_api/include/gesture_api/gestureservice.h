@@ -89,7 +89,8 @@ public:
     /// `parent`; without one, to the caller.
     GestureService *clone(QObject *parent = nullptr) const;
     /// Takes over the current actions of another service's gestures, paired by position. False at the
-    /// first pair that does not match (see Gesture::merge()); the pairs before it stay merged. False for null, too.
+    /// first pair that does not match (see Gesture::merge()); the pairs before it stay merged. False for null, too, and
+    /// when a listener destroys one of the services.
     bool fastMerge(const GestureService *other);
     /// Writes all gestures, `indent` steps of two blanks to the right, and returns the stream.
     QDebug &dump(QDebug &debug, int indent) const;
