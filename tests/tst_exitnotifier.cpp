@@ -7,6 +7,7 @@
 #include <QProcessEnvironment>
 
 #include <cstdio>
+#include <cstdlib>
 
 using vellix::ExitNotifier;
 
@@ -33,6 +34,22 @@ static int endWithTheHandlerFirst(int argc, char *argv[])
     static QCoreApplication app(argc, argv);
     QObject::connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, [] { std::puts("prepareExit"); });
     return 0;
+}
+
+// By a listener, before the others are told.
+static int endWithinATelling(int argc, char *argv[])
+{
+    static QCoreApplication app(argc, argv);
+    QObject::connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, [] {
+        static bool ended = false;
+        if (!ended) {
+            ended = true;
+            std::exit(0);
+        }
+    });
+    QObject::connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, [] { std::puts("told"); });
+    ExitNotifier::notify();
+    return 1;
 }
 
 class tst_ExitNotifier : public QObject
@@ -217,6 +234,12 @@ private Q_SLOTS:
         }
     }
 
+    void aListenerThatEndsTheProcessKeepsNobodyFromBeingTold()
+    {
+        QCOMPARE(childOutput(QStringLiteral("within a telling"), 0, QCoreApplication::applicationFilePath()),
+                 QByteArray("told\n"));
+    }
+
     void aServiceThatEndsTheProcessAtLoadIsNotSaved()
     {
         const testing::DataTree data;
@@ -232,6 +255,8 @@ int main(int argc, char *argv[])
 {
     if (argc == 2 && qstrcmp(argv[1], "handler first") == 0)
         return endWithTheHandlerFirst(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], "within a telling") == 0)
+        return endWithinATelling(argc, argv);
     QCoreApplication app(argc, argv);
     tst_ExitNotifier test;
     return QTest::qExec(&test, argc, argv);
