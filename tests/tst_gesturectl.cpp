@@ -282,6 +282,35 @@ private Q_SLOTS:
                          .array());
     }
 
+    void deepMenu_data()
+    {
+        QTest::addColumn<int>("segments");
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<int>("status");
+        for (const char *format : {"", "--json"}) {
+            QTest::addRow("500 %s", format) << 500 << format << 0;
+            QTest::addRow("501 %s", format) << 501 << format << 3;
+            QTest::addRow("50,000 %s", format) << 50000 << format << 3;
+        }
+    }
+
+    void deepMenu()
+    {
+        QFETCH(int, segments);
+        QFETCH(QString, format);
+        QFETCH(int, status);
+        const QByteArray path = QByteArray("a/").repeated(segments - 1) + "a";
+        testing::writeFile(m_tree->defaultFile("app"),
+                           "{\"actions\": [{\"path\": \"" + path + "\", \"title\": \"A\"}], \"gestures\": ["
+                                   + "{\"id\": \"g\", \"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": [\""
+                                   + path + "\"], \"defaultAction\": \"" + path + "\"}]}");
+        const Run run = gesturectl("actions --app app g " + format);
+        QCOMPARE(run.exitCode, status);
+        QCOMPARE(run.err,
+                 status == 0 ? QString() : QString("gesturectl: the menu of gesture 'g' has more than 500 levels\n"));
+        QCOMPARE(run.out.isEmpty(), status != 0);
+    }
+
     void bindWritesOnlyWhatWasChosen()
     {
         QCOMPARE(gesturectl("bind --app app TapRightNoDirection menu").exitCode, 0);

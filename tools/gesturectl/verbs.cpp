@@ -197,21 +197,39 @@ static QJsonArray toJson(const ActionProxyNode *above)
     return array;
 }
 
+// A menu is printed level by level within the one before, and the indentation grows with it.
+static constexpr int maxLevels = 500;
+
+static bool canBePrinted(const Gesture *gesture)
+{
+    const QList<Action *> &available = gesture->availableActions();
+    return std::all_of(available.cbegin(), available.cend(),
+                       [](const Action *action) { return action->path().count(QLatin1Char('/')) < maxLevels; });
+}
+
+static void printMenu(Gesture *gesture, bool json)
+{
+    const ActionProxyNode *tree = gesture->actionTree();
+    if (json) {
+        print(QJsonDocument(tree ? toJson(tree) : QJsonArray()));
+        return;
+    }
+    print(gesture->id());
+    if (tree)
+        printNodes(tree, gesture, QString());
+}
+
 Result<ExitStatus> actions(const QString &appId, const QString &gestureId, bool json)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
     return load(appId, &features, &owner).flatMap([&](const Loaded &loaded) {
-        return gestureOf(loaded.gestures, appId, gestureId).map([&](Gesture *gesture) {
-            const ActionProxyNode *tree = gesture->actionTree();
-            if (json) {
-                print(QJsonDocument(tree ? toJson(tree) : QJsonArray()));
-            } else {
-                print(gesture->id());
-                if (tree)
-                    printNodes(tree, gesture, QString());
-            }
-            return Success;
+        return gestureOf(loaded.gestures, appId, gestureId).flatMap([&](Gesture *gesture) -> Result<ExitStatus> {
+            if (!canBePrinted(gesture))
+                return Left(Failure{
+                        BadFiles, QStringLiteral("the menu of gesture '%1' has more than 500 levels").arg(gestureId)});
+            printMenu(gesture, json);
+            return Right(Success);
         });
     });
 }
