@@ -13,7 +13,7 @@ from pathlib import Path
 QT_LOG = {"qDebug": 0, "qInfo": 0, "qWarning": 0, "qCritical": 0, "qFatal": 0}
 # By the first heading of its tables: where the sources are, and which argument of which call is a message.
 PARTS = {
-    "message": (["gesture_api", "common", "platform"], {"fail": -1, **QT_LOG}),
+    "message": (["gesture_api", "common", "platform"], {"fail": -1, "SaveFailure": -1, **QT_LOG}),
     "error of gesturectl": (["tools/gesturectl"], {"Failure": -1, "printError": 0, **QT_LOG}),
 }
 TEXT = {"QStringLiteral", "QLatin1String", "QLatin1Char", "QByteArrayLiteral"}

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QtEndian>
 
 #include <iostream>
 #include <sstream>
@@ -95,6 +96,27 @@ Run run(const QString &program, const QStringList &arguments)
     QProcess process;
     process.start(program, arguments);
     return ended(&process);
+}
+
+static void appendEntry(QByteArray *list, quint16 tag, int rights, quint32 id)
+{
+    const quint16 words[] = {qToLittleEndian(tag), qToLittleEndian(static_cast<quint16>(rights))};
+    const quint32 number = qToLittleEndian(id);
+    list->append(reinterpret_cast<const char *>(words), sizeof words);
+    list->append(reinterpret_cast<const char *>(&number), sizeof number);
+}
+
+QByteArray accessList(int owner, unsigned user, int ofUser, int group, int mask, int other, unsigned users)
+{
+    const quint32 nobody = 0xffffffff;
+    QByteArray list("\2\0\0\0", 4);
+    appendEntry(&list, 0x01, owner, nobody);
+    for (unsigned i = 0; i < users; ++i)
+        appendEntry(&list, 0x02, ofUser, user + i);
+    appendEntry(&list, 0x04, group, nobody);
+    appendEntry(&list, 0x10, mask, nobody);
+    appendEntry(&list, 0x20, other, nobody);
+    return list;
 }
 
 QStringList filesBelow(const QString &directory)

@@ -110,6 +110,9 @@ struct Run
 /// Waits for the end of a started program, for two minutes.
 Run ended(QProcess *process);
 Run run(const QString &program, const QStringList &arguments);
+/// The bytes of an access list: the rights (4 read, 2 write, 1 execute) of the owner, of one more user, of the group,
+/// of the mask and of everybody else. More than one user are numbered from this one on.
+QByteArray accessList(int owner, unsigned user, int ofUser, int group, int mask, int other, unsigned users = 1);
 /// Every file below a directory, hidden ones included, as sorted relative paths.
 QStringList filesBelow(const QString &directory);
 

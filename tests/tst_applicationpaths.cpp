@@ -4,6 +4,10 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QScopeGuard>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace vellix::gesture;
 using testing::failure;
@@ -279,6 +283,22 @@ private Q_SLOTS:
                                       << "Not a directory (path: %1/file/a.json)";
         QTest::newRow("a directory") << "%1"
                                      << "file to open is a directory (path: %1)";
+        QTest::newRow("a directory that may not be read") << "%1/closed directory"
+                                                          << "Permission denied (path: %1/closed directory)";
+        QTest::newRow("a file that may not be read") << "%1/closed file"
+                                                     << "Permission denied (path: %1/closed file)";
+        QTest::newRow("a pipe") << "%1/pipe"
+                                << "Not a regular file (path: %1/pipe)";
+        QTest::newRow("a pipe that may not be read") << "%1/closed pipe"
+                                                     << "Not a regular file (path: %1/closed pipe)";
+        QTest::newRow("a link to a pipe") << "%1/link to the pipe"
+                                          << "Not a regular file (path: %1/link to the pipe)";
+        QTest::newRow("a dangling link") << "%1/dangling"
+                                         << "No such file or directory (path: %1/dangling)";
+        QTest::newRow("a circle of links") << "%1/circle"
+                                           << "Too many levels of symbolic links (path: %1/circle)";
+        const QString longName(300, QLatin1Char('x'));
+        QTest::newRow("a name too long") << "%1/" + longName << "File name too long (path: %1/" + longName + ")";
         QTest::newRow("a device") << "/dev/zero"
                                   << "Not a regular file (path: /dev/zero)";
         QTest::newRow("no name") << ""
@@ -291,6 +311,19 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const testing::DataTree tree;
         testing::writeFile(tree.root() + QStringLiteral("/file"), "x");
+        testing::writeFile(tree.root() + QStringLiteral("/closed file"), "x");
+        const QByteArray root = QFile::encodeName(tree.root());
+        QCOMPARE(chmod(root + "/closed file", 0), 0);
+        QCOMPARE(mkdir(root + "/closed directory", 0), 0);
+        QCOMPARE(mkfifo(root + "/pipe", 0600), 0);
+        QCOMPARE(mkfifo(root + "/closed pipe", 0), 0);
+        QCOMPARE(symlink("pipe", root + "/link to the pipe"), 0);
+        QCOMPARE(symlink("nowhere", root + "/dangling"), 0);
+        QCOMPARE(symlink("circle", root + "/circle"), 0);
+        QCOMPARE(chmod(root, 0755), 0);
+        const uid_t self = geteuid(); // root may read everything
+        const auto cleanUp = qScopeGuard([&] { (void)seteuid(self); });
+        QVERIFY(self != 0 || seteuid(65534) == 0);
         const testing::LogCapture quiet;
         const Result result = Rules::loadJson(path.replace(QStringLiteral("%1"), tree.root()));
         QCOMPARE(failure(result), expected.replace(QStringLiteral("%1"), tree.root()));

@@ -62,6 +62,29 @@ private Q_SLOTS:
                                  << ""
                                  << ""
                                  << "";
+        QTest::newRow("a relative data home counts as unset") << "xdg"
+                                                              << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("a data home relative to the parent, too") << "../xdg"
+                                                                 << "" << user << "@/home/.local/share/vellix/a/b";
+        QTest::newRow("system data: a relative entry counts for nothing")
+                << ""
+                << "none:./none:@/none" << system << "@/none/vellix/a";
+        QTest::newRow("up and down again below the root") << "@/xdg"
+                                                          << ""
+                                                          << "${USERDATA}/a/../b"
+                                                          << "@/xdg/vellix/a/../b";
+        QTest::newRow("up to the root itself") << "@/xdg"
+                                               << ""
+                                               << "${USERDATA}/a/./b//../.."
+                                               << "@/xdg/vellix/a/./b//../..";
+        QTest::newRow("points are names, too") << "@/xdg"
+                                               << ""
+                                               << "${USERDATA}/.../..a/a.."
+                                               << "@/xdg/vellix/.../..a/a..";
+        QTest::newRow("a path without a prefix leads anywhere") << "@/xdg"
+                                                                << ""
+                                                                << "/a/../../b"
+                                                                << "/a/../../b";
         QTest::newRow("beyond ASCII") << "@/ü"
                                       << "" << QString::fromUtf8("${USERDATA}/ä") << QString::fromUtf8("@/ü/vellix/ä");
     }
@@ -81,15 +104,72 @@ private Q_SLOTS:
                  place(expected));
     }
 
+    // It is below the root, and nothing can ever be there, nor beside it.
+    void pathThatLeadsOutOfItsRoot_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("the parent") << "${USERDATA}/..";
+        QTest::newRow("a file beside") << "${USERDATA}/../file";
+        QTest::newRow("down and further up") << "${USERDATA}/a/b/../../../file";
+        QTest::newRow("a slash more is no directory") << "${USERDATA}//../file";
+        QTest::newRow("a point is no directory") << "${USERDATA}/./../file";
+        QTest::newRow("out and in again") << "${USERDATA}/../vellix/file";
+        QTest::newRow("a directory whose name begins like the root") << "${USERDATA}-beside/file";
+        QTest::newRow("the system's") << "${SYSTEMDATA}/a/../../file";
+    }
+
+    void pathThatLeadsOutOfItsRoot()
+    {
+        QFETCH(QString, path);
+        const QString root = m_directory->filePath(QStringLiteral("root/vellix"));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory->filePath(QStringLiteral("root"))));
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(m_directory->filePath(QStringLiteral("root"))));
+        testing::writeFile(root + QStringLiteral("/file"), "inside");
+        testing::writeFile(root + QStringLiteral("/a/b/file"), "inside");
+        testing::writeFile(root + QStringLiteral("-beside/file"), "beside");
+        testing::writeFile(m_directory->filePath(QStringLiteral("root/file")), "outside");
+        const QStringList before = testing::filesBelow(m_directory->path());
+
+        const PathResolver resolver = PathResolver::newDefault();
+        const QString resolved = QString::fromStdString(resolver.resolvePreffix(path.toStdString()));
+        QVERIFY2(QDir::cleanPath(resolved).startsWith(root + QLatin1Char('/')), qPrintable(resolved));
+        QVERIFY(!QFileInfo::exists(QFileInfo(resolved).path()));
+        QVERIFY(!QDir().mkpath(QFileInfo(resolved).path()));
+        QVERIFY(!resolver.exists(path.toStdString()));
+        QVERIFY(!resolver.remove(path.toStdString()));
+        QCOMPARE(testing::filesBelow(m_directory->path()), before);
+    }
+
+    void linkThatLeadsOutOfItsRootIsFollowed()
+    {
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory->path()));
+        testing::writeFile(m_directory->filePath(QStringLiteral("elsewhere/file")), "x");
+        QVERIFY(QDir(m_directory->path()).mkpath(QStringLiteral("vellix")));
+        QVERIFY(QFile::link(m_directory->filePath(QStringLiteral("elsewhere")),
+                            m_directory->filePath(QStringLiteral("vellix/link"))));
+        QVERIFY(PathResolver::newDefault().exists("${USERDATA}/link/file"));
+    }
+
     void systemDataWithoutAnyVariable()
     {
         const std::string path = PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}");
         QVERIFY(path == "/usr/local/share/vellix" || path == "/usr/share/vellix");
     }
 
+    void withoutAVariableTheHomeIsTheUsers_data()
+    {
+        QTest::addColumn<QByteArray>("home");
+        QTest::newRow("unset") << QByteArray();
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("relative") << QByteArray("home");
+    }
+
     void withoutAVariableTheHomeIsTheUsers()
     {
-        qunsetenv("HOME");
+        QFETCH(QByteArray, home);
+        qputenv("HOME", home);
+        if (home.isNull())
+            qunsetenv("HOME");
         const passwd *user = getpwuid(getuid());
         QVERIFY(user);
         QCOMPARE(PathResolver::newDefault().resolvePreffix("${USERDATA}"),
@@ -171,6 +251,43 @@ private Q_SLOTS:
         for (const std::string &line : Utf8::alignLeftByWhitespace(bytes))
             aligned.append(QString::fromStdString(line));
         QTEST(aligned, "expected");
+    }
+
+    void logLine_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<QByteArray>("expected");
+        const auto row = [](const char *name, const QByteArray &message, const QByteArray &expected) {
+            QTest::newRow(name) << message << expected;
+        };
+        row("ordinary", "a message: 'x\\n'", "a message: 'x\\n'");
+        row("nothing", "", "");
+        row("a forged record", "a\n[error] forged\r", "a\\x0a[error] forged\\x0d");
+        row("colours and titles of a terminal", "\x1b[31m\x1b]0;t\x07", "\\x1b[31m\\x1b]0;t\\x07");
+        row("the ends of ASCII", QByteArray("a\0\x01\x1f \x7f", 6), "a\\x00\\x01\\x1f \\x7f");
+        row("UTF-8", "\u00a0\u00e4\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff",
+            "\u00a0\u00e4\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff");
+        row("control characters beyond ASCII", "\xc2\x80\xc2\x9b\xc2\x9f", R"(\xc2\x80\xc2\x9b\xc2\x9f)");
+        row("bytes alone", "\x80\x9b\xff ", R"(\x80\x9b\xff )");
+        row("cut off", "\xc3 \xe4\xb8 \xf0\x9f\x91", R"(\xc3 \xe4\xb8 \xf0\x9f\x91)");
+        row("longer than it need be", "\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a",
+            R"(\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a)");
+        row("half a character, and beyond the last", "\xed\xa0\xbd\xf4\x90\x80\x80", R"(\xed\xa0\xbd\xf4\x90\x80\x80)");
+    }
+
+    // One record, one line, whatever is logged; in a process of its own, since the tests' log stands before ours.
+    void logLine()
+    {
+        QFETCH(QByteArray, message);
+        QFETCH(QByteArray, expected);
+        QProcess child;
+        child.start(TEST_PROGRAMS "/logchild", {"file\n", "void f()\x1b"});
+        child.write(message);
+        child.closeWriteChannel();
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.readAllStandardError(),
+                 "[error] " + expected + " [file\\x0a:7, void f()\\x1b]\n[warn] " + expected
+                         + " [file\\x0a:8, void f()\\x1b]\n");
     }
 
 private:

@@ -844,14 +844,14 @@ private Q_SLOTS:
             "                     ^~~~\n"
             "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
         row("control characters", "{\"gestures\": [], \"\\u001b[31m\x1b[31m\": 0}",
-            "FILE:1:1: warning: nobody reads '\uFFFD[31m\uFFFD[31m' [unknown-key]\n"
-            "    {\"gestures\": [], \"\\u001b[31m\uFFFD[31m\": 0}\n"
+            "FILE:1:1: warning: nobody reads '\\x1b[31m\\x1b[31m' [unknown-key]\n"
+            "    {\"gestures\": [], \"\\u001b[31m\\x1b[31m\": 0}\n"
             "    ^\n"
             "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
         row("characters that turn the text", "{\"gestures\": [], \"\u202e\": 0}",
-            "FILE:1:18: warning: nobody reads '\uFFFD' [unknown-key]\n"
-            "    {\"gestures\": [], \"\uFFFD\": 0}\n"
-            "                     ^~~\n"
+            "FILE:1:18: warning: nobody reads '\\u202e' [unknown-key]\n"
+            "    {\"gestures\": [], \"\\u202e\": 0}\n"
+            "                     ^~~~~~~~\n"
             "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
         row("a long line of wide characters",
             "{\"gestures\": [], \"\u7a93\": \"" + QByteArray("\u7a93").repeated(200) + "\"}",

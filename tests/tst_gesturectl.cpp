@@ -8,7 +8,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <memory>
+#include <vector>
 
 using testing::DataTree;
 using testing::Run;
@@ -30,6 +37,32 @@ static const char *const configuration = R"({
         {"id": "other", "modes": ["menu"], "kind": "swipe", "direction": "toLeft", "defaultAction": "menu"}
     ]
 })";
+
+// The lock of an application's bindings, while it lives.
+class Lock
+{
+public:
+    explicit Lock(const QString &file) : m_descriptor(open(qPrintable(file), O_RDONLY | O_CLOEXEC))
+    {
+        isHeld = flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+    }
+    ~Lock() { close(m_descriptor); }
+    Lock(const Lock &) = delete;
+    Lock &operator=(const Lock &) = delete;
+
+    bool isHeld;
+
+private:
+    const int m_descriptor;
+};
+
+static qint64 childrensMilliseconds()
+{
+    rusage usage;
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1000
+            + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1000;
+}
 
 // The program as a person runs it: arguments in, exit status and lines out.
 class tst_GestureCtl : public QObject
@@ -281,6 +314,96 @@ private Q_SLOTS:
                 QVERIFY(process->waitForFinished());
             QCOMPARE(bindings().size(), 2);
         }
+    }
+
+    void lockOfAnotherEndsTheWait()
+    {
+        const QByteArray user = R"({"version": 1, "actions": {"gone": "menu"}})";
+        testing::writeFile(m_tree->userFile("app"), user);
+        const QString file = m_tree->root() + "/choices.json";
+        testing::writeFile(file, R"({"version": 1, "actions": {"TapRightNoDirection": "menu"}})");
+        const QString app = m_tree->defaultFile("app");
+        const Lock lock(app);
+        QVERIFY(lock.isHeld);
+        const qint64 before = childrensMilliseconds();
+        std::vector<std::unique_ptr<QProcess>> waiting;
+        QElapsedTimer timer;
+        timer.start();
+        for (const QStringList &arguments :
+             {QStringList{"bind", "--app", "app", "TapRightNoDirection", "menu"},
+              QStringList{"import", "--app", "app", file},
+              QStringList{"doctor", "--old", app, "--new", app, "--app", "app", "--write"}}) {
+            waiting.push_back(std::make_unique<QProcess>());
+            waiting.back()->start(GESTURECTL, arguments);
+            QVERIFY(waiting.back()->waitForStarted());
+        }
+        for (int i = 0; i < 20; ++i) { // neither ends the wait nor begins it anew
+            QTest::qWait(100);
+            for (const auto &process : waiting) {
+                kill(pid_t(process->processId()), SIGSTOP);
+                kill(pid_t(process->processId()), SIGCONT);
+            }
+        }
+        const QRegularExpression error("^gesturectl: " + QRegularExpression::escape(app)
+                                       + ": locked by .+ for 5 seconds: nothing is changed, try again\n$");
+        for (const auto &process : waiting) {
+            const Run run = testing::ended(process.get());
+            QCOMPARE(run.exitCode, 3);
+            QVERIFY2(error.match(run.err).hasMatch(), qPrintable(run.err));
+            if (testing::readFile("/proc/locks").contains(" " + QByteArray::number(getpid()) + " "))
+                QVERIFY2(run.err.contains(QString("locked by tst_gesturectl (process %1) for").arg(getpid())),
+                         qPrintable(run.err));
+            QCOMPARE(run.out, QString());
+            QVERIFY2(timer.elapsed() >= 4000, qPrintable(QString::number(timer.elapsed())));
+        }
+        const qint64 used = childrensMilliseconds() - before;
+        QVERIFY2(used < timer.elapsed(), qPrintable(QString::number(used))); // of three processes
+        QCOMPARE(testing::readFile(m_tree->userFile("app")), user);
+        QCOMPARE(testing::filesBelow(m_tree->user()), QStringList("gestures/apps/current/app/cfg.json"));
+    }
+
+    void lockIsWaitedFor()
+    {
+        const QString app = m_tree->defaultFile("app");
+        auto lock = std::make_unique<Lock>(app);
+        QVERIFY(lock->isHeld);
+        QProcess binding;
+        binding.start(GESTURECTL, {"bind", "--app", "app", "TapRightNoDirection", "menu"});
+        QVERIFY(binding.waitForStarted());
+        const QDir descriptors(QString("/proc/%1/fd").arg(binding.processId()));
+        const auto hasOpened = [&] {
+            for (const QFileInfo &descriptor : descriptors.entryInfoList(QDir::Files | QDir::System)) {
+                if (descriptor.symLinkTarget() == QFileInfo(app).canonicalFilePath())
+                    return true;
+            }
+            return false;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(hasOpened(), 60000);
+        QTest::qWait(500); // long enough for some tries, far from the end of all
+        QCOMPARE(binding.state(), QProcess::Running);
+        QVERIFY(!QFileInfo::exists(m_tree->userFile("app")));
+        lock.reset();
+        const Run run = testing::ended(&binding);
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu"})"));
+    }
+
+    // The names of processes are theirs to choose.
+    void nameOfTheHolderIsShown()
+    {
+        const Lock lock(m_tree->defaultFile("app"));
+        QVERIFY(lock.isHeld);
+        const QByteArray before = testing::readFile("/proc/self/comm");
+        const auto rename = [](const QByteArray &name) { testing::writeFile("/proc/self/comm", name); };
+        rename("a\033[31m\nb");
+        const Run run = gesturectl("bind --app app TapRightNoDirection menu");
+        rename(before.trimmed());
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(run.err.count('\n'), 1);
+        QVERIFY(!run.err.contains('\033'));
+        if (testing::readFile("/proc/locks").contains(" " + QByteArray::number(getpid()) + " "))
+            QVERIFY2(run.err.contains(R"(locked by a\x1b[31m\nb (process )"), qPrintable(run.err));
     }
 
     void fullOutput()

@@ -13,6 +13,7 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -429,6 +430,97 @@ private Q_SLOTS:
                  qPrintable(log.qtMessages.join(QLatin1Char('\n'))));
     }
 
+    // Whatever fails is one line of the log, and the reason of the one that gives it.
+    void failedSave_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::addColumn<QString>("reason"); // before the path
+        QTest::addColumn<QString>("line");
+        QTest::newRow("can not be opened") << "directory"
+                                           << "can not open file: Is a directory"
+                                           << "can not open file: Is a directory (path: ";
+        QTest::newRow("can not be written") << "limit"
+                                            << "can not write file: File too large"
+                                            << "[error] not saved: \"can not write file: File too large (path: ";
+        QTest::newRow("can not be kept") << "refused"
+                                         << "the rejected file can not be kept beside it"
+                                         << "[error] not saved: \"the rejected file can not be kept beside it (path: ";
+        QTest::newRow("eight are kept") << "eight"
+                                        << "eight rejected files are beside it already"
+                                        << "[error] not saved: \"eight rejected files are beside it already (path: ";
+        QTest::newRow("can not be loaded") << "provider"
+                                           << "the gestures are not loaded"
+                                           << "[error] not saved: \"the gestures are not loaded (path: ";
+    }
+
+    void failedSave()
+    {
+        QFETCH(QString, situation);
+        QFETCH(QString, reason);
+        QFETCH(QString, line);
+        const bool limited = situation == QLatin1String("limit");
+        auto *provider = new DefaultFeaturesProvider;
+        LogCapture log;
+        GestureService service(appPaths(), situation == QLatin1String("provider") ? provider : nullptr, false);
+        if (situation == QLatin1String("directory"))
+            QVERIFY(QDir().mkpath(userFile()));
+        if (situation == QLatin1String("refused") || situation == QLatin1String("eight"))
+            writeUserFile("garbage");
+        if (situation != QLatin1String("provider"))
+            service.gestureList();
+        for (int number = 1; situation == QLatin1String("eight") && number <= 8; ++number) {
+            const QString end = number == 1 ? QString() : QLatin1Char('.') + QString::number(number);
+            testing::writeFile(userFile() + QStringLiteral(".rejected") + end, "kept");
+        }
+        delete provider;
+
+        rlimit before;
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        const rlimit limit{limited ? 10 : situation == QLatin1String("refused") ? 1 : before.rlim_cur, before.rlim_max};
+        const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        log.qtMessages.clear();
+        const bool tried = service.save();
+        const auto lines = log.qtMessages;
+        log.qtMessages.clear();
+        const auto saved = service.trySave();
+        const int linesOfTry = log.qtMessages.size();
+        const QString text = service.trySaveAsString();
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
+        std::signal(SIGXFSZ, previous);
+
+        QVERIFY(tried);
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines[0].contains(line), qPrintable(lines[0]));
+        QVERIFY(saved.isLeft());
+        QCOMPARE(saved.left(), reason + QStringLiteral(" (path: ") + userFile() + QLatin1Char(')'));
+        QCOMPARE(linesOfTry, 0);
+        QCOMPARE(text, saved.left());
+        QCOMPARE(log.qtMessages,
+                 QStringList(QStringLiteral("critical default: [error] not saved: \"") + text + QLatin1Char('"')));
+    }
+
+    void trySaveSaysHowItWent()
+    {
+        GestureService service(appPaths(), nullptr, false);
+        LogCapture log;
+        const auto saved = service.trySave();
+        QVERIFY(saved.isRight());
+        QCOMPARE(saved.right(), qint64(testing::readFile(userFile()).size()));
+        QVERIFY(service.saved());
+        QCOMPARE(service.trySaveAsString(), QString());
+        QString text;
+        QVERIFY(QMetaObject::invokeMethod(&service, "trySaveAsString", Q_RETURN_ARG(QString, text)));
+        QCOMPARE(text, QString());
+        service.prune();
+        QCOMPARE(service.trySave().left(), QStringLiteral("the service is pruned"));
+        GestureService readonly(appPaths(), nullptr, true);
+        QCOMPARE(readonly.trySave().left(), QStringLiteral("the service is read-only"));
+        QVERIFY(readonly.saved());
+        QCOMPARE(log.qtMessages, QStringList());
+        QVERIFY(!QFileInfo::exists(userFile()));
+    }
+
     void prepareExitSaves()
     {
         GestureService writable(appPaths(), nullptr, false);
@@ -483,14 +575,15 @@ private Q_SLOTS:
         testing::writeFile(userFile() + QStringLiteral(".rejected"), "an earlier one");
         LogCapture log;
         GestureService service(appPaths(), nullptr, false);
-        QVERIFY(service.save());
-        const QByteArray rejected = testing::readFile(userFile() + QStringLiteral(".rejected"));
-        QCOMPARE(rejected, kept ? text : QByteArray("an earlier one"));
-        VERIFY_RIGHT(components::VariantLoader::loadJson(userFile()));
-
-        // The next save overwrites a file of our own.
-        QVERIFY(service.save());
-        QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected")), rejected);
+        // The second save overwrites a file of our own.
+        for (int saves = 0; saves < 2; ++saves) {
+            QVERIFY(service.save());
+            QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected")), QByteArray("an earlier one"));
+            QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected.2")),
+                     kept ? text : QByteArray("(no file)"));
+            VERIFY_RIGHT(components::VariantLoader::loadJson(userFile()));
+        }
+        QCOMPARE(testing::filesBelow(QFileInfo(userFile()).path()).size(), kept ? 3 : 2);
     }
 
     void cloneAndSourceKeepARejectedFileOnce()
@@ -596,12 +689,19 @@ private Q_SLOTS:
     void unkeptFileIsNotOverwritten()
     {
         writeUserFile("garbage");
-        QVERIFY(QDir().mkpath(userFile() + QStringLiteral(".rejected")));
+        // The name of the copy is too long for a file.
+        const QString file = QFileInfo(userFile()).path() + QLatin1Char('/') + QString(250, QLatin1Char('x'));
+        QVERIFY(QFile::rename(userFile(), file));
         LogCapture log;
-        GestureService service(appPaths(), nullptr, false);
+        GestureService service(ApplicationPaths(QStringLiteral("app"), file, appPaths().defaultPath()), nullptr, false);
         QVERIFY(service.save());
-        QCOMPARE(testing::readFile(userFile()), QByteArray("garbage"));
-        QVERIFY(log.qtMessages.last().startsWith(QStringLiteral("critical default: [error] not saved")));
+        QCOMPARE(testing::readFile(file), QByteArray("garbage"));
+        QCOMPARE(log.qtMessages.size(), 1);
+        QVERIFY(log.qtMessages[0].startsWith(
+                QStringLiteral(
+                        "critical default: [error] not saved: \"the rejected file can not be kept beside it (path: ")
+                + file));
+        QCOMPARE(testing::filesBelow(QFileInfo(file).path()).size(), 1);
     }
 
     // As somebody who may read the file and the directory, but write to neither.

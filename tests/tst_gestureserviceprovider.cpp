@@ -6,6 +6,7 @@
 #include <vellix/exitnotifier.h>
 #include <vellix/platform/slateview.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
 #include <QProcess>
@@ -351,6 +352,62 @@ private Q_SLOTS:
         provider.setReadonly(true); // the writable one waits for its deletion
         ExitNotifier::notify();
         QVERIFY(QFileInfo::exists(m_tree.userFile(QStringLiteral("app"))));
+    }
+
+    void appIdOfSeveralDirectories_data()
+    {
+        QTest::addColumn<QString>("appId");
+        QTest::addColumn<QString>("action"); // nothing where the configuration is outside of the system's data
+        QTest::addColumn<bool>("written");   // the user's file is inside of the user's
+        QTest::newRow("a slash") << "a/b"
+                                 << "menu" << true;
+        QTest::newRow("the parent, inside") << ".."
+                                            << "menu" << true;
+        QTest::newRow("up to the roots") << "../../../etc"
+                                         << "menu" << true;
+        QTest::newRow("out of the user's data") << "../../../../etc"
+                                                << "next" << false;
+        QTest::newRow("out of both") << "../../../../../etc"
+                                     << "nothing" << false;
+        QTest::newRow("down and out of both") << "a/../../../../../../etc"
+                                              << "nothing" << false;
+    }
+
+    // The host keeps what is behind a prefix below its root: nothing outside is read, written, watched or removed.
+    void appIdOfSeveralDirectories()
+    {
+        QFETCH(QString, appId);
+        QFETCH(QString, action);
+        QFETCH(bool, written);
+        const QString byDefault = QDir::cleanPath(m_tree.defaultFile(appId));
+        const QString user = QDir::cleanPath(m_tree.userFile(appId));
+        // So that the kernel finds what it is told.
+        for (const QString &path : {m_tree.user(QStringLiteral("gestures/apps/current/a")),
+                                    m_tree.system(QStringLiteral("config/gestures/apps/default/a"))})
+            QVERIFY(QDir().mkpath(path));
+        testing::writeFile(byDefault, configuration);
+        testing::writeFile(user, boundToMenu);
+        const LogCapture quiet;
+
+        GestureServiceProvider provider(nullptr);
+        provider.setReadonly(false);
+        provider.setAppId(appId);
+        QVERIFY(provider.service());
+        const QList<Gesture *> gestures = provider.service()->gestureList();
+        QCOMPARE(gestures.isEmpty() ? QStringLiteral("nothing") : currentPath(provider.service()), action);
+
+        QVERIFY(provider.service()->save());
+        QCOMPARE(testing::readFile(user) != boundToMenu, written);
+        QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
+        testing::writeFile(user, "changed");
+        if (written)
+            QTRY_VERIFY(changed.size() >= 2);
+        QTest::qWait(150);
+        QCOMPARE(!changed.isEmpty(), written);
+        QCOMPARE(provider.service()->prune(), written);
+        QCOMPARE(QFile::exists(user), !written);
+        QFile::remove(user);
+        QVERIFY(QFile::remove(byDefault));
     }
 
     void programNamedAsAProhibitedOne()

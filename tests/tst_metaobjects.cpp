@@ -107,7 +107,7 @@ private Q_SLOTS:
                  "QObject* findGestureAsQObject(QString mode, int kind, int direction, QPointF position)",
                  "bool containsGestureKind(int kind)", "QObject* cloneAsQObject(QObject* parent)",
                  "QObject* cloneAsQObject()", "bool fastMergeWithQObject(QObject* other)", "bool save()",
-                 "bool prune()"}};
+                 "bool prune()", "QString trySaveAsString()"}};
 
         QTest::newRow("GestureServiceProvider")
                 << Expected{&GestureServiceProvider::staticMetaObject,

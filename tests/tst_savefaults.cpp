@@ -50,7 +50,7 @@ private Q_SLOTS:
                 continue;
             ++faults;
             prepare(exists);
-            const int status = run(gestures, QString("%1:%2:when=%3").arg(call.name, fault).arg(call.number));
+            const int status = run(saving(gestures), {QString("%1:%2:when=%3").arg(call.name, fault).arg(call.number)});
             const QByteArray now = testing::readFile(file());
             const QByteArray context = call.name.toUtf8() + ' ' + QByteArray::number(call.number) + ": "
                     + QByteArray::number(status) + " " + now.left(60);
@@ -92,11 +92,146 @@ private Q_SLOTS:
     {
         m_directory.reset(new QTemporaryDir);
         QStringList order;
-        for (const Call &call : calls(3)) {
+        for (const Call &call : calls(saving(3))) {
             if (QStringList({"mkdir", "fsync", "rename"}).contains(commonName(call)))
                 order.append(commonName(call));
         }
         QCOMPARE(order, QStringList({"mkdir", "fsync", "fsync", "rename", "fsync"}));
+    }
+
+    // Where the file can not be replaced it is written directly, and a full disk shows before the first old byte goes.
+    void directWrite_data()
+    {
+        QTest::addColumn<int>("oldSize");
+        QTest::addColumn<QStringList>("faults");
+        QTest::addColumn<int>("status");
+        const QString noRename = "rename,renameat,renameat2:error=EBUSY";
+        const QString unknown = "fallocate:error=EOPNOTSUPP";
+        const struct
+        {
+            const char *name;
+            int oldSize;
+        } sizes[] = {{"longer", 100000}, {"shorter", 5}};
+        for (const auto &size : sizes) {
+            QTest::addRow("%s", size.name) << size.oldSize << QStringList{noRename} << 0;
+            QTest::addRow("%s, no room can be reserved", size.name)
+                    << size.oldSize << QStringList{noRename, unknown} << 0;
+            QTest::addRow("%s, no room", size.name)
+                    << size.oldSize << QStringList{noRename, "fallocate:error=ENOSPC"} << 1;
+        }
+        // The first write is that of the temporary file.
+        QTest::newRow("shorter, no room can be reserved, nor written")
+                << 5 << QStringList{noRename, unknown, "write:error=ENOSPC:when=2"} << 1;
+        QTest::newRow("a busy name and no room for another")
+                << 5 << QStringList{"rename,renameat,renameat2:error=ENOSPC"} << 1;
+    }
+
+    void directWrite()
+    {
+        QFETCH(int, oldSize);
+        QFETCH(QStringList, faults);
+        QFETCH(int, status);
+        const QByteArray saved = (trace(600, true), m_new);
+        const QByteArray old(oldSize, 'o');
+        testing::writeFile(file(), old);
+        QCOMPARE(run(saving(600), faults), status);
+        QCOMPARE(testing::readFile(file()), status == 0 ? saved : old);
+        QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
+    }
+
+#ifdef GESTURECTL
+    // A disk that fails in the midst of a direct write tears the file: the copy is kept, and named.
+    void doctorKeepsTheCopyOfATornFile()
+    {
+        prepare(false);
+        const auto configuration = [](const QByteArray &gestures) {
+            return "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"}], "
+                   "\"gestures\": ["
+                    + gestures + "]}";
+        };
+        const QByteArray tap = "{\"id\": \"kept\", \"kind\": \"tap\", \"zone\": \"left\", "
+                               "\"availableActions\": [\"a\", \"b\"], \"defaultAction\": \"a\"}";
+        testing::writeFile(m_directory->filePath("new.json"), configuration(tap));
+        testing::writeFile(m_directory->filePath("old.json"),
+                           configuration(tap + ',' + QByteArray(tap).replace("kept", "gone")));
+        const QByteArray text =
+                "{\"version\": 1, \"actions\": {\"kept\": \"b\", \"gone\": \"b\"}}" + QByteArray(500, '\n');
+        testing::writeFile(file(), text);
+        QProcess strace;
+        strace.start("strace",
+                     {"-qq", "-o", m_directory->filePath("log"), "-e", "inject=rename,renameat,renameat2:error=EBUSY",
+                      "-e", "inject=ftruncate:error=EIO", GESTURECTL, "doctor", "--old",
+                      m_directory->filePath("old.json"), "--new", m_directory->filePath("new.json"), "--bindings",
+                      file(), "--write"});
+        const testing::Run run = testing::ended(&strace);
+        QCOMPARE(run.err,
+                 QString("gesturectl: can not write file: Input/output error (path: %1); the old file is "
+                         "kept as %1.old\n")
+                         .arg(file()));
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(testing::readFile(file() + ".old"), text);
+        QVERIFY(testing::readFile(file()) != text);
+    }
+#endif
+
+    void noRoomForTheNewFileKeepsTheOldOne()
+    {
+        int made = 0;
+        for (const Call &call : trace(3, true)) {
+            if (call.line.contains(".gestures-") && call.line.contains("O_CREAT"))
+                made = call.number;
+        }
+        prepare(true);
+        QCOMPARE(run(saving(3), {QString("openat:error=ENOSPC:when=%1").arg(made)}), 1);
+        QCOMPARE(testing::readFile(file()), m_old);
+    }
+
+    // Until it is like the old one, nobody else can read the new file.
+    void newFileIsPrivateAtFirst()
+    {
+        QStringList made;
+        for (const Call &call : trace(3, true)) {
+            if (call.line.contains(".gestures-") && call.line.contains("O_CREAT"))
+                made.append(call.line);
+        }
+        QCOMPARE(made.size(), 1);
+        QVERIFY2(made[0].contains("O_EXCL|O_NOFOLLOW|O_CLOEXEC, 0600"), qPrintable(made[0]));
+    }
+
+    // Whatever fails while a refused file is saved over: its bytes are there, in the file or beside it.
+    void refusedFileIsNeverLost_data()
+    {
+        QTest::addColumn<QString>("fault");
+        for (const char *fault : {"signal=KILL", "error=ENOSPC", "error=EIO", "error=EACCES", "error=EMFILE"})
+            QTest::newRow(fault) << fault;
+    }
+
+    void refusedFileIsNeverLost()
+    {
+        QFETCH(QString, fault);
+        const bool kill = fault.startsWith("signal");
+        const QStringList program{TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark"};
+        const testing::DataTree tree;
+        testing::writeFile(tree.defaultFile("app"), R"({"gestures": []})");
+        const QString user = tree.userFile("app");
+        m_directory.reset(new QTemporaryDir);
+        testing::writeFile(user, "garbage");
+        int faults = 0;
+        for (const Call &call : calls(program)) {
+            if (!kill && !canFail(call))
+                continue;
+            ++faults;
+            QDir(QFileInfo(user).path()).removeRecursively();
+            testing::writeFile(user, "garbage");
+            const int status = run(program, {QString("%1:%2:when=%3").arg(call.name, fault).arg(call.number)});
+            const QByteArray context = call.line.toUtf8() + ": " + QByteArray::number(status);
+            QVERIFY2(status == (kill ? 128 + 9 : 0), context);
+            const QByteArray kept = testing::readFile(user + ".rejected");
+            const QByteArray now = testing::readFile(user);
+            QVERIFY2(now == "garbage" || (kept == "garbage" && now.startsWith('{')), context + now + kept);
+            QVERIFY2(kill || kept == "garbage" || kept == "(no file)", context + kept);
+        }
+        QVERIFY(faults > 20);
     }
 
 private:
@@ -113,7 +248,10 @@ private:
         return call.name == "mkdirat" ? "mkdir" : call.name == "renameat" ? "rename" : call.name;
     }
 
-    QString file() const { return m_directory->filePath("dir/file"); }
+    QString file() const
+    {
+        return m_directory->filePath("dir/file");
+    }
 
     // Memory and time cannot fail like this, and a close that fails has closed all the same.
     static bool canFail(const Call &call)
@@ -133,14 +271,19 @@ private:
         m_old = testing::readFile(file());
     }
 
-    int run(int gestures, const QString &injection)
+    QStringList saving(int gestures) const
+    {
+        return {TEST_PROGRAMS "/savechild", file(), QString::number(gestures), "n"};
+    }
+
+    int run(const QStringList &program, const QStringList &injections)
     {
         QStringList arguments{"-qq", "-o", m_directory->filePath("log")};
-        if (!injection.isEmpty())
+        for (const QString &injection : injections)
             arguments << "-e"
                       << "inject=" + injection;
         QProcess strace;
-        strace.start("strace", arguments << TEST_PROGRAMS "/savechild" << file() << QString::number(gestures) << "n");
+        strace.start("strace", arguments + program);
         if (!strace.waitForFinished())
             return -1;
         return strace.exitStatus() == QProcess::CrashExit ? 128 + strace.exitCode() : strace.exitCode();
@@ -150,14 +293,15 @@ private:
     QList<Call> trace(int gestures, bool exists)
     {
         prepare(exists);
-        return calls(gestures);
+        const QList<Call> found = calls(saving(gestures));
+        m_new = testing::readFile(file());
+        return found;
     }
 
-    QList<Call> calls(int gestures)
+    QList<Call> calls(const QStringList &program)
     {
-        if (run(gestures, QString()) != 0)
+        if (run(program, {}) != 0)
             qFatal("an undisturbed save fails");
-        m_new = testing::readFile(file());
         QList<Call> found;
         QMap<QString, int> numbers;
         bool within = false;

@@ -7,6 +7,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <fcntl.h>
+#include <grp.h>
+#include <linux/fs.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -101,19 +106,131 @@ private Q_SLOTS:
 
     void accessListStays()
     {
-        // user::rw- user:1234:rw- group::--- mask::rw- other::---
-        static const unsigned char list[] = {2, 0,   0,   0,   1,   0,   6,  0, 255, 255, 255, 255, 2,   0,  6,
-                                             0, 210, 4,   0,   0,   4,   0,  0, 0,   255, 255, 255, 255, 16, 0,
-                                             6, 0,   255, 255, 255, 255, 32, 0, 0,   0,   255, 255, 255, 255};
+        const QByteArray list = testing::accessList(6, 1234, 6, 0, 6, 0);
         testing::writeFile(path("file"), "old");
-        const char *const name = "system.posix_acl_access";
-        if (setxattr(qPrintable(path("file")), name, list, sizeof list, 0) != 0)
+        if (setxattr(qPrintable(path("file")), "system.posix_acl_access", list.constData(), list.size(), 0) != 0)
             QSKIP("this file system keeps no access lists");
         QVERIFY(save(path("file")) > 0);
-        unsigned char now[100];
-        const ssize_t size = getxattr(qPrintable(path("file")), name, now, sizeof now);
-        QCOMPARE(QByteArray(reinterpret_cast<char *>(now), static_cast<int>(size)),
-                 QByteArray(reinterpret_cast<const char *>(list), sizeof list));
+        QCOMPARE(attribute(path("file"), "system.posix_acl_access"), list);
+    }
+
+    void longAccessListStays()
+    {
+        QVERIFY(QDir().mkpath(path("disk")));
+        if (mount("none", qPrintable(path("disk")), "tmpfs", 0, "size=1m") != 0)
+            QSKIP("a file system that keeps such a list can not be mounted here");
+        const QByteArray list = testing::accessList(6, 1000, 4, 0, 6, 0, 1000);
+        testing::writeFile(path("disk/file"), "old");
+        const bool listed =
+                setxattr(qPrintable(path("disk/file")), "system.posix_acl_access", list.constData(), list.size(), 0)
+                == 0;
+        const qint64 saved = save(path("disk/file"));
+        const QByteArray now = attribute(path("disk/file"), "system.posix_acl_access");
+        umount(qPrintable(path("disk")));
+        QVERIFY(listed);
+        QVERIFY(saved > 0);
+        QVERIFY(list.size() > 4096);
+        QCOMPARE(now, list);
+    }
+
+    // What a directory hands to new files is not handed to a file that had it not.
+    void directorysAccessListDoesNotWiden()
+    {
+        QVERIFY(QDir().mkpath(path("dir")));
+        testing::writeFile(path("dir/file"), "old");
+        QCOMPARE(chmod(qPrintable(path("dir/file")), 0640), 0);
+        const QByteArray list = testing::accessList(7, 1234, 7, 7, 7, 7);
+        if (setxattr(qPrintable(path("dir")), "system.posix_acl_default", list.constData(), list.size(), 0) != 0)
+            QSKIP("this file system keeps no access lists");
+        QVERIFY(save(path("dir/file")) > 0);
+        QCOMPARE(attribute(path("dir/file"), "system.posix_acl_access"), QByteArray("(none)"));
+        QCOMPARE(modeOf(path("dir/file")), 0640);
+        // A file that is new gets it.
+        QVERIFY(save(path("dir/new")) > 0);
+        QVERIFY(attribute(path("dir/new"), "system.posix_acl_access") != QByteArray("(none)"));
+    }
+
+    void attributesOfUsersStay()
+    {
+        testing::writeFile(path("file"), "old");
+        const QByteArray note(3000, 'n');
+        if (setxattr(qPrintable(path("file")), "user.note", note.constData(), note.size(), 0) != 0)
+            QSKIP("this file system keeps no extended attributes");
+        QCOMPARE(setxattr(qPrintable(path("file")), "user.empty", "", 0, 0), 0);
+        QVERIFY(save(path("file")) > 0);
+        QCOMPARE(attribute(path("file"), "user.note"), note);
+        QCOMPARE(attribute(path("file"), "user.empty"), QByteArray());
+    }
+
+    // In such a directory a new file gets the directory's group.
+    void groupStaysInADirectoryThatHandsOnItsOwn()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can make such a directory of another group");
+        QVERIFY(QDir().mkpath(path("dir")));
+        QCOMPARE(chown(qPrintable(path("dir")), 0, 1234), 0);
+        QCOMPARE(chmod(qPrintable(path("dir")), 02775), 0);
+        testing::writeFile(path("dir/file"), "old");
+        QCOMPARE(chown(qPrintable(path("dir/file")), 0, 0), 0);
+        QCOMPARE(chmod(qPrintable(path("dir/file")), 0660), 0);
+        QVERIFY(save(path("dir/file")) > 0);
+        const struct stat now = statusOf(path("dir/file"));
+        QCOMPARE(now.st_gid, 0u);
+        QCOMPARE(now.st_mode & 07777, 0660u);
+    }
+
+    void specialBitsStay()
+    {
+        testing::writeFile(path("file"), "old");
+        QCOMPARE(chmod(qPrintable(path("file")), 06750), 0);
+        QVERIFY(save(path("file")) > 0);
+        QCOMPARE(modeOf(path("file")), 06750);
+    }
+
+    // Whoever could read or write somebody else's shared file can do so afterwards.
+    void sharedFileOfSomebodyElse_data()
+    {
+        QTest::addColumn<uint>("owner");
+        QTest::addColumn<uint>("group");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("directly"); // since the file would be another owner's
+        QTest::newRow("the owner is in the group") << 1u << 1u << 0660 << false;
+        QTest::newRow("the owner is not known to be in it") << 1234u << 5678u << 0660 << true;
+        QTest::newRow("the owner may do more than the group") << 1u << 1u << 0760 << true;
+        QTest::newRow("everybody may write") << 1234u << 5678u << 0666 << false;
+    }
+
+    void sharedFileOfSomebodyElse()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can make somebody else's file");
+        QFETCH(uint, owner);
+        QFETCH(uint, group);
+        QFETCH(int, mode);
+        QFETCH(bool, directly);
+        const QString file = path("dir/file");
+        testing::writeFile(file, "old");
+        QCOMPARE(chmod(qPrintable(path("dir")), 0777), 0);
+        QCOMPARE(chown(qPrintable(file), owner, group), 0);
+        QCOMPARE(chmod(qPrintable(file), static_cast<mode_t>(mode)), 0);
+        const ino_t before = statusOf(file).st_ino;
+
+        const auto asUser = [group](uid_t user, const std::function<int()> &run) {
+            return inChild(0, [&]() -> int {
+                const bool becomes =
+                        setgroups(1, &group) == 0 && setgid(user == 4321 ? 4321 : group) == 0 && setuid(user) == 0;
+                return becomes ? run() : 99;
+            });
+        };
+        QCOMPARE(asUser(4321, [&] { return save(file) > 0 ? 0 : 1; }), 0);
+        QVERIFY(isDocument(file));
+        const struct stat now = statusOf(file);
+        QCOMPARE(now.st_gid, group);
+        QCOMPARE(static_cast<int>(now.st_mode & 07777), mode);
+        QCOMPARE(now.st_ino == before, directly);
+        QCOMPARE(now.st_uid, directly ? owner : 4321u);
+        QCOMPARE(asUser(owner, [&] { return save(file) > 0 ? 0 : 1; }), 0);
+        QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
     }
 
     void newFileFollowsTheProcessMask()
@@ -301,6 +418,121 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), exists ? QStringList(QStringLiteral("file")) : QStringList());
     }
 
+    // A file that something is mounted on can only be written directly.
+    void directWrite_data()
+    {
+        QTest::addColumn<int>("oldSize");
+        QTest::addColumn<int>("gestures");
+        QTest::addColumn<QString>("full"); // what there is no more room on
+        QTest::newRow("over a longer file") << 100000 << 10 << "";
+        QTest::newRow("over a shorter file") << 10 << 900 << "";
+        QTest::newRow("full disk, longer than before") << 20000 << 900 << "disk";
+        QTest::newRow("limit, longer than before") << 20000 << 900 << "limit";
+    }
+
+    void directWrite()
+    {
+        QFETCH(int, oldSize);
+        QFETCH(int, gestures);
+        QFETCH(QString, full);
+        QVERIFY(QDir().mkpath(path("disk")));
+        if (mount("none", qPrintable(path("disk")), "tmpfs", 0, "size=256k") != 0)
+            QSKIP("a file system can not be mounted here");
+        const QString file = path("disk/file");
+        const QByteArray old(oldSize, 'o');
+        testing::writeFile(file, old);
+        const bool bound = mount(qPrintable(file), qPrintable(file), nullptr, MS_BIND, nullptr) == 0;
+        QFile filler(path("disk/filler"));
+        const bool opened = filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        while (full == QLatin1String("disk") && filler.write(QByteArray(1024, 'x')) == 1024) {
+        }
+        filler.close();
+        const int result = inChild(geteuid(), [&]() -> int {
+            QObject owner;
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{100, 100};
+            if (full == QLatin1String("limit"))
+                setrlimit(RLIMIT_FSIZE, &limit);
+            return save(file, manyGestures(gestures, &owner)) > 0 ? 0 : 1;
+        });
+        const QByteArray now = testing::readFile(file);
+        umount(qPrintable(file));
+        const QStringList files = testing::filesBelow(path("disk"));
+        umount(qPrintable(path("disk")));
+        QVERIFY(bound && opened);
+        QCOMPARE(result, full.isEmpty() ? 0 : 1);
+        if (full.isEmpty())
+            QVERIFY2(now.startsWith("{\n") && now.endsWith("}\n"), now.left(100));
+        else
+            QCOMPARE(now, old);
+        QCOMPARE(files, QStringList({"file", "filler"}));
+    }
+
+    void appendOnlyDirectory_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("existing") << true;
+        QTest::newRow("absent") << false;
+    }
+
+    void appendOnlyDirectory()
+    {
+        QFETCH(bool, exists);
+        QVERIFY(QDir().mkpath(path("dir")));
+        if (exists)
+            testing::writeFile(path("dir/file"), QByteArray(1000, 'o'));
+        if (!setAppendOnly(path("dir"), true))
+            QSKIP("a directory can not be made append-only here");
+        const qint64 saved = save(path("dir/file"));
+        const QStringList files = testing::filesBelow(path("dir"));
+        QVERIFY(setAppendOnly(path("dir"), false));
+        QVERIFY(saved > 0);
+        QVERIFY(isDocument(path("dir/file")));
+        QCOMPARE(files, QStringList("file"));
+    }
+
+    // What a save left that was killed goes with the next; what is another's, or at work, stays.
+    void straysAreRemoved()
+    {
+        const pid_t ended = fork();
+        if (ended == 0)
+            _exit(0);
+        waitpid(ended, nullptr, 0);
+        const QString gone = path("dir/.gestures-%1-0").arg(ended);
+        const QString atWork = path("dir/.gestures-%1-1").arg(ended);
+        const QString running = path("dir/.gestures-%1-0").arg(getppid());
+        const QStringList others = {path("dir/.gestures-"),
+                                    path("dir/.gestures-%1-").arg(ended),
+                                    path("dir/.gestures-%1-0x").arg(ended),
+                                    path("dir/.gestures--1-0"),
+                                    path("dir/.gestures-0-0"),
+                                    path("dir/.gestures-99999999999999-0"),
+                                    path("dir/gestures-%1-0").arg(ended)};
+        for (const QString &name : QStringList{gone, atWork, running} + others)
+            testing::writeFile(name, "half");
+        QCOMPARE(symlink("file", qPrintable(path("dir/.gestures-%1-3").arg(ended))), 0);
+        QCOMPARE(mkfifo(qPrintable(path("dir/.gestures-%1-4").arg(ended)), 0600), 0);
+        QVERIFY(QDir().mkpath(path("dir/.gestures-%1-5").arg(ended)));
+        QFile locked(atWork);
+        QVERIFY(locked.open(QIODevice::ReadOnly));
+        QCOMPARE(flock(locked.handle(), LOCK_EX), 0);
+
+        QVERIFY(save(path("dir/file")) > 0);
+        QVERIFY(!QFileInfo::exists(gone));
+        for (const QString &name : QStringList{atWork, running} + others)
+            QCOMPARE(testing::readFile(name), QByteArray("half"));
+        QVERIFY(QFileInfo(path("dir/.gestures-%1-3").arg(ended)).isSymLink());
+        QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-4").arg(ended)));
+        QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-5").arg(ended)));
+
+        // Of an earlier process with this one's number.
+        testing::writeFile(path("dir/.gestures-%1-7").arg(getpid()), "half");
+        locked.close();
+        QVERIFY(save(path("dir/file")) > 0);
+        QVERIFY(!QFileInfo::exists(path("dir/.gestures-%1-7").arg(getpid())));
+        QVERIFY(!QFileInfo::exists(atWork));
+    }
+
     void fullFileSystemKeepsTheOldFile_data() { fullDiskKeepsTheOldFile_data(); }
 
     void fullFileSystemKeepsTheOldFile()
@@ -365,10 +597,32 @@ private:
         return testing::readFile(file) == "{\n    \"actions\": {\n    },\n    \"version\": 1\n}\n";
     }
 
-    static int modeOf(const QString &file)
+    static int modeOf(const QString &file) { return static_cast<int>(statusOf(file).st_mode & 07777); }
+
+    static struct stat statusOf(const QString &file)
     {
-        struct stat status;
-        return stat(qPrintable(file), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
+        struct stat status = {};
+        if (stat(qPrintable(file), &status) != 0)
+            qFatal("no such file: %s", qPrintable(file));
+        return status;
+    }
+
+    static QByteArray attribute(const QString &file, const char *name)
+    {
+        QByteArray value(65536, '\0');
+        const ssize_t size = getxattr(qPrintable(file), name, value.data(), static_cast<std::size_t>(value.size()));
+        return size < 0 ? QByteArray("(none)") : value.left(static_cast<int>(size));
+    }
+
+    static bool setAppendOnly(const QString &directory, bool on)
+    {
+        const int descriptor = open(qPrintable(directory), O_RDONLY | O_DIRECTORY);
+        int flags = 0;
+        bool done = ioctl(descriptor, FS_IOC_GETFLAGS, &flags) == 0;
+        flags = on ? flags | FS_APPEND_FL : flags & ~FS_APPEND_FL;
+        done = done && ioctl(descriptor, FS_IOC_SETFLAGS, &flags) == 0;
+        close(descriptor);
+        return done;
     }
 
     static int inChild(uid_t user, const std::function<int()> &run)

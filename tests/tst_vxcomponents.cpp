@@ -2,13 +2,29 @@
 
 #include <vellix/platform/vxcomponents.h>
 
+#include <gesture_api/applicationpaths.h>
+
 #include <QAbstractItemModelTester>
 #include <QDir>
+#include <QScopeGuard>
+#include <QSet>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <stdio.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
 
 using namespace vellix;
 using namespace vellix::components;
+using vellix::gesture::ApplicationPathsConfiguration;
+
+using Load = QString (*)(const QString &);
+Q_DECLARE_METATYPE(Load)
 
 class tst_VxComponents : public QObject
 {
@@ -78,16 +94,94 @@ private Q_SLOTS:
                                      << "Is a directory";
         QTest::newRow("a pipe") << "pipe"
                                 << "Not a regular file";
+        QTest::newRow("a pipe that may not be read") << "closed pipe"
+                                                     << "Not a regular file";
+        QTest::newRow("a directory that may not be read") << "closed directory"
+                                                          << "Is a directory";
+        QTest::newRow("a file that may not be read") << "closed file"
+                                                     << "Permission denied";
+        QTest::newRow("below a file") << "closed file/file"
+                                      << "Not a directory";
+        QTest::newRow("a dangling link") << "dangling"
+                                         << "No such file or directory";
+        QTest::newRow("a link to a pipe") << "link to the pipe"
+                                          << "Not a regular file";
+        QTest::newRow("a circle of links") << "circle"
+                                           << "Too many levels of symbolic links";
+        QTest::newRow("a name too long") << QString(300, QLatin1Char('x')) << "File name too long";
     }
 
     void unreadableFile()
     {
         QTemporaryDir directory;
-        QCOMPARE(mkfifo(qPrintable(directory.filePath(QStringLiteral("pipe"))), 0600), 0);
+        const auto path = [&directory](const char *name) { return QFile::encodeName(directory.filePath(name)); };
+        QCOMPARE(mkfifo(path("pipe"), 0600), 0);
+        QCOMPARE(mkfifo(path("closed pipe"), 0), 0);
+        QCOMPARE(mkdir(path("closed directory"), 0), 0);
+        testing::writeFile(directory.filePath(QStringLiteral("closed file")), "{}");
+        QCOMPARE(chmod(path("closed file"), 0), 0);
+        QCOMPARE(symlink("nowhere", path("dangling")), 0);
+        QCOMPARE(symlink("pipe", path("link to the pipe")), 0);
+        QCOMPARE(symlink("circle", path("circle")), 0);
+        QCOMPARE(chmod(QFile::encodeName(directory.path()), 0755), 0);
         QFETCH(QString, name);
         QFETCH(QString, reason);
         const QString file = directory.path() + QLatin1Char('/') + name;
+        const uid_t self = geteuid(); // root may read everything
+        const auto cleanUp = qScopeGuard([&] { (void)seteuid(self); });
+        QVERIFY(self != 0 || seteuid(65534) == 0);
         QCOMPARE(testing::failure(VariantLoader::loadJson(file)), file + QStringLiteral(": ") + reason);
+    }
+
+    void noName()
+    {
+        const testing::LogCapture quiet;
+        QCOMPARE(testing::failure(VariantLoader::loadJson(QString())), QStringLiteral(": No file name specified"));
+    }
+
+    void pipeThatComesInBetween_data()
+    {
+        QTest::addColumn<Load>("load"); // the failure without the path
+        QTest::newRow("a document") << Load([](const QString &file) {
+            return testing::failure(VariantLoader::loadJson(file)).remove(file + QStringLiteral(": "));
+        });
+        QTest::newRow("the paths of the applications") << Load([](const QString &file) {
+            return testing::failure(ApplicationPathsConfiguration::loadJson(file))
+                    .remove(QStringLiteral(" (path: ") + file + QLatin1Char(')'));
+        });
+    }
+
+    // A file that is one when it is looked at, and a pipe without a writer when it is opened.
+    void pipeThatComesInBetween()
+    {
+        QFETCH(Load, load);
+        QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("file"));
+        const QByteArray fileName = QFile::encodeName(file);
+        const QByteArray pipeName = fileName + ".pipe";
+        testing::writeFile(file, R"({"current": "c", "default": "d", "filename": "f"})");
+        QCOMPARE(mkfifo(pipeName, 0600), 0);
+        const pid_t swapper = fork();
+        while (swapper == 0) {
+            if (renameat2(AT_FDCWD, fileName, AT_FDCWD, pipeName, RENAME_EXCHANGE) != 0 || getppid() == 1)
+                _exit(1);
+        }
+
+        auto outcomes = std::async(std::launch::async, [&] {
+            QSet<QString> all;
+            for (int i = 0; i < 20000; ++i)
+                all.insert(load(file));
+            return all;
+        });
+        const bool ended = outcomes.wait_for(std::chrono::seconds(60)) == std::future_status::ready;
+        kill(swapper, SIGKILL);
+        QCOMPARE(waitpid(swapper, nullptr, 0), swapper);
+        while (outcomes.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+            for (const QByteArray &name : {fileName, pipeName})
+                ::close(::open(name, O_RDWR | O_NONBLOCK)); // a writer that comes and goes
+        }
+        QVERIFY(ended);
+        QCOMPARE(outcomes.get() - QSet<QString>({"no failure", "Not a regular file"}), QSet<QString>());
     }
 
     void deviceIsNoFile()

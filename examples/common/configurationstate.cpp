@@ -116,16 +116,9 @@ QString ConfigurationState::unwritablePlace() const
     return fits && place.isWritable() ? QString() : place.filePath();
 }
 
-QString ConfigurationState::saveProblem(QObject *service) const
+QString ConfigurationState::saveProblem(const QString &reason) const
 {
-    const auto *saved = qobject_cast<GestureService *>(service);
-    if (!saved)
-        return tr("There is nothing to save.");
-    const auto wanted = Bindings::fromVariant(Bindings::toVariant(saved->gestureList()).toMap());
-    const auto found = Bindings::loadJson(m_paths.currentPath());
-    if (found.isRight() && wanted.isRight() && found.right() == wanted.right())
-        return QString();
     const QString place = unwritablePlace();
-    return place.isEmpty() ? tr("The choices were not saved in %1.").arg(expanded(m_paths.currentPath()))
+    return place.isEmpty() ? tr("The choices were not saved: %1.").arg(reason)
                            : tr("The choices were not saved: %1 may not be written.").arg(place);
 }

@@ -36,9 +36,8 @@ public:
 
     /// Reads the files again; call it when the provider has changed its service.
     Q_INVOKABLE void refresh();
-    /// Why the choices of this service are not what the user's file holds now; empty when they are. A service's save()
-    /// only says that it tried.
-    Q_INVOKABLE QString saveProblem(QObject *service) const;
+    /// A sentence about a save that failed, for the reason that a service's trySaveAsString() has returned.
+    Q_INVOKABLE QString saveProblem(const QString &reason) const;
 
 Q_SIGNALS:
     void changed();

@@ -153,8 +153,8 @@ FocusScope {
                 || !service.fastMergeWithQObject(screen.copy)
         let problem = ""
         if (!overtaken) {
-            service.save()
-            problem = configuration.saveProblem(service)
+            const reason = service.trySaveAsString()
+            problem = reason === "" ? "" : configuration.saveProblem(reason)
         }
         const saved = screen.choicesOf(screen.copy)
         provider.readonly = true // the change calls refresh(), which tells of an overtaking

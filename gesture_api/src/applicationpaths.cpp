@@ -8,6 +8,11 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
 namespace vellix {
 namespace gesture {
 
@@ -86,6 +91,20 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::from
                                                prohibited == absent ? QStringList() : prohibited->toStringList()));
 }
 
+// Opens without waiting, whatever the file has become since it was looked at; else says why not.
+static QString openAtOnce(QFile &file)
+{
+    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
+        return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+    const QByteArray name = QFile::encodeName(file.fileName());
+    int descriptor;
+    do {
+        descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
+    return open ? QString() : qt_error_string(errno);
+}
+
 Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
 {
     const QString resolved = resolvedPath(path);
@@ -99,8 +118,16 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::load
         return unreadable(__LINE__, QStringLiteral("Not a regular file"));
 
     QFile file(resolved);
-    if (!file.open(QIODevice::ReadOnly))
-        return unreadable(__LINE__, file.errorString());
+    const QString obstacle = openAtOnce(file);
+    if (!obstacle.isEmpty())
+        return unreadable(__LINE__, obstacle);
+
+    struct stat status;
+    const bool known = fstat(file.handle(), &status) == 0;
+    if (known && S_ISDIR(status.st_mode))
+        return unreadable(__LINE__, QStringLiteral("file to open is a directory"));
+    if (known && !S_ISREG(status.st_mode))
+        return unreadable(__LINE__, QStringLiteral("Not a regular file"));
     return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
 }
 

@@ -1,60 +1,43 @@
 #include "atomicfile.h"
 
+#include "descriptor.h"
+#include "permissions.h"
+
 #include <QFile>
 
-#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
-#include <unistd.h>
 
-#include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <string>
+#include <string_view>
 
 namespace vellix {
 namespace gesture {
 
-namespace {
-class Descriptor
+using Written = Either<SaveFailure, qint64>;
+
+// With the system's words for the error of the last call.
+static Left<SaveFailure> failed(SaveFailure::Step step)
 {
-public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
+    return Left(SaveFailure{step, qt_error_string(errno)});
+}
 
-    bool isOpen() const { return m_descriptor >= 0; }
-    operator int() const { return m_descriptor; }
-
-    bool close()
-    {
-        const int descriptor = m_descriptor;
-        m_descriptor = -1;
-        // Linux closes the descriptor even when a signal interrupts the call.
-        return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
+QString SaveFailure::message(const QString &path) const
+{
+    switch (step) {
+    case Opening:
+        return QStringLiteral("can not open file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    case Writing:
+        return QStringLiteral("can not write file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
+    case Other: break;
     }
-
-private:
-    int m_descriptor;
-};
+    return reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
 }
 
-template <class Call>
-static auto untilNotInterrupted(const Call &call)
-{
-    auto result = call();
-    while (result == -1 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-static int openFile(const std::string &path, int flags, mode_t mode = 0)
-{
-    return untilNotInterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
-}
-
-static bool writeAll(int descriptor, const QByteArray &bytes)
+bool writeAll(int descriptor, const QByteArray &bytes)
 {
     for (qint64 done = 0; done < bytes.size();) {
         const ssize_t count = untilNotInterrupted([&] {
@@ -65,11 +48,6 @@ static bool writeAll(int descriptor, const QByteArray &bytes)
         done += count;
     }
     return true;
-}
-
-static bool sync(int descriptor)
-{
-    return untilNotInterrupted([&] { return ::fsync(descriptor); }) == 0;
 }
 
 // Where the last of a chain of links points to, even when nothing is there yet.
@@ -85,93 +63,172 @@ static std::string followLinks(std::string path)
     return path;
 }
 
-static std::string directoryOf(const std::string &path)
+std::string directoryOf(const std::string &path)
 {
     const std::string directory = std::filesystem::path(path).parent_path().string();
     return directory.empty() ? "." : directory;
 }
 
-static qint64 writeDirectly(int descriptor, const QByteArray &bytes)
+// Room for all bytes, so that what is written over the old ones does not stop half way. The old ones stay.
+static bool reserve(int descriptor, qint64 oldSize, const QByteArray &bytes)
 {
-    struct stat status;
-    if (fstat(descriptor, &status) != 0)
-        return -1;
-    const bool regular = S_ISREG(status.st_mode);
-    if (regular && untilNotInterrupted([&] { return ::ftruncate(descriptor, 0); }) != 0)
-        return -1;
-    return writeAll(descriptor, bytes) && (!regular || sync(descriptor)) ? bytes.size() : -1;
+    if (bytes.isEmpty() || untilNotInterrupted([&] { return ::fallocate(descriptor, 0, 0, bytes.size()); }) == 0)
+        return true;
+    // Where this is not to be had, what the old bytes do not cover is written first.
+    const bool unknown = errno == EOPNOTSUPP || errno == ENOSYS;
+    if (unknown && ::lseek(descriptor, oldSize, SEEK_SET) == oldSize
+        && writeAll(descriptor, bytes.mid(static_cast<int>(qMin<qint64>(oldSize, bytes.size())))))
+        return true;
+    const int error = errno;
+    if (::ftruncate(descriptor, oldSize) == 0)
+        ::fsync(descriptor);
+    errno = error;
+    return false;
 }
 
-static bool syncDirectory(const std::string &directory)
+static bool overwrite(int descriptor, qint64 oldSize, const QByteArray &bytes)
+{
+    return reserve(descriptor, oldSize, bytes) && ::lseek(descriptor, 0, SEEK_SET) == 0 && writeAll(descriptor, bytes)
+            && untilNotInterrupted([&] { return ::ftruncate(descriptor, bytes.size()); }) == 0 && sync(descriptor);
+}
+
+static Written writeDirectly(int descriptor, const struct stat &status, const QByteArray &bytes)
+{
+    const bool done =
+            S_ISREG(status.st_mode) ? overwrite(descriptor, status.st_size, bytes) : writeAll(descriptor, bytes);
+    return done ? Written(Right<qint64>(bytes.size())) : failed(SaveFailure::Writing);
+}
+
+bool syncDirectory(const std::string &directory)
 {
     const Descriptor descriptor(openFile(directory, O_RDONLY | O_DIRECTORY));
     return descriptor.isOpen() && sync(descriptor);
 }
 
-// A new file beside `target`, opened for writing; its name is set.
-static int openBeside(const std::string &target, std::string *name)
+// No object: a save at the process's end still needs it.
+static constexpr std::string_view temporaryPrefix = ".gestures-";
+
+// The process that made a temporary file of this name; 0 for other names.
+static pid_t makerOf(const std::string &name)
 {
-    const std::string stem = directoryOf(target) + "/.gestures-" + std::to_string(getpid()) + '-';
+    if (name.compare(0, temporaryPrefix.size(), temporaryPrefix) != 0)
+        return 0;
+    const char *const end = name.data() + name.size();
+    pid_t process = 0;
+    unsigned attempt = 0;
+    const auto dash = std::from_chars(name.data() + temporaryPrefix.size(), end, process);
+    if (dash.ec != std::errc() || dash.ptr == end || *dash.ptr != '-' || process <= 0)
+        return 0;
+    const auto rest = std::from_chars(dash.ptr + 1, end, attempt);
+    return rest.ec == std::errc() && rest.ptr == end ? process : 0;
+}
+
+static bool isRegular(int descriptor)
+{
+    struct stat status = {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Temporary files of processes that were killed. A process elsewhere may have the same number: its lock tells.
+static void removeStrays(const std::string &directory)
+{
+    std::error_code error;
+    std::filesystem::directory_iterator entry(directory, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const pid_t maker = makerOf(entry->path().filename().string());
+        if (maker == 0 || (maker != ::getpid() && (::kill(maker, 0) == 0 || errno != ESRCH)))
+            continue;
+        const Descriptor stray(openFile(entry->path().string(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK));
+        if (stray.isOpen() && isRegular(stray) && ::flock(stray, LOCK_EX | LOCK_NB) == 0)
+            ::unlink(entry->path().c_str());
+    }
+}
+
+// A new file beside `target`, opened for writing; its name is set.
+static int openBeside(const std::string &target, mode_t mode, std::string *name)
+{
+    const std::string stem =
+            directoryOf(target) + '/' + std::string(temporaryPrefix) + std::to_string(::getpid()) + '-';
     for (int attempt = 0;; ++attempt) {
         *name = stem + std::to_string(attempt);
-        const int descriptor = openFile(*name, O_WRONLY | O_CREAT | O_EXCL, 0666);
+        const int descriptor = openFile(*name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+        if (descriptor >= 0)
+            ::flock(descriptor, LOCK_EX | LOCK_NB);
         if (descriptor >= 0 || errno != EEXIST)
             return descriptor;
     }
 }
 
-// Owner, mode and access list.
-static bool copyPermissions(int from, const struct stat &status, int to)
+// What is made in such a directory stays there: no temporary file could be renamed or removed.
+static bool isAppendOnly(const std::string &directory)
 {
-    // Only root can give a file away; for everybody else it is their own already.
-    const bool same = status.st_uid == geteuid() && status.st_gid == getegid();
-    const bool owned = same || ::fchown(to, status.st_uid, status.st_gid) == 0;
-    if (::fchmod(to, owned ? status.st_mode & 07777 : status.st_mode & 0777) != 0)
-        return false;
-
-    const char *const name = "system.posix_acl_access";
-    char list[4096];
-    const ssize_t size = ::fgetxattr(from, name, list, sizeof list);
-    return size <= 0 || ::fsetxattr(to, name, list, static_cast<std::size_t>(size), 0) == 0;
+    struct statx status = {};
+    return ::statx(AT_FDCWD, directory.c_str(), 0, 0, &status) == 0 && (status.stx_attributes & STATX_ATTR_APPEND) != 0;
 }
 
-// What a directory says that only its owner, or nobody, may change it, though a file in it may be written.
-static bool isRefusal(int error)
+static Written writeNew(const std::string &target, const QByteArray &bytes)
 {
-    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
+    const Descriptor file(openFile(target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666));
+    if (!file.isOpen())
+        return failed(SaveFailure::Opening);
+    if (!writeAll(file, bytes) || !sync(file) || !syncDirectory(directoryOf(target)))
+        return failed(SaveFailure::Writing);
+    return Right<qint64>(bytes.size());
 }
 
-Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &bytes)
+// Returns 0 or the error. Nobody can read the file before it is as accessible as the old one.
+static int fill(Descriptor *temporary, const QByteArray &bytes, int existing, const struct stat &status)
+{
+    if (!writeAll(*temporary, bytes))
+        return errno;
+    if (existing >= 0) {
+        if (const int error = copyPermissions(existing, status, *temporary))
+            return error;
+    }
+    return sync(*temporary) && temporary->close() ? 0 : errno;
+}
+
+static Written replace(const std::string &target, const QByteArray &bytes, Descriptor *existing,
+                       const struct stat &status)
+{
+    std::string name;
+    Descriptor temporary(openBeside(target, existing->isOpen() ? 0600 : 0666, &name));
+    const bool made = temporary.isOpen();
+    int error = made ? fill(&temporary, bytes, *existing, status) : errno;
+    if (error == 0 && std::rename(name.c_str(), target.c_str()) == 0) {
+        existing->close(); // so that the disk hears of the old file's end together with the rename
+        return syncDirectory(directoryOf(target)) ? Written(Right<qint64>(bytes.size())) : failed(SaveFailure::Writing);
+    }
+    error = error == 0 ? errno : error;
+    if (made)
+        ::unlink(name.c_str());
+    if (existing->isOpen() && isRefusal(error))
+        return writeDirectly(*existing, status, bytes);
+    errno = error;
+    return failed(made || existing->isOpen() ? SaveFailure::Writing : SaveFailure::Opening);
+}
+
+Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArray &bytes)
 {
     if (path.isEmpty())
-        return Left(QStringLiteral("No file name specified"));
+        return Left(SaveFailure{SaveFailure::Opening, QStringLiteral("No file name specified")});
     const std::string target = followLinks(QFile::encodeName(path).toStdString());
 
     // The old file says whether it may be written at all; a pipe without a reader must not block.
     Descriptor existing(openFile(target, O_WRONLY | O_NONBLOCK));
     if (!existing.isOpen() && errno != ENOENT)
-        return Left(qt_error_string(errno));
+        return failed(SaveFailure::Opening);
     struct stat status = {};
-    if (existing.isOpen() && (fstat(existing, &status) != 0 || !S_ISREG(status.st_mode)))
-        return Right(writeDirectly(existing, bytes));
+    if (existing.isOpen() && ::fstat(existing, &status) != 0)
+        return failed(SaveFailure::Writing);
+    if (existing.isOpen() && !S_ISREG(status.st_mode))
+        return writeDirectly(existing, status, bytes);
 
-    std::string name;
-    Descriptor temporary(openBeside(target, &name));
-    if (!temporary.isOpen()) {
-        if (!existing.isOpen())
-            return Left(qt_error_string(errno));
-        return Right(isRefusal(errno) ? writeDirectly(existing, bytes) : qint64(-1));
-    }
-
-    const bool filled = (!existing.isOpen() || copyPermissions(existing, status, temporary))
-            && writeAll(temporary, bytes) && sync(temporary) && temporary.close();
-    if (filled && std::rename(name.c_str(), target.c_str()) == 0) {
-        existing.close(); // so that the disk hears of the old file's end together with the rename
-        return Right(syncDirectory(directoryOf(target)) ? qint64(bytes.size()) : qint64(-1));
-    }
-    const bool refused = filled && existing.isOpen() && isRefusal(errno);
-    ::unlink(name.c_str());
-    return Right(refused ? writeDirectly(existing, bytes) : qint64(-1));
+    const std::string directory = directoryOf(target);
+    if (isAppendOnly(directory))
+        return existing.isOpen() ? writeDirectly(existing, status, bytes) : writeNew(target, bytes);
+    removeStrays(directory);
+    return replace(target, bytes, &existing, status);
 }
 
 static void makeDirectories(const std::filesystem::path &directory)

@@ -5,19 +5,45 @@
 #include <QByteArray>
 #include <QString>
 
+#include <string>
+
 namespace vellix {
 namespace gesture {
 
+/// Why a file was not written, and how far that went.
+struct SaveFailure
+{
+    enum Step {
+        Other, // nothing was tried, and the reason says all
+        Opening,
+        Writing
+    };
+    Step step;
+    QString reason; // the system's, except for Other
+
+    /// The step, the reason and the path of the file.
+    QString message(const QString &path) const;
+};
+
 /// Replaces the content of a file in one step: when this returns, or whenever the process or the power
 /// goes, the file holds its old bytes or the new ones, and success means that they are on disk. Links
-/// are followed and permissions kept. Where no new file may be made beside a writable one, and for a
-/// device, it is written directly. Left is the system's reason why the file cannot be opened for
-/// writing, right the number of bytes written or -1 when a later step failed.
-Either<QString, qint64> writeAtomically(const QString &path, const QByteArray &bytes);
+/// are followed, and who may do what with the file stays. Where no new file may be made beside a writable one, or none
+/// that is alike, and for a device, it is written directly; a full disk then still leaves the old bytes. Right is
+/// the number of bytes written.
+Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArray &bytes);
 
 /// Makes the directory of a file with all missing parents, on disk when this returns. What could not be
 /// made shows when the file is opened.
 void makeDirectoriesFor(const QString &path);
+
+/// The directory that a file is in: "." for a bare name.
+std::string directoryOf(const std::string &path);
+
+/// Waits until a directory is on the disk, with the names in it.
+bool syncDirectory(const std::string &directory);
+
+/// Writes all bytes where the descriptor stands.
+bool writeAll(int descriptor, const QByteArray &bytes);
 
 }
 }

@@ -1,6 +1,7 @@
 #include <gesture_api/configuration.h>
 
 #include "atomicfile.h"
+#include "bindings.h"
 #include "resolvedpath.h"
 #include "varianttype.h"
 
@@ -128,7 +129,6 @@ Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &docum
     return read;
 }
 
-using Bindings = QMap<QString, QString>;
 using ParsingError = Configuration::ActionBindings::ParsingError;
 
 Either<ParsingError, Bindings> Configuration::ActionBindings::loadJson(const QString &fileName)
@@ -170,40 +170,48 @@ Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const 
     return Right(bindings);
 }
 
-// The path of every gesture's current action by its id; of one id the last.
-template <class Value>
-static QMap<QString, Value> choicesOf(const QList<Gesture *> &gestures)
+Bindings bindingsOf(const QList<Gesture *> &gestures)
 {
-    QMap<QString, Value> choices;
+    Bindings bindings;
     for (const Gesture *gesture : gestures) {
         if (gesture && gesture->currentAction())
-            choices.insert(gesture->id(), gesture->currentAction()->path());
+            bindings.insert(gesture->id(), gesture->currentAction()->path());
     }
-    return choices;
+    return bindings;
 }
 
 QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
 {
-    return QVariantMap{{QStringLiteral("version"), version},
-                       {QStringLiteral("actions"), choicesOf<QVariant>(gestures)}};
+    QVariantMap actions;
+    const Bindings bindings = bindingsOf(gestures);
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
+        actions.insert(binding.key(), *binding);
+    return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
+}
+
+// What toVariant() gives, without the way through variants. In order, since the object moves all that is behind what it
+// inserts.
+QByteArray bindingsText(const Bindings &bindings)
+{
+    QJsonObject actions;
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
+        actions.insert(binding.key(), *binding);
+    const QJsonObject document{{QStringLiteral("version"), Configuration::ActionBindings::version},
+                               {QStringLiteral("actions"), actions}};
+    return QJsonDocument(document).toJson(QJsonDocument::Indented);
 }
 
 Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
                                                                 const QList<Gesture *> &gestures)
 {
     const QString path = resolvedPath(fileName);
-    // What toVariant() gives, without the way through variants. In order, since the object moves all that is behind
-    // what it inserts.
-    QJsonObject actions;
-    const QMap<QString, QString> choices = choicesOf<QString>(gestures);
-    for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice)
-        actions.insert(choice.key(), *choice);
-    const QJsonObject document{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
-    const QByteArray text = QJsonDocument(document).toJson(QJsonDocument::Indented);
+    const QByteArray text = bindingsText(bindingsOf(gestures));
     makeDirectoriesFor(path);
-    return writeAtomically(path, text).mapLeft([&path](const QString &reason) {
-        return QStringLiteral("can not open file: ") + reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
-    });
+    const auto written = writeAtomically(path, text);
+    if (written.isRight())
+        return Right(written.right());
+    const bool opened = written.left().step != SaveFailure::Opening;
+    return opened ? Either<QString, qint64>(Right<qint64>(-1)) : Left(written.left().message(path));
 }
 
 std::ostream &operator<<(std::ostream &out, const ParsingError &error)

@@ -169,18 +169,21 @@ void Gesture::forget(Action *action)
         m_defaultAction = nullptr;
     if (m_currentAction == action) {
         m_currentAction = nullptr;
+        m_chosen = false;
         announce(this, &Gesture::currentActionChanged, nullptr);
     }
 }
 
 void Gesture::setCurrentAction(Action *action)
 {
-    if (action && action->m_dying)
+    const bool dying = action && action->m_dying;
+    if (dying)
         action = nullptr;
     if (action == m_currentAction)
         return;
     Action *previous = m_currentAction;
     m_currentAction = action;
+    m_chosen = !dying;
     join(action);
     if (!uses(previous))
         leave(previous);

@@ -1,17 +1,13 @@
 #include <gesture_api/gestureservice.h>
 
-#include "atomicfile.h"
 #include "dump.h"
 #include "gestureindex.h"
-#include "resolvedpath.h"
+#include "userfile.h"
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/zones.h>
 
 #include <vellix/exitnotifier.h>
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -37,15 +33,17 @@ QMap<QString, QRectF> GestureService::predefinedZones = makePredefinedZones();
 GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                                QObject *parent)
     : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
-      m_readonly(readonly), m_gestures([this] { return load(); })
+      m_readonly(readonly), m_userFile(std::make_shared<UserFile>(paths.currentPath())),
+      m_gestures([this] { return load(); })
 {
-    connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, this, &GestureService::save);
+    connect(ExitNotifier::instance(), &ExitNotifier::prepareExit, this, &GestureService::saveAtExit);
 }
 
 GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                                const GestureList &gestures, bool pruned, QObject *parent)
     : QObject(parent), m_paths(paths), m_featuresProvider(featuresProvider), m_wantsFeatures(featuresProvider),
       m_readonly(readonly), m_pruned(pruned), m_state(Loaded),
+      m_userFile(std::make_shared<UserFile>(paths.currentPath())),
       m_gestures([clones = Gesture::cloneList(gestures.get(), this)] { return clones; })
 {
 }
@@ -88,7 +86,7 @@ Gesture *GestureService::findGestureByZone(const QString &mode, const Gesture::K
 GestureService *GestureService::clone(QObject *parent) const
 {
     auto *copy = new GestureService(m_paths, m_featuresProvider, m_readonly, m_gestures, m_pruned, parent);
-    copy->m_userFileRejected = m_userFileRejected;
+    copy->m_userFile = std::make_shared<UserFile>(*m_userFile);
     return copy;
 }
 
@@ -157,18 +155,81 @@ bool GestureService::fastMergeWithQObject(QObject *other)
     return fastMerge(qobject_cast<GestureService *>(other));
 }
 
+// A file that can not be opened ends the process where errors that nobody takes do.
+static void report(const SaveFailure &failure, const QString &path)
+{
+    if (failure.step == SaveFailure::Opening)
+        Either<QString, qint64>(Left(failure.message(path))).qGetOrErr(0);
+    else
+        qCritical() << "[error] not saved:" << failure.message(path);
+}
+
 bool GestureService::save()
 {
     m_saved = true;
     if (m_readonly || m_pruned)
         return false;
-    // There is nothing to save then, and much to lose.
-    if (m_state != Loaded && !mayStillLoad())
-        return true;
-    const QList<Gesture *> &gestures = gestureList();
-    if (keepRejectedFile())
-        ActionBindings::saveJson(m_paths.currentPath(), gestures).qGetOrErr(0);
+    const auto saved = saveChoices();
+    if (saved.isLeft())
+        report(saved.left(), m_userFile->path());
     return true;
+}
+
+Either<QString, qint64> GestureService::trySave()
+{
+    m_saved = true;
+    if (m_readonly)
+        return Left(QStringLiteral("the service is read-only"));
+    if (m_pruned)
+        return Left(QStringLiteral("the service is pruned"));
+    return saveChoices().mapLeft([this](const SaveFailure &failure) { return failure.message(m_userFile->path()); });
+}
+
+QString GestureService::trySaveAsString()
+{
+    const auto saved = trySave();
+    if (saved.isRight())
+        return QString();
+    qCritical() << "[error] not saved:" << saved.left();
+    return saved.left();
+}
+
+Either<SaveFailure, qint64> GestureService::saveChoices()
+{
+    if (!mayLoad())
+        return Left(SaveFailure{SaveFailure::Other, QStringLiteral("the gestures are not loaded")});
+    const auto saved = m_userFile->save(bindingsOf(gestureList()));
+    if (saved.isRight())
+        markSaved();
+    return saved;
+}
+
+void GestureService::markSaved()
+{
+    for (Gesture *gesture : gestureList()) {
+        if (gesture)
+            gesture->m_chosen = false;
+    }
+}
+
+// Other programs may have saved since, and other services of this one: their choices stay.
+void GestureService::saveAtExit()
+{
+    m_saved = true;
+    if (m_readonly || m_pruned || !m_userFile->isOwn() || !mayLoad())
+        return;
+    UserFile::Choices choices;
+    for (const Gesture *gesture : gestureList()) {
+        if (!gesture || !gesture->m_chosen)
+            continue;
+        const Action *action = gesture->currentAction();
+        choices.insert(gesture->id(), action ? std::make_optional(action->path()) : std::nullopt);
+    }
+    const auto saved = m_userFile->saveUnlessChanged(bindingsOf(gestureList()), choices);
+    if (saved.isLeft())
+        report(saved.left(), m_userFile->path());
+    else
+        markSaved();
 }
 
 bool GestureService::prune()
@@ -177,21 +238,21 @@ bool GestureService::prune()
     return PathResolver::newDefault().remove(m_paths.currentPath().toStdString());
 }
 
-// Not from within a load, which may end the process, nor after the features provider has died, without
-// which the configuration could not be read.
-bool GestureService::mayStillLoad() const
+// Not from within a load, which may end the process, nor after the features provider was destroyed, without
+// which the configuration could not be read: there is nothing to save then, and much to lose.
+bool GestureService::mayLoad() const
 {
-    return m_state == NotLoaded && (m_featuresProvider || !m_wantsFeatures);
+    return m_state == Loaded || (m_state == NotLoaded && (m_featuresProvider || !m_wantsFeatures));
 }
 
 QList<Gesture *> GestureService::load()
 {
     m_state = Loading;
-    const QMap<QString, QString> bindings = loadBindings();
+    const Bindings bindings = loadBindings();
     const auto gestures =
             Configuration::loadJson(m_paths.defaultPath(), m_featuresProvider, predefinedZones, bindings, this);
     if (gestures.isLeft() && !bindings.isEmpty())
-        *m_userFileRejected = true;
+        m_userFile->refuse();
     const QList<Gesture *> list = gestures.getOrErr({});
     m_index.reset(); // of the list of a lookup that came from within this load
     m_state = Loaded;
@@ -200,51 +261,15 @@ QList<Gesture *> GestureService::load()
 
 QMap<QString, QString> GestureService::loadBindings()
 {
-    const QMap<QString, QString> none;
-    if (!m_paths.currentPathExists())
-        return none;
-    const auto bindings = ActionBindings::loadJson(m_paths.currentPath());
+    const Bindings none;
+    const auto bindings = m_userFile->load(!m_readonly);
     if (bindings.isRight())
         return bindings.right();
-
-    *m_userFileRejected = true;
     const auto *mismatch = boost::get<ActionBindings::ParsingError::VersionNotMatch>(&bindings.left().value);
     if (!mismatch)
         return bindings.getOrErr(none);
     qWarning() << "[warn] version not match: found:" << mismatch->version << "needed:" << ActionBindings::version;
     return none;
-}
-
-static bool isWritten(const Either<QString, qint64> &result)
-{
-    return result.isRight() && result.right() >= 0;
-}
-
-// What a save is about to overwrite is somebody's choice that we did not understand.
-bool GestureService::keepRejectedFile()
-{
-    if (!*m_userFileRejected)
-        return true;
-    const QString path = resolvedPath(m_paths.currentPath());
-    const QFileInfo info(path);
-    if (!info.isFile()) {
-        *m_userFileRejected = false; // gone: what comes after it is not what was rejected
-        return true;
-    }
-    if (!info.isWritable())
-        return true; // the save will say so
-
-    // Read to its end before an earlier rejected file is replaced.
-    QFile file(path);
-    const bool open = file.open(QIODevice::ReadOnly);
-    const QByteArray bytes = open ? file.readAll() : QByteArray();
-    const bool read = open && file.error() == QFileDevice::NoError;
-    if (!read || !isWritten(writeAtomically(path + QStringLiteral(".rejected"), bytes))) {
-        qCritical() << "[error] not saved, the rejected file can not be kept beside it (path:" << path << ")";
-        return false;
-    }
-    *m_userFileRejected = false;
-    return true;
 }
 
 }

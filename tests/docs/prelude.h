@@ -17,6 +17,7 @@
 using namespace vellix;
 using namespace vellix::gesture;
 
+extern QCoreApplication app;
 extern DefaultFeaturesProvider features;
 extern GestureServiceProvider provider;
 extern GestureService *service;

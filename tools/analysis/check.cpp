@@ -25,8 +25,7 @@ Check::Check(const QVector<QStringList> &devices) : m_devices(devices) {}
 // The loader's reason, without the path and the place that it puts before it.
 static QString reasonOf(const Error &error, const QString &path)
 {
-    const QString words =
-            QString::fromStdString(error.records.empty() ? "undefined error" : error.records.front().message);
+    const QString words = messageOf(error);
     return words.startsWith(path + QStringLiteral(": ")) ? words.mid(path.size() + 2) : words;
 }
 

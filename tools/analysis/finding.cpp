@@ -4,11 +4,6 @@
 
 namespace analysis {
 
-QString quoted(const QString &name)
-{
-    return QLatin1Char('\'') + name + QLatin1Char('\'');
-}
-
 void Findings::add(const Rule &rule, const Place &place, const QString &text, const QString &hint)
 {
     m_list.append({&rule, text, hint.isEmpty() ? QString::fromUtf8(rule.hint) : hint, &place.text(), place.span(), {}});

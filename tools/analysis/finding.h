@@ -2,15 +2,13 @@
 
 #include "jsontext.h"
 #include "rule.h"
+#include "words.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 namespace analysis {
-
-/// A name of the configuration as the texts of findings write it.
-QString quoted(const QString &name);
 
 /// One thing that a check found. The text that it points into must outlive it.
 struct Finding

@@ -57,9 +57,9 @@ void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStrin
             continue;
         const QString meant = nearestTo(member.key(), known);
         findings->add(rules::unknownKey, place[member.key()].name(),
-                      QStringLiteral("nobody reads '") + member.key() + QLatin1Char('\''),
+                      QStringLiteral("nobody reads ") + quoted(member.key()),
                       meant.isEmpty() ? QStringLiteral("Known here: ") + known.join(QStringLiteral(", "))
-                                      : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
+                                      : QStringLiteral("Did you mean ") + quoted(meant) + QLatin1Char('?'));
     }
 }
 

@@ -18,10 +18,7 @@ namespace analysis {
 template <class T>
 QString wordsOf(const vellix::Either<vellix::Error, T> &result)
 {
-    if (result.isRight())
-        return {};
-    const auto &records = result.left().records;
-    return QString::fromStdString(records.empty() ? "undefined error" : records.front().message);
+    return result.isRight() ? QString() : messageOf(result.left());
 }
 
 /// What a reader says of an object; null when it takes it.

@@ -23,17 +23,14 @@ static QString textOf(const Finding &finding)
                                      : finding.text + QStringLiteral(" (") + finding.devices + QLatin1Char(')');
 }
 
-// What a terminal shows and does not obey.
-static QString printable(const QString &text)
+// A part of a line as it is shown, where a tab is a blank; not with half a character that was cut.
+static QString shownPart(QString text)
 {
-    QString shown = text;
-    for (QChar &c : shown) {
-        if (c == QLatin1Char('\t'))
-            c = QLatin1Char(' ');
-        else if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
-            c = QChar(QChar::ReplacementCharacter);
-    }
-    return shown;
+    if (!text.isEmpty() && text.at(0).isLowSurrogate())
+        text.remove(0, 1);
+    if (!text.isEmpty() && text.at(text.size() - 1).isHighSurrogate())
+        text.chop(1);
+    return shown(text.replace(QLatin1Char('\t'), QLatin1Char(' ')));
 }
 
 // As many blanks as a text is wide.
@@ -53,15 +50,15 @@ static QString excerpt(const Finding &finding)
     const int markEnd = std::max(std::min(finding.span.end, line.end), finding.span.begin);
     // As many bytes as so many characters may have.
     const auto part = [&text](int from, int to) {
-        return printable(QString::fromUtf8(text.bytes().mid(from, std::min(to - from, 4 * (before + behind)))));
+        return QString::fromUtf8(text.bytes().mid(from, std::min(to - from, 4 * (before + behind))));
     };
     QString left = part(std::max(line.begin, finding.span.begin - 4 * before), finding.span.begin);
-    if (left.size() > before || finding.span.begin - line.begin > 4 * before)
-        left = QStringLiteral("…") + left.right(before);
-    const QString marked = part(finding.span.begin, markEnd).left(before);
+    const bool isCut = left.size() > before || finding.span.begin - line.begin > 4 * before;
+    left = isCut ? QStringLiteral("…") + shownPart(left.right(before)) : shownPart(left);
+    QString marked = part(finding.span.begin, markEnd).left(before);
     QString right = part(finding.span.begin, line.end).mid(marked.size());
-    if (right.size() > behind)
-        right = right.left(behind) + QStringLiteral("…");
+    right = right.size() > behind ? shownPart(right.left(behind)) + QStringLiteral("…") : shownPart(right);
+    marked = shownPart(marked);
     const int length = std::max(1, blanksFor(marked).size());
     return QStringLiteral("    ") + left + marked + right + QStringLiteral("\n    ") + blanksFor(left)
             + QLatin1Char('^') + QString(length - 1, QLatin1Char('~'));
@@ -70,18 +67,17 @@ static QString excerpt(const Finding &finding)
 QString toText(const Finding &finding)
 {
     const Position position = finding.file->positionOf(finding.span.begin);
-    QString text =
-            QStringLiteral("%1:%2:%3: ").arg(printable(finding.file->path())).arg(position.line).arg(position.column)
-            + levelOf(finding) + QStringLiteral(": ") + printable(textOf(finding)) + QStringLiteral(" [")
+    QString text = QStringLiteral("%1:%2:%3: ").arg(shown(finding.file->path())).arg(position.line).arg(position.column)
+            + levelOf(finding) + QStringLiteral(": ") + shown(textOf(finding)) + QStringLiteral(" [")
             + QLatin1String(finding.rule->id) + QStringLiteral("]\n");
     if (!finding.file->bytes().isEmpty())
         text += excerpt(finding) + QLatin1Char('\n');
     if (!finding.hint.isEmpty())
-        text += QStringLiteral("    hint: ") + printable(finding.hint) + QLatin1Char('\n');
+        text += QStringLiteral("    hint: ") + shown(finding.hint) + QLatin1Char('\n');
     return text;
 }
 
-QString toJson(const Findings &findings, const QStringList &files)
+QJsonDocument toJson(const Findings &findings, const QStringList &files)
 {
     QJsonArray list;
     for (const Finding &finding : findings.list()) {
@@ -102,7 +98,7 @@ QString toJson(const Findings &findings, const QStringList &files)
                              {QStringLiteral("errors"), findings.count(Severity::Error)},
                              {QStringLiteral("warnings"), findings.count(Severity::Warning)},
                              {QStringLiteral("findings"), list}};
-    return QString::fromUtf8(QJsonDocument(report).toJson());
+    return QJsonDocument(report);
 }
 
 static QJsonObject sarifText(const QString &text)
@@ -131,7 +127,7 @@ static QJsonObject sarifResult(const Finding &finding)
             {QStringLiteral("locations"), QJsonArray{location}}};
 }
 
-QString toSarif(const Findings &findings, const QString &toolVersion)
+QJsonDocument toSarif(const Findings &findings, const QString &toolVersion)
 {
     QJsonArray ruleList;
     for (const Rule *rule : allRules()) {
@@ -155,7 +151,7 @@ QString toSarif(const Findings &findings, const QString &toolVersion)
     const QJsonObject log{{QStringLiteral("$schema"), QStringLiteral("https://json.schemastore.org/sarif-2.1.0.json")},
                           {QStringLiteral("version"), QStringLiteral("2.1.0")},
                           {QStringLiteral("runs"), QJsonArray{run}}};
-    return QString::fromUtf8(QJsonDocument(log).toJson());
+    return QJsonDocument(log);
 }
 
 }

@@ -2,18 +2,20 @@
 
 #include "check.h"
 
+#include <QJsonDocument>
 #include <QString>
 
 // What a check found, for a person, a program and a code review.
 
 namespace analysis {
 
-/// `FILE:LINE:COLUMN: error|warning: TEXT [RULE]`, the line of the file with the place marked under it, and a hint.
+/// `FILE:LINE:COLUMN: error|warning: TEXT [RULE]`, the line of the file with the place marked under it, and a hint:
+/// each line as it is shown.
 QString toText(const Finding &finding);
 
-QString toJson(const Findings &findings, const QStringList &files);
+QJsonDocument toJson(const Findings &findings, const QStringList &files);
 
 /// SARIF 2.1.0.
-QString toSarif(const Findings &findings, const QString &toolVersion);
+QJsonDocument toSarif(const Findings &findings, const QString &toolVersion);
 
 }

@@ -303,15 +303,6 @@ static Place placeOfZone(const Entry &entry)
             .place[entry.map.contains(QStringLiteral("zone")) ? QStringLiteral("zone") : QStringLiteral("direction")];
 }
 
-static QString percent(double share)
-{
-    if (share < 0.001)
-        return QStringLiteral("less than 0.1 %");
-    if (share > 0.999 && share < 1 - 1e-9)
-        return QStringLiteral("more than 99.9 %");
-    return QString::number(100 * share, 'g', 3) + QStringLiteral(" %");
-}
-
 static QString list(const QStringList &texts)
 {
     if (texts.size() < 2)

@@ -1,5 +1,7 @@
 #include "application.h"
 
+#include "output.h"
+
 #include <analysis/check.h>
 
 #include <gesture_api/action.h>
@@ -22,12 +24,6 @@ const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/applicat
 QString resolved(const QString &path)
 {
     return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
-}
-
-static QString words(const Error &error)
-{
-    return error.records.empty() ? QStringLiteral("undefined error")
-                                 : QString::fromStdString(error.records.front().message);
 }
 
 // Of all that a check finds the error that the loader means, which stops at the first.
@@ -54,7 +50,7 @@ static analysis::Findings findingsOf(const analysis::Check &check)
 static Failure badFile(const QString &path, const analysis::Check &check, const Error &error)
 {
     const QString file = resolved(path);
-    const QString reason = words(error);
+    const QString reason = messageOf(error);
     const analysis::Findings findings = findingsOf(check);
     const analysis::Finding *finding = errorOf(findings, reason);
     if (finding && finding->rule != &analysis::rules::unreadable) {
@@ -76,7 +72,9 @@ Result<ApplicationPaths> pathsOf(const QString &appId)
         check.paths(pathsFile);
         return Left(badFile(pathsFile, check, rules.left()));
     }
-    return rules.right().appPaths(appId).mapLeft([](const Error &error) { return Failure{WrongUse, words(error)}; });
+    return rules.right().appPaths(appId).mapLeft([](const Error &error) {
+        return Failure{WrongUse, messageOf(error)};
+    });
 }
 
 Result<Bindings> bindingsOf(const ApplicationPaths &paths)
@@ -101,7 +99,7 @@ static Failure refused(const ApplicationPaths &paths, const Bindings &bindings, 
     const bool isSound = findingsOf(check).count(analysis::Severity::Error) == 0;
     return isSound
             ? Failure{BadFiles,
-                      QStringList(bindings.keys()).join(QStringLiteral(", ")) + QStringLiteral(": ") + words(error)}
+                      QStringList(bindings.keys()).join(QStringLiteral(", ")) + QStringLiteral(": ") + messageOf(error)}
             : failure;
 }
 

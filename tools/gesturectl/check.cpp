@@ -1,3 +1,4 @@
+#include "output.h"
 #include "verbs.h"
 
 #include <analysis/report.h>
@@ -6,8 +7,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-
-#include <cstdio>
 
 using namespace vellix;
 using namespace vellix::gesture;
@@ -31,7 +30,7 @@ static Result<ExitStatus> checkApplication(Check *check, const ApplicationPathsC
 {
     return rules.appPaths(appId)
             .mapLeft([](const Error &error) {
-                return Failure{WrongUse, QString::fromStdString(error.records.front().message)};
+                return Failure{WrongUse, messageOf(error)};
             })
             .map([&](const ApplicationPaths &paths) {
                 const QString own = paths.currentPathExists() ? paths.currentPath() : QString();
@@ -96,12 +95,12 @@ static QString counted(int count, const QString &what)
 static void report(const Findings &findings, const QStringList &files, CheckRequest::Format format)
 {
     switch (format) {
-    case CheckRequest::Json: print(analysis::toJson(findings, files).trimmed()); return;
-    case CheckRequest::Sarif: print(analysis::toSarif(findings, QStringLiteral(GESTURECTL_VERSION)).trimmed()); return;
+    case CheckRequest::Json: print(analysis::toJson(findings, files)); return;
+    case CheckRequest::Sarif: print(analysis::toSarif(findings, QStringLiteral(GESTURECTL_VERSION))); return;
     case CheckRequest::Text: break;
     }
     for (const analysis::Finding &finding : findings.list())
-        print(analysis::toText(finding));
+        print(analysis::toText(finding).split(QLatin1Char('\n')));
     print(QStringLiteral("%1 and %2 in %3")
                   .arg(counted(findings.count(Severity::Error), QStringLiteral("error")),
                        counted(findings.count(Severity::Warning), QStringLiteral("warning")),

@@ -1,6 +1,7 @@
 #include "commandline.h"
 
 #include "helpformatter.h"
+#include "output.h"
 
 #include <CLI/CLI.hpp>
 
@@ -10,6 +11,7 @@
 
 #include <limits>
 #include <memory>
+#include <sstream>
 
 using vellix::gesture::Gesture;
 
@@ -136,6 +138,17 @@ CommandLine::CommandLine()
 
 CommandLine::~CommandLine() = default;
 
+// The help of the verb that was given, or the version.
+static void printWanted(const CLI::App &cli, const CLI::Success &wanted)
+{
+    std::ostringstream text;
+    cli.exit(wanted, text, text);
+    QString lines = QString::fromStdString(text.str());
+    if (lines.endsWith(QLatin1Char('\n')))
+        lines.chop(1);
+    print(lines.split(QLatin1Char('\n')));
+}
+
 std::optional<int> CommandLine::parse(int argc, char *argv[])
 {
     // Else it is told among all that stands behind it.
@@ -151,7 +164,8 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
     try {
         m_cli->parse(argc, argv);
     } catch (const CLI::Success &wanted) { // help, version
-        return m_cli->exit(wanted);
+        printWanted(*m_cli, wanted);
+        return Success;
     } catch (const CLI::ParseError &error) {
         printError(text(error.what()));
         return WrongUse;

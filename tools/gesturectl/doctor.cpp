@@ -1,6 +1,7 @@
 #include "verbs.h"
 
 #include "bindingsfile.h"
+#include "output.h"
 
 #include <gesture_api/gestureservice.h>
 
@@ -53,12 +54,7 @@ struct Repair
 };
 }
 
-static QString quoted(const QString &text)
-{
-    return QLatin1Char('\'') + text + QLatin1Char('\'');
-}
-
-static QString quoted(const Action *action)
+static QString nameOf(const Action *action)
 {
     return action ? quoted(action->path()) : QStringLiteral("none");
 }
@@ -95,15 +91,15 @@ static QString unknownNote(const Gesture *was, const Update &update)
 
 static QString defaultNote(const Gesture *was, const Gesture *is, const QString &choice)
 {
-    const bool changed = was && quoted(was->defaultAction()) != quoted(is->defaultAction());
+    const bool changed = was && nameOf(was->defaultAction()) != nameOf(is->defaultAction());
     if (is->defaultAction() && is->defaultAction()->path() == choice) {
-        return changed ? QStringLiteral("only repeats the new default, which was ") + quoted(was->defaultAction())
+        return changed ? QStringLiteral("only repeats the new default, which was ") + nameOf(was->defaultAction())
                        : QStringLiteral("only repeats the default");
     }
     if (!changed)
         return {};
     return QStringLiteral("the default changed from %1 to %2, the choice stays")
-            .arg(quoted(was->defaultAction()), quoted(is->defaultAction()));
+            .arg(nameOf(was->defaultAction()), nameOf(is->defaultAction()));
 }
 
 static QString offerNote(const Gesture *was, const Gesture *is, const QString &choice)
@@ -120,7 +116,7 @@ static QStringList effectNotes(const Gesture *bound)
     QStringList notes;
     const Action *choice = bound->defaultAction();
     if (bound->currentAction()->path() != choice->path())
-        notes.append(QStringLiteral("hidden by the fixed 'currentAction' ") + quoted(bound->currentAction()));
+        notes.append(QStringLiteral("hidden by the fixed 'currentAction' ") + nameOf(bound->currentAction()));
     if (!choice->supported())
         notes.append(QStringLiteral("not supported on this device"));
     return notes;
@@ -170,12 +166,6 @@ static double commonArea(const QVector<QRectF> &a, const QVector<QRectF> &b)
         }
     }
     return area;
-}
-
-static QString percent(double share)
-{
-    return share < 0.001 ? QStringLiteral("less than 0.1 %")
-                         : QString::number(qRound(share * 1000) / 10.0) + QStringLiteral(" %");
 }
 
 // Such as "30 % to 'X'"; of those only that take touches which the gesture had before.
@@ -256,7 +246,7 @@ static Bindings refusalsOf(const QString &file, const FeaturesProvider *features
     if (bindings.isEmpty() || loaded.isRight())
         return {};
     if (bindings.size() == 1)
-        return {{bindings.firstKey(), QString::fromStdString(loaded.left().records.front().message)}};
+        return {{bindings.firstKey(), messageOf(loaded.left())}};
 
     Bindings halves[2];
     int index = 0;
@@ -337,12 +327,6 @@ static Result<QString> keepBeside(const QString &file)
     fsync(directory);
     close(directory);
     return Right(copy.fileName());
-}
-
-static QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Writes the bindings without those that are dropped, and checks first that the new configuration takes the rest.
@@ -429,6 +413,8 @@ Result<ExitStatus> doctor(const QString &oldFile, const QString &newFile, const 
     std::optional<BindLock> lock;
     if (isWriting)
         lock.emplace(own.right());
+    if (lock && lock->failure())
+        return Left(*lock->failure());
 
     const auto bindings = appId.isEmpty() ? bindingsOfFile(own.right()) : bindingsOf(own.right());
     if (bindings.isLeft())

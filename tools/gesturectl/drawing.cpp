@@ -433,7 +433,7 @@ static void drawLabels(QPainter *painter, const Panel &panel)
         if (entry.reach.none)
             continue;
         const auto label =
-                labelIn(largestPart(entry.reach), {numberOf(i), shown(entry.gesture->id()), actionPath(entry)});
+                labelIn(largestPart(entry.reach), {numberOf(i), shortened(entry.gesture->id()), actionPath(entry)});
         if (!label) {
             outside.append(i);
             continue;
@@ -458,7 +458,7 @@ static Block blockOf(const Panel &panel, int index)
 {
     const double width = screen.width() - indent;
     const Panel::Entry &entry = panel.entries.at(index);
-    Block block{{elided(shown(entry.gesture->id()), Bold, width), Bold},
+    Block block{{elided(shortened(entry.gesture->id()), Bold, width), Bold},
                 {elided(entry.zone + QStringLiteral(":  ") + actionText(entry), Plain, width), Plain}};
     QStringList texts = remarks(panel, entry, numberOf);
     for (int i = 0; i + 1 < texts.size(); ++i)
@@ -610,8 +610,9 @@ static QVector<QPointF> placesOfKey(double width)
 static void drawHead(QPainter *painter, const Page &page, double width)
 {
     painter->setPen(Qt::black);
-    drawText(painter, QPointF(), elided(QStringLiteral("Gestures of ") + shown(page.application), Large, width), Large);
-    drawText(painter, QPointF(0, 24), elided(shown(page.file), Plain, width), Plain);
+    drawText(painter, QPointF(), elided(QStringLiteral("Gestures of ") + shortened(page.application), Large, width),
+             Large);
+    drawText(painter, QPointF(0, 24), elided(shortened(page.file), Plain, width), Plain);
     const QVector<QPointF> places = placesOfKey(width);
     for (int i = 0; i < key().size(); ++i) {
         const QPointF at = QPointF(0, 52) + places.at(i);
@@ -686,7 +687,7 @@ QByteArray svg(const Page &page)
     generator.setSize(layout.size.toSize());
     generator.setViewBox(QRectF(QPointF(), layout.size));
     generator.setResolution(96);
-    generator.setTitle(QStringLiteral("Gestures of ") + shown(page.application));
+    generator.setTitle(QStringLiteral("Gestures of ") + shortened(page.application));
     QPainter painter(&generator);
     painter.fillRect(QRectF(QPointF(), layout.size), Qt::white);
     drawPage(&painter, page, layout);

@@ -1,6 +1,7 @@
 #include "verbs.h"
 
 #include "bindingsfile.h"
+#include "output.h"
 
 #include <QJsonObject>
 
@@ -72,6 +73,8 @@ Result<ExitStatus> importBindings(const QString &appId, const QString &file, boo
     std::optional<BindLock> lock;
     if (!isDryRun)
         lock.emplace(paths.right());
+    if (lock && lock->failure())
+        return Left(*lock->failure());
     const auto current = bindingsOf(paths.right());
     if (current.isLeft()) {
         const QString advice = QStringLiteral("; it is left as it is: repair it, or remove it with 'gesturectl reset'");
@@ -88,7 +91,7 @@ Result<ExitStatus> importBindings(const QString &appId, const QString &file, boo
         wanted.remove(id);
     }
     const QStringList lines = difference(current.right(), wanted);
-    print(lines.isEmpty() ? QStringLiteral("no difference") : lines.join(QLatin1Char('\n')));
+    print(lines.isEmpty() ? QStringList(QStringLiteral("no difference")) : lines);
     if (isDryRun || lines.isEmpty())
         return Right(Success);
     return writeBindings(paths.right(), gestures.right(), wanted);

@@ -1,17 +1,13 @@
+#include "output.h"
 #include "verbs.h"
 
 #include <gesture_api/action.h>
 
-#include <vellix/platform/baseutil.h>
 #include <vellix/platform/vxcomponents.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
-
-#include <string>
-#include <vector>
 
 using namespace vellix;
 using namespace vellix::gesture;
@@ -119,7 +115,7 @@ static FileDefault fileDefaultOf(const QVariant &value, const QList<Action *> &a
     for (const QVariant &alternative : alternatives) {
         const auto action = Action::fromVariant(alternative, features, actions, owner);
         if (action.isLeft()) {
-            found.fault = QString::fromStdString(action.left().records.front().message);
+            found.fault = messageOf(action.left());
             return found;
         }
         found.path = action.right()->path();
@@ -203,14 +199,11 @@ static QString outcomeOf(const Row &row, const Explanation &explanation)
 
 static void printRows(const Explanation &explanation)
 {
-    std::vector<std::string> ids;
+    QList<QStringList> rows;
     for (const Row &row : explanation.rows)
-        ids.push_back(row.gesture->id().toStdString());
-    ids = Utf8::alignLeftByWhitespace(ids);
-    for (int i = 0; i < explanation.rows.size(); ++i)
-        print(QString::fromStdString(ids[static_cast<std::size_t>(i)]) + QStringLiteral("  ")
-              + outcomeOf(explanation.rows.at(i), explanation));
-    if (!explanation.rows.isEmpty())
+        rows.append({row.gesture->id(), outcomeOf(row, explanation)});
+    printTable(rows);
+    if (!rows.isEmpty())
         print(QString());
 }
 
@@ -345,7 +338,7 @@ Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
 
     const Explanation explanation = explanationOf(gestures.right(), root, touch, &features, bindings.right());
     if (json)
-        print(QString::fromUtf8(QJsonDocument(toJson(explanation)).toJson().trimmed()));
+        print(QJsonDocument(toJson(explanation)));
     else
         printText(explanation);
     return Right(explanation.winner ? Success : NoneMatches);

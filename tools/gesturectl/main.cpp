@@ -1,12 +1,11 @@
 #include "commandline.h"
+#include "output.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 
 #include <clocale>
-#include <cstdio>
-#include <iostream>
 #include <memory>
 
 using namespace gesturectl;
@@ -25,22 +24,13 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
     return application;
 }
 
-static bool isPrinted()
-{
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
-        return true;
-    printError(QStringLiteral("the output could not be written"));
-    return false;
-}
-
 int main(int argc, char *argv[])
 {
     std::setlocale(LC_CTYPE, ""); // arguments are read before there is an application, which would do it
+    takeQtMessages();
     CommandLine commandLine;
-    if (const auto status = commandLine.parse(argc, argv)) {
-        std::cout.flush(); // the help
-        return isPrinted() && std::cout ? *status : BadFiles;
-    }
+    if (const auto status = commandLine.parse(argc, argv))
+        return isPrinted() ? *status : BadFiles;
     const auto application = applicationFor(commandLine.verb(), argc, argv);
     const Result<ExitStatus> result = commandLine.run();
     if (!isPrinted())

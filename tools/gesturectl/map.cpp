@@ -1,4 +1,5 @@
 #include "drawing.h"
+#include "output.h"
 #include "textdrawing.h"
 #include "verbs.h"
 
@@ -57,7 +58,7 @@ static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filt
     const QVector<Mode> modes = filter.mode.isEmpty() ? analysis::modesOf(gestures) : QVector<Mode>{Mode(filter.mode)};
     QVector<Choice> choices;
     for (const Mode &mode : modes) {
-        const QString name = mode   ? QStringLiteral("mode ") + shown(*mode)
+        const QString name = mode   ? QStringLiteral("mode ") + shortened(*mode)
                 : modes.size() == 1 ? QStringLiteral("any mode")
                                     : QStringLiteral("any other mode");
         std::set<std::pair<Gesture::Kind, Gesture::Direction>> touches;
@@ -86,7 +87,7 @@ static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
 {
     // Of two names the one that every application knows.
     const QString name = GestureService::predefinedZones.key(zone, names.key(zone));
-    return name.isEmpty() ? numbersOf(zone) : shown(name);
+    return name.isEmpty() ? numbersOf(zone) : shortened(name);
 }
 
 // What a gesture for the whole screen behind all others would still get.
@@ -153,9 +154,9 @@ static Result<ExitStatus> draw(const QString &appId, const QString &configuratio
 static void printDrawing(const QString &appId, const QString &configuration, const QVector<Choice> &choices,
                          const QMap<QString, QRectF> &zones)
 {
-    print(shown(appId) + QStringLiteral(": ") + shown(configuration));
+    print(shortened(appId) + QStringLiteral(": ") + shortened(configuration));
     for (const Choice &choice : choices)
-        print(QLatin1Char('\n') + textDrawing(panelOf(choice, zones)).join(QLatin1Char('\n')));
+        print(QStringList(QString()) + textDrawing(panelOf(choice, zones)));
 }
 
 Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file)
@@ -176,7 +177,7 @@ Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QStr
 
     const QVector<Choice> choices = choicesOf(gestures.right(), filter);
     if (choices.isEmpty())
-        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(shown(appId))});
+        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(appId)});
     const QString configuration = resolved(paths.right().defaultPath());
     if (!file.isEmpty())
         return draw(appId, configuration, choices, zones.right(), file);

@@ -26,8 +26,8 @@ struct Panel
     QVector<QRectF> dead;   // disjoint: where no gesture matches
 };
 
-/// A text of a configuration on one line, without what would disturb a terminal or a drawing.
-QString shown(const QString &text);
+/// A text of a configuration as a label shows it: never empty, never long.
+QString shortened(const QString &text);
 
 /// The path of the current action.
 QString actionPath(const Panel::Entry &entry);

@@ -1,3 +1,4 @@
+#include "output.h"
 #include "verbs.h"
 
 #include <QFile>
@@ -11,7 +12,7 @@ Result<ExitStatus> schema(const QString &name)
     QFile file(QStringLiteral(":/schemas/%1.schema.json").arg(name));
     if (!file.open(QIODevice::ReadOnly))
         return Left(Failure{WrongUse, QStringLiteral("there is no schema '%1'").arg(name)});
-    print(QString::fromUtf8(file.readAll()).trimmed());
+    print(QString::fromUtf8(file.readAll()).trimmed().split(QLatin1Char('\n')));
     return Right(Success);
 }
 

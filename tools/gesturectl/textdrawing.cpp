@@ -1,11 +1,9 @@
 #include "textdrawing.h"
 
-#include <vellix/platform/baseutil.h>
+#include "output.h"
 
 #include <algorithm>
 #include <cmath>
-
-using namespace vellix;
 
 namespace gesturectl {
 
@@ -108,26 +106,6 @@ static QStringList screenOf(const Cells &cells)
     return lines << frame(u"└", u"┘");
 }
 
-static QStringList aligned(const QVector<QStringList> &table)
-{
-    QStringList lines;
-    for (int i = 0; i < table.size(); ++i)
-        lines.append(QString());
-    for (int column = 0; !table.isEmpty() && column < table.first().size(); ++column) {
-        std::vector<std::string> texts;
-        for (const QStringList &row : table)
-            texts.push_back(row.at(column).toStdString());
-        texts = Utf8::alignLeftByWhitespace(texts);
-        for (int i = 0; i < table.size(); ++i)
-            lines[i] += QString::fromStdString(texts[std::size_t(i)]) + QStringLiteral("  ");
-    }
-    for (QString &line : lines) {
-        while (line.endsWith(QLatin1Char(' ')))
-            line.chop(1);
-    }
-    return lines;
-}
-
 QStringList textDrawing(const Panel &panel)
 {
     Cells cells = cellsOf(panel);
@@ -139,18 +117,18 @@ QStringList textDrawing(const Panel &panel)
             force(&cells, i, largest(reach.left));
     }
 
-    QVector<QStringList> legend;
+    QList<QStringList> legend;
     for (int i = 0; i < panel.entries.size(); ++i) {
         const Panel::Entry &entry = panel.entries.at(i);
         QStringList notes = remarks(panel, entry, nameOf);
         if (isForced.at(i))
             notes.append(cells.contains(i) ? QStringLiteral("smaller than drawn")
                                            : QStringLiteral("too small to be drawn"));
-        legend.append({nameOf(i), shown(entry.gesture->id()), entry.zone, actionText(entry),
+        legend.append({nameOf(i), shortened(entry.gesture->id()), entry.zone, actionText(entry),
                        notes.join(QStringLiteral(", "))});
     }
 
-    QStringList lines = QStringList(panel.title) + screenOf(cells) + aligned(legend);
+    QStringList lines = QStringList(panel.title) + screenOf(cells) + tableLines(legend);
     if (!panel.dead.isEmpty())
         lines.append(QStringLiteral(".  ") + deadText(panel));
     return lines;

@@ -1,6 +1,7 @@
 #include "verbs.h"
 
 #include "bindingsfile.h"
+#include "output.h"
 
 #include <gesture_api/gestureservice.h>
 
@@ -10,45 +11,11 @@
 #include <QJsonObject>
 
 #include <algorithm>
-#include <cstdio>
 
 using namespace vellix;
 using namespace vellix::gesture;
 
 namespace gesturectl {
-
-void print(const QString &line)
-{
-    std::puts(line.toUtf8().constData());
-    std::fflush(stdout);
-}
-
-void printError(const QString &message)
-{
-    std::fputs((QStringLiteral("gesturectl: ") + message + QLatin1Char('\n')).toUtf8().constData(), stderr);
-}
-
-void print(const QJsonDocument &document)
-{
-    print(QString::fromUtf8(document.toJson(QJsonDocument::Indented).trimmed()));
-}
-
-void printTable(const QList<QStringList> &rows)
-{
-    const int columns = rows.isEmpty() ? 0 : rows.first().size();
-    std::vector<QStringList> aligned(static_cast<std::size_t>(rows.size()));
-    for (int column = 0; column < columns; ++column) {
-        std::vector<std::string> texts;
-        for (const QStringList &row : rows)
-            texts.push_back(row.at(column).toStdString());
-        if (column + 1 < columns)
-            texts = Utf8::alignLeftByWhitespace(texts);
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            aligned[i].append(QString::fromStdString(texts[i]));
-    }
-    for (const QStringList &row : aligned)
-        print(row.join(QStringLiteral("  ")));
-}
 
 namespace {
 // The gestures of one application as its programs have them.
@@ -266,6 +233,8 @@ Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QS
     if (paths.isLeft())
         return Left(paths.left());
     const BindLock lock(paths.right());
+    if (lock.failure())
+        return Left(*lock.failure());
     const auto bindings = bindingsOf(paths.right());
     if (bindings.isLeft())
         return Left(bindings.left());

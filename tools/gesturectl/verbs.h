@@ -2,7 +2,6 @@
 
 #include "application.h"
 
-#include <QJsonDocument>
 #include <QString>
 #include <QStringList>
 
@@ -69,12 +68,6 @@ Result<ExitStatus> check(const CheckRequest &request);
 Result<ExitStatus> schema(const QString &name);
 /// Draws to an .svg or .png file, or in characters to standard output when `file` is empty.
 Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file);
-
-void print(const QString &line);
-void print(const QJsonDocument &document);
-/// Columns padded to their widest text; the last is left as it is.
-void printTable(const QList<QStringList> &rows);
-void printError(const QString &message);
 
 /// "(x, y, width, height)"
 QString numbersOf(const QRectF &zone, int precision = 4);

@@ -1,9 +1,9 @@
+#include "output.h"
 #include "verbs.h"
 
 #include <gesture_api/gestureserviceprovider.h>
 
 #include <QCoreApplication>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 using namespace vellix;
@@ -41,7 +41,7 @@ static void printChange(const Bindings &before, const Bindings &after, bool json
         object.insert(action.key(), *action);
     }
     if (json)
-        print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+        print(QJsonDocument(object), QJsonDocument::Compact);
     else
         print(texts.isEmpty() ? QStringLiteral("no gesture changed") : texts.join(QStringLiteral(", ")));
 }

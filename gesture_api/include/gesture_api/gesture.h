@@ -251,6 +251,7 @@ private:
     const QList<Feature *> m_features;
     mutable bool m_supported = false;
     mutable bool m_supportedKnown = false;
+    bool m_chosen = false; // the current action, by a caller, since it was loaded or saved
 };
 
 }

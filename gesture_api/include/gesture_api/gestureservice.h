@@ -4,6 +4,7 @@
 #include <gesture_api/feature.h>
 #include <gesture_api/gesture.h>
 
+#include <vellix/either.h>
 #include <vellix/export.h>
 #include <vellix/platform/vxcomponents.h>
 
@@ -22,6 +23,8 @@ namespace vellix {
 namespace gesture {
 
 class GestureIndex;
+class UserFile;
+struct SaveFailure;
 
 /// The gestures of one application: the system's configuration with the user's bindings applied.
 /// Nothing is read before the gestures are first needed, and the files are read once. The gestures
@@ -44,8 +47,15 @@ public:
     /// The zones that every configuration may name: a 3 by 3 grid, three vertical stripes, the whole screen.
     static QMap<QString, QRectF> predefinedZones;
 
-    /// Saves when the process exits, unless `readonly`. The features provider is not owned, outlives
-    /// the service and may be null.
+    /// Saves when the process ends, unless `readonly`: at the return from main() or exit(), or before that when the
+    /// application object is destroyed. It must then still exist, belong to the thread that ends the process, and have
+    /// been made in this process and not before a fork. What other programs have saved meanwhile stays: only the
+    /// choices made on this service since it was loaded or saved go on top of it. To save when the event loop ends,
+    /// while all services still exist:
+    ///
+    ///     QObject::connect(&app, &QCoreApplication::aboutToQuit, &vellix::ExitNotifier::notify);
+    ///
+    /// The features provider is not owned, outlives the service and may be null.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    QObject *parent = nullptr);
     /// A service of clones of the given gestures, which are loaded for that if they were not. It does not save at
@@ -95,16 +105,22 @@ public:
     Q_INVOKABLE QObject *cloneAsQObject(QObject *parent = nullptr) const;
     /// fastMerge() for QML; false as well for what is no service.
     Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
-    /// Writes the current action of every gesture to the user's file. False when the service is
-    /// read-only or pruned; true says that it was tried, the log tells of a failure.
+    /// Writes the current action of every gesture to the user's file, whatever another program has written there.
+    /// Returns false if the service is read-only or pruned. True only means that a save was attempted: a failure is
+    /// one error line on the log.
     ///
-    /// A user file that could not be taken over is first kept beside it as "<file name>.rejected"; where
-    /// that cannot be, nothing is written.
+    /// A user file that could not be loaded is first copied to "<file name>.rejected", or ".rejected.2" to
+    /// ".rejected.8". If the copy fails, or all eight exist, nothing is written.
     Q_INVOKABLE bool save();
     /// Deletes the user's file; from now on this service and the clones made of it never save. The
     /// service that a provider then builds is a new one: if the provider is writable, it saves at exit. False when
     /// no file was deleted.
     Q_INVOKABLE bool prune();
+    /// save() that returns how it went: the number of bytes that are now on disk, or the reason for a failure, in
+    /// words. A read-only or pruned service fails, too. Nothing is logged.
+    Either<QString, qint64> trySave();
+    /// trySave() for QML: an empty string, or the reason. The reason is also logged.
+    Q_INVOKABLE QString trySaveAsString();
 
 Q_SIGNALS:
     ///@{
@@ -119,8 +135,10 @@ private:
     const GestureIndex &index() const;
     QList<Gesture *> load();
     QMap<QString, QString> loadBindings();
-    bool mayStillLoad() const;
-    bool keepRejectedFile();
+    bool mayLoad() const;
+    Either<SaveFailure, qint64> saveChoices();
+    void saveAtExit();
+    void markSaved();
 
     const ApplicationPaths m_paths;
     const QPointer<const FeaturesProvider> m_featuresProvider;
@@ -129,8 +147,7 @@ private:
     const bool m_readonly;
     bool m_pruned = false;
     enum { NotLoaded, Loading, Loaded } m_state = NotLoaded;
-    // Set while the user's file holds what this service and its clones could not take over.
-    std::shared_ptr<bool> m_userFileRejected = std::make_shared<bool>(false);
+    std::shared_ptr<UserFile> m_userFile;
     const GestureList m_gestures;
     mutable std::unique_ptr<GestureIndex> m_index; // of m_gestures, made at the first lookup
     mutable QPointer<components::ReadonlyLazyListModel> m_gesturesModel;

@@ -1,5 +1,6 @@
 #include <vellix/platform/baseutil.h>
 
+#include <limits.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,18 +10,26 @@
 
 namespace vellix {
 
-static std::string environment(const char *name, const std::string &fallback)
+// What a relative path means depends on where the program was started: it counts as unset.
+static bool isAbsolute(const std::string &path)
+{
+    return !path.empty() && path.front() == '/';
+}
+
+static std::string environment(const char *name)
 {
     const char *value = std::getenv(name);
-    return value && *value ? value : fallback;
+    return value ? value : "";
 }
 
 static std::string homeDirectory()
 {
-    const passwd *user = nullptr;
-    if (!std::getenv("HOME"))
-        user = getpwuid(getuid());
-    return environment("HOME", user && user->pw_dir ? user->pw_dir : "/");
+    const std::string home = environment("HOME");
+    if (isAbsolute(home))
+        return home;
+    const passwd *user = getpwuid(getuid());
+    const std::string known = user && user->pw_dir ? user->pw_dir : "";
+    return isAbsolute(known) ? known : "/";
 }
 
 static bool isDirectory(const std::string &path)
@@ -31,7 +40,8 @@ static bool isDirectory(const std::string &path)
 
 static std::string userDataDirectory()
 {
-    return environment("XDG_DATA_HOME", homeDirectory() + "/.local/share") + "/vellix";
+    const std::string named = environment("XDG_DATA_HOME");
+    return (isAbsolute(named) ? named : homeDirectory() + "/.local/share") + "/vellix";
 }
 
 // The first directory that has ours, else ours in the first one; empty for no directory at all.
@@ -40,7 +50,7 @@ static std::string systemDataDirectory(const std::string &list)
     std::istringstream directories(list);
     std::string first;
     for (std::string directory; std::getline(directories, directory, ':');) {
-        if (directory.empty())
+        if (!isAbsolute(directory))
             continue;
         const std::string candidate = directory + "/vellix";
         if (isDirectory(candidate))
@@ -51,16 +61,42 @@ static std::string systemDataDirectory(const std::string &list)
     return first;
 }
 
+static std::string systemDataDirectory()
+{
+    const std::string named = systemDataDirectory(environment("XDG_DATA_DIRS"));
+    return named.empty() ? systemDataDirectory("/usr/local/share:/usr/share") : named;
+}
+
+// Whether what stands behind a prefix is below its directory, going by the names alone.
+static bool staysBelow(const std::string &rest)
+{
+    if (!rest.empty() && rest.front() != '/')
+        return false;
+    std::istringstream names(rest);
+    int depth = 0;
+    for (std::string name; depth >= 0 && std::getline(names, name, '/');) {
+        if (name == "..")
+            --depth;
+        else if (!name.empty() && name != ".")
+            ++depth;
+    }
+    return depth >= 0;
+}
+
+// A path that would leave its root becomes one below it that cannot exist, for its name is too long. So nobody has to
+// ask: it cannot be opened, made or removed, and neither can anything beside or below it.
+static std::string join(const std::string &root, const std::string &rest)
+{
+    if (staysBelow(rest))
+        return root + rest;
+    std::string name = "this-path-leads-out-of-its-directory";
+    name.resize(NAME_MAX + 1, '.');
+    return root + '/' + name + "/none";
+}
+
 PathResolver::PathResolver(const std::string &userData, const std::string &systemData)
     : m_userData(userData), m_systemData(systemData)
 {
-}
-
-static std::string systemDataDirectory()
-{
-    const std::string standard = "/usr/local/share:/usr/share";
-    const std::string named = systemDataDirectory(environment("XDG_DATA_DIRS", standard));
-    return named.empty() ? systemDataDirectory(standard) : named;
 }
 
 PathResolver PathResolver::newDefault()
@@ -73,9 +109,9 @@ std::string PathResolver::resolvePreffix(const std::string &path) const
     const std::string userPrefix = "${USERDATA}";
     const std::string systemPrefix = "${SYSTEMDATA}";
     if (path.compare(0, userPrefix.size(), userPrefix) == 0)
-        return m_userData + path.substr(userPrefix.size());
+        return join(m_userData, path.substr(userPrefix.size()));
     if (path.compare(0, systemPrefix.size(), systemPrefix) == 0)
-        return m_systemData + path.substr(systemPrefix.size());
+        return join(m_systemData, path.substr(systemPrefix.size()));
     return path;
 }
 

@@ -1,4 +1,5 @@
 #include "inotify.h"
+#include "openatonce.h"
 
 #include <vellix/platform/vxcomponents.h>
 
@@ -8,7 +9,6 @@
 #include <QSet>
 #include <QTimer>
 
-#include <fcntl.h>
 #include <limits.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
@@ -31,12 +31,17 @@ static constexpr int unfinishedDelay = 50;
 static constexpr int pollInterval = 2000;
 static constexpr int maxLinks = 40;
 
+// What a path that leads to nothing fails with; a name too long stands for nothing, ever.
+static bool isAbsence(int error)
+{
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 static QByteArray contentOf(const QByteArray &path)
 {
-    // Never waits, not even for a pipe.
-    const int descriptor = open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int descriptor = openAtOnce(path);
     if (descriptor < 0)
-        return errno == ENOENT || errno == ENOTDIR ? QByteArray("absent") : QByteArray("unreadable");
+        return isAbsence(errno) ? QByteArray("absent") : QByteArray("unreadable");
 
     struct stat status;
     QFile file;
@@ -101,7 +106,7 @@ public:
         const bool unfinished = m_unfinished;
         m_finished = m_unfinished = false;
         if (finished) {
-            check();
+            m_later.start(0); // a callback that runs an event loop does not hold up other watches
         } else if (unfinished) {
             arm();
             if (!m_later.isActive())
@@ -152,7 +157,7 @@ private:
             watch(armed, directory, directoryEvents | IN_ONLYDIR, name);
             const QByteArray entry = directory + name;
             if (lstat(entry.constData(), &status) != 0) {
-                m_complete = m_complete && (errno == ENOENT || errno == ENOTDIR);
+                m_complete = m_complete && isAbsence(errno);
                 status = {};
                 break;
             }
@@ -186,7 +191,7 @@ private:
         const int descriptor = m_inotify->add(this, path, mask);
         if (descriptor >= 0)
             armed[descriptor].insert(name);
-        else if (errno != ENOENT && errno != ENOTDIR)
+        else if (!isAbsence(errno))
             m_complete = false;
     }
 

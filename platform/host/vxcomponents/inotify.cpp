@@ -1,7 +1,10 @@
 #include "inotify.h"
 
-#include <QPointer>
+#include <QAbstractEventDispatcher>
+#include <QSet>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -29,18 +32,44 @@ void Inotify::release()
     s_instance = nullptr;
 }
 
+static int openMounts()
+{
+    return open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
+}
+
+static void closeIfOpen(int descriptor)
+{
+    if (descriptor >= 0)
+        close(descriptor);
+}
+
 Inotify::Inotify()
-    : m_descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), m_notifier(m_descriptor, QSocketNotifier::Read)
+    : m_mountAlarm(openMounts()), m_mounts(openMounts()), m_descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      m_notifier(m_descriptor, QSocketNotifier::Read)
 {
     m_notifier.setEnabled(m_descriptor >= 0);
     connect(&m_notifier, &QSocketNotifier::activated, this, &Inotify::readEvents);
+    if (m_mountAlarm >= 0)
+        followMounts();
 }
 
 Inotify::~Inotify()
 {
+    m_alarm.reset(); // before its descriptor
     m_notifier.setEnabled(false);
-    if (m_descriptor >= 0)
-        close(m_descriptor);
+    closeIfOpen(m_descriptor);
+    closeIfOpen(m_mounts);
+    closeIfOpen(m_mountAlarm);
+}
+
+// Each open file reports a change in one poll, the next one after it: it neither needs a read nor keeps the event loop
+// awake. What the event loop has polled is lost if a notifier before ours runs another loop: hence a second file.
+void Inotify::followMounts()
+{
+    m_alarm.reset(new QSocketNotifier(m_mountAlarm, QSocketNotifier::Exception));
+    connect(m_alarm.get(), &QSocketNotifier::activated, this, &Inotify::noteMounts);
+    if (const auto *loop = QAbstractEventDispatcher::instance())
+        connect(loop, &QAbstractEventDispatcher::awake, this, &Inotify::noteMounts);
 }
 
 int Inotify::add(InotifyListener *listener, const QByteArray &path, std::uint32_t mask)
@@ -67,26 +96,33 @@ void Inotify::remove(InotifyListener *listener, int watch)
     inotify_rm_watch(m_descriptor, watch);
 }
 
+static void react(const QList<InotifyListener *> &noted)
+{
+    for (InotifyListener *listener : noted)
+        listener->react();
+}
+
+void Inotify::noteMounts()
+{
+    pollfd mounts = {m_mounts, POLLPRI, 0};
+    if (poll(&mounts, 1, 0) <= 0 || !(mounts.revents & POLLPRI))
+        return;
+    const QList<InotifyListener *> all = everybody();
+    for (InotifyListener *listener : all)
+        listener->note(-1, QByteArray(), IN_Q_OVERFLOW);
+    react(all);
+}
+
 void Inotify::readEvents()
 {
     alignas(inotify_event) char buffer[16 * 1024];
-    const QPointer<Inotify> alive(this);
-    while (alive) {
-        const ssize_t size = read(m_descriptor, buffer, sizeof buffer);
-        if (size < 0 && errno == EINTR)
-            continue;
-        if (size <= 0)
-            return;
-
-        QList<QPointer<InotifyListener>> noted;
-        const QList<InotifyListener *> told = noteEvents(buffer, buffer + size);
-        for (InotifyListener *listener : told)
-            noted.append(listener);
-        for (const QPointer<InotifyListener> &listener : qAsConst(noted)) {
-            if (listener)
-                listener->react();
-        }
-    }
+    ssize_t size;
+    do {
+        size = read(m_descriptor, buffer, sizeof buffer);
+    } while (size < 0 && errno == EINTR);
+    // What is left wakes the event loop again.
+    if (size > 0)
+        react(noteEvents(buffer, buffer + size));
 }
 
 QList<InotifyListener *> Inotify::noteEvents(const char *begin, const char *end)
@@ -98,13 +134,9 @@ QList<InotifyListener *> Inotify::noteEvents(const char *begin, const char *end)
 
         // An overflow has no watch: whatever was lost concerns everybody.
         const bool overflow = event->mask & IN_Q_OVERFLOW;
-        QList<InotifyListener *> listeners = m_listeners.value(event->wd);
-        if (overflow) {
-            for (const QList<InotifyListener *> &some : qAsConst(m_listeners))
-                listeners += some;
-        }
+        const QList<InotifyListener *> listeners = overflow ? everybody() : m_listeners.value(event->wd);
         const QByteArray name = event->len ? QByteArray(event->name) : QByteArray();
-        for (InotifyListener *listener : qAsConst(listeners)) {
+        for (InotifyListener *listener : listeners) {
             listener->note(event->wd, name, event->mask);
             if (!noted.contains(listener))
                 noted.append(listener);
@@ -113,6 +145,14 @@ QList<InotifyListener *> Inotify::noteEvents(const char *begin, const char *end)
             m_listeners.remove(event->wd);
     }
     return noted;
+}
+
+QList<InotifyListener *> Inotify::everybody() const
+{
+    QSet<InotifyListener *> all;
+    for (const QList<InotifyListener *> &some : m_listeners)
+        all.unite({some.cbegin(), some.cend()});
+    return all.values();
 }
 
 }

@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 
 #include <cstdint>
+#include <memory>
 
 namespace vellix {
 namespace components {
@@ -20,11 +21,13 @@ public:
 
     /// Notes the event; no reaction may follow yet.
     virtual void note(int watch, const QByteArray &name, std::uint32_t mask) = 0;
-    /// Reacts to what was noted since the last call. May delete anything.
+    /// Reacts to what was noted since the last call. What may delete listeners or run an event loop waits for the
+    /// event loop's next turn.
     virtual void react() = 0;
 };
 
-/// The process's one inotify descriptor, shared by all listeners and there as long as one is.
+/// The process's one inotify descriptor, shared by all listeners and there as long as one is. It also follows the
+/// mount table: a new mount sends no event, so every listener is told of it as of lost ones (IN_Q_OVERFLOW).
 class Inotify : public QObject
 {
 public:
@@ -39,12 +42,18 @@ private:
     Inotify();
     ~Inotify() override;
 
+    void followMounts();
+    void noteMounts();
     void readEvents();
     QList<InotifyListener *> noteEvents(const char *begin, const char *end);
+    QList<InotifyListener *> everybody() const;
 
     static Inotify *s_instance;
     static int s_users;
 
+    int m_mountAlarm; // polled by the event loop: it wakes up
+    int m_mounts;     // polled by noteMounts() alone
+    std::unique_ptr<QSocketNotifier> m_alarm;
     int m_descriptor;
     QSocketNotifier m_notifier;
     QHash<int, QList<InotifyListener *>> m_listeners;

@@ -1,8 +1,12 @@
+#include "openatonce.h"
+
 #include <vellix/platform/vxcomponents.h>
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -37,20 +41,41 @@ static QString place(const QByteArray &text, int offset)
     return QStringLiteral("%1:%2").arg(line + 1).arg(column + 1);
 }
 
+// A pipe would block and a device might never end.
+static Left<Error> irregular(const QString &path, bool directory)
+{
+    return fail(__LINE__,
+                path + QStringLiteral(": ")
+                        + (directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
+}
+
+// Opens without waiting, whatever the file has become meanwhile; else says why not.
+static QString openAtOnce(QFile &file)
+{
+    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
+        return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+    const int descriptor = openAtOnce(QFile::encodeName(file.fileName()));
+    const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
+    return open ? QString() : qt_error_string(errno);
+}
+
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
     const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
 
-    // A pipe would block and a device might never end.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return fail(__LINE__,
-                    path + QStringLiteral(": ")
-                            + (info.isDir() ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
+        return irregular(path, info.isDir());
 
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(__LINE__, path + QStringLiteral(": ") + file.errorString());
+    const QString obstacle = openAtOnce(file);
+    if (!obstacle.isEmpty())
+        return fail(__LINE__, path + QStringLiteral(": ") + obstacle);
+
+    // It may be something else by now.
+    struct stat status;
+    if (fstat(file.handle(), &status) == 0 && !S_ISREG(status.st_mode))
+        return irregular(path, S_ISDIR(status.st_mode));
 
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError)

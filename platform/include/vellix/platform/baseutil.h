@@ -78,7 +78,8 @@ Q_DECL_EXPORT void warn(const std::string &file, int line, const std::string &fu
 }
 
 /// Expands the path prefixes "${USERDATA}" and "${SYSTEMDATA}" into the user's and the system's
-/// data directory. Only a leading prefix counts; every other path stays as it is.
+/// data directory. Only a leading prefix counts; every other path stays as it is. A path that would lead
+/// out of its directory, by the names in it, becomes one below that cannot exist.
 class Q_DECL_EXPORT PathResolver
 {
 public:

@@ -122,10 +122,10 @@ private:
 /// Files that others change.
 namespace fs {
 /// Calls `callback` from the event loop whenever the content of the file at `path` (no prefix) has
-/// changed: written, replaced, deleted or made again, through links and in directories that do not
-/// exist yet. Writing the same bytes again is no change. The returned object is a child of
-/// `context`; deleting either ends the watch. All watches of a process belong in one thread, whose event
-/// loop serves them.
+/// changed: written, replaced, deleted or made again, through links, in directories that do not exist
+/// yet, and by file systems that are mounted or unmounted. Writing the same bytes again is no change.
+/// The returned object is a child of `context`; deleting either ends the watch. All watches of a process
+/// belong in one thread, whose event loop serves them.
 Q_DECL_EXPORT QObject *__watchFileChange(const QString &path, QObject *context, const std::function<void()> &callback);
 }
 
