@@ -117,8 +117,8 @@ private Q_SLOTS:
         row("provider that is deleted before the end", "A=y", "provider choose B z delete-provider", "A=y");
         row("the same, but saved when the loop ends", "A=y", "provider choose B z safe quit delete-provider",
             "A=y B=z");
-        row("saved when the loop ends, on top of another's", "A=y",
-            "service choose B z safe bind A z quit delete", "A=z B=z");
+        row("saved when the loop ends, on top of another's", "A=y", "service choose B z safe bind A z quit delete",
+            "A=z B=z");
 
         // Another process.
         row("a child that exits", "A=y", "service choose B z save bind A z fork exit", "A=z");

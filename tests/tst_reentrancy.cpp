@@ -54,11 +54,8 @@ static Action *newAction(const char *path)
 // Two gestures with the same three actions, the first of which is their current one; the second owns them.
 struct Gestures
 {
-    Gestures()
+    Gestures() : first(newAction("first")), second(newAction("second")), third(newAction("third"))
     {
-        first = newAction("first");
-        second = newAction("second");
-        third = newAction("third");
         one = new Gesture(QStringLiteral("g"), {}, Gesture::Tap, Gesture::wholeZone, Gesture::NoDirection,
                           {first, second, third}, first, nullptr, {});
         two = one->clone();

@@ -66,7 +66,7 @@ Inotify::~Inotify()
 // awake. What the event loop has polled is lost if a notifier before ours runs another loop: hence a second file.
 void Inotify::followMounts()
 {
-    m_alarm.reset(new QSocketNotifier(m_mountAlarm, QSocketNotifier::Exception));
+    m_alarm = std::make_unique<QSocketNotifier>(m_mountAlarm, QSocketNotifier::Exception);
     connect(m_alarm.get(), &QSocketNotifier::activated, this, &Inotify::noteMounts);
     if (const auto *loop = QAbstractEventDispatcher::instance())
         connect(loop, &QAbstractEventDispatcher::awake, this, &Inotify::noteMounts);
