@@ -176,13 +176,14 @@ void Gesture::forget(Action *action)
 
 void Gesture::setCurrentAction(Action *action)
 {
-    if (action && action->m_dying)
+    const bool dying = action && action->m_dying;
+    if (dying)
         action = nullptr;
     if (action == m_currentAction)
         return;
     Action *previous = m_currentAction;
     m_currentAction = action;
-    m_chosen = true;
+    m_chosen = !dying;
     join(action);
     if (!uses(previous))
         leave(previous);
