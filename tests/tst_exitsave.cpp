@@ -82,6 +82,7 @@ private Q_SLOTS:
         row("chosen and chosen back", "A=y", "service choose A z choose A y bind A x", "A=y");
         row("chosen to be none", "A=y", "service clear A bind A z", "empty");
         row("an action that was destroyed is no choice", "A=y", "service load destroy y bind A z", "A=z");
+        row("one that its gesture wanted to keep", "A=y", "service load cling y bind A z", "A=z");
         row("a choice that was destroyed is none", "A=y", "service choose A z destroy z bind A y", "A=y");
         row("merged from a clone", "A=y", "service load clone choose B z merge bind A z", "A=z B=z");
         row("made unreadable, own choice", "A=y", "service choose B z bytes garbage", "B=z", "garbage");

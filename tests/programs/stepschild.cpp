@@ -8,6 +8,7 @@
 //     choose G A         sets the current action of gesture G to A
 //     clear G            sets it to none
 //     destroy A          destroys the action A
+//     cling A            likewise, and its gesture wants to keep it
 //     clone              a clone, for what follows
 //     merge              the clone into the service that it was made of
 //     save, prune        as the service does
@@ -144,7 +145,13 @@ static int run(QStringList steps)
             gestureOf(steps.takeFirst())->setCurrentAction(nullptr);
         else if (is("destroy"))
             delete actionOf(current->gestureList().first(), steps.takeFirst());
-        else if (is("clone"))
+        else if (is("cling")) {
+            Gesture *gesture = current->gestureList().first();
+            Action *action = actionOf(gesture, steps.takeFirst());
+            QObject::connect(gesture, &Gesture::currentActionChanged,
+                             [gesture, action] { gesture->setCurrentAction(action); });
+            delete action;
+        } else if (is("clone"))
             current = cloned = current->clone();
         else if (is("merge")) {
             current = services.last();
