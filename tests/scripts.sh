@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Each script stops at the first command that fails, and names it: scripts.sh SOURCE
+# Each script stops at the first command that fails, and names it, and refuses what it does not know before it does
+# anything: scripts.sh SOURCE
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "scripts.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -19,7 +20,7 @@ fake() { # STATUS TOOL...
     done
 }
 fake 0 dpkg-query
-fake 7 cmake doxygen shellcheck dpkg-parsechangelog mmdebstrap apt-get gesturectl
+fake 7 cmake doxygen shellcheck dpkg-parsechangelog mmdebstrap apt-get sudo gesturectl
 
 expect() { # SCRIPT COMMAND ARGUMENT...
     local said
@@ -45,5 +46,47 @@ expect demo '"$@"'
 # A package is missing that cannot be installed.
 fake 1 dpkg-query
 expect setup '"${as_root[@]}" apt-get' doc
-# No script was forgotten.
-[ "$(find scripts/ -type f | wc -l)" = 11 ]
+
+# Where every tool fails, what does nothing cannot fail.
+fake 7 dpkg-query cmake
+help() { # SCRIPT
+    local said
+    said=$(PATH=$work:$PATH "scripts/$1" --help 2>"$work/error")
+    if [ "$(wc -l <<<"$said")" != 3 ] || [ -s "$work/error" ] || [[ $said != "usage: scripts/$1"* ]]; then
+        echo "scripts/$1 --help says: $said $(cat "$work/error")" >&2
+        return 1
+    fi
+}
+
+refuse() { # SCRIPT ARGUMENT...
+    local status=0
+    PATH=$work:$PATH "scripts/$1" "${@:2}" >"$work/said" 2>"$work/error" || status=$?
+    if [ $status != 2 ] || [ -s "$work/said" ] || ! grep -q "^usage: scripts/$1" "$work/error"; then
+        echo "scripts/$*: status $status, says: $(cat "$work/said" "$work/error")" >&2
+        return 1
+    fi
+}
+
+scripts=0
+for script in scripts/*; do
+    [ "${script##*/}" != arguments.sh ] || continue
+    help "${script##*/}"
+    refuse "${script##*/}" --nosuch
+    scripts=$((scripts + 1))
+done
+[ $scripts = 11 ]
+refuse test --all more
+refuse arm
+refuse arm nosuch
+refuse setup nosuch
+refuse bench nosuch
+refuse bench load --plot
+refuse doc one two
+refuse fuzz 0
+refuse fuzz 2000
+refuse fuzz 1000 nosuch
+refuse fuzz 1000000 nosuch
+refuse fuzz calls
+for group in $(sed -n '/groups{$/,/^};$/p' benchmarks/bench.cpp | grep -oE '"[a-z]+"' | tr -d '"'); do
+    grep -qE "takes .*['|]${group}['|]" scripts/bench || { echo "scripts/bench refuses the group $group" >&2; exit 1; }
+done
