@@ -74,7 +74,7 @@ for script in scripts/*; do
     refuse "${script##*/}" --nosuch
     scripts=$((scripts + 1))
 done
-[ $scripts = 11 ]
+[ $scripts = 12 ]
 refuse test --all more
 refuse arm
 refuse arm nosuch
@@ -87,6 +87,9 @@ refuse fuzz 2000
 refuse fuzz 1000 nosuch
 refuse fuzz 1000000 nosuch
 refuse fuzz calls
+refuse mutate --sample
+refuse mutate --since nosuch
+refuse mutate nosuch.cpp
 for group in $(sed -n '/groups{$/,/^};$/p' benchmarks/bench.cpp | grep -oE '"[a-z]+"' | tr -d '"'); do
     grep -qE "takes .*['|]${group}['|]" scripts/bench || { echo "scripts/bench refuses the group $group" >&2; exit 1; }
 done

@@ -1,0 +1,182 @@
+#!/usr/bin/python3
+"""Puts small faults into sources, one build for all of them, and lists those that no test notices.
+
+mutate.py [--sample N] FILE[:FIRST-LAST]...
+
+Works on a copy of the tracked files in build/mutate. Each fault is switched on by the variable MUTANT, and the tests of
+its file are run until one fails. What stands in survivors.txt, with its reason, can be seen by nobody.
+"""
+import json
+import os
+import random
+import re
+import shutil
+import subprocess
+import sys
+import time
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import faults
+
+HERE = Path(__file__).resolve().parent
+ROOT = HERE.parent.parent
+WORK = ROOT / "build/mutate"
+TREE = WORK / "tree"
+BUILD = WORK / "build"
+HELPERS = ["exitchild", "logchild", "providerchild", "savechild", "saveloop", "stepschild", "stresschild",
+           "dlopenchild", "exitplugin"]
+
+# The tests of a file, the quick ones first. The first pattern that fits counts.
+TESTS = [
+    (r"common/src/exitnotifier", "exitnotifier exitsave gestureservice"),
+    (r"common/src/stringutils", "stringutils gesture gesturecodec"),
+    (r"gesture_api/src/action", "action actionlists actiontree ownership reentrancy configuration"),
+    (r"gesture_api/src/applicationpaths", "applicationpaths gestureserviceprovider"),
+    (r"gesture_api/src/configuration", "actionbindings configuration gestureservice"),
+    (r"gesture_api/src/feature", "feature action gesturecodec"),
+    (r"gesture_api/src/gesture\.", "gesture gesturecodec ownership reentrancy exitsave metaobjects"),
+    (r"gesture_api/src/gesturekindfiltermodel", "gesturekindfiltermodel reentrancy"),
+    (r"gesture_api/src/gestureserviceprovider", "gestureserviceprovider reentrancy exitsave endurance"),
+    (r"gesture_api/src/gestureservice\.", "gestureservice exitsave ownership reentrancy rejectedfile"),
+    (r"gesture_api/src/zones", "zones"),
+    (r"gesture_api/src/", "savefile rejectedfile exitsave gestureservice savefaults"),
+    (r"platform/host/baseutil", "baseutil either gestureserviceprovider"),
+    (r"platform/host/(devcaps|slateview)", "devcaps slateview feature"),
+    (r"platform/host/vxcomponents/(filewatch|inotify)", "filewatch mounts gestureserviceprovider"),
+    (r"platform/host/vxcomponents", "vxcomponents configuration gestureservice"),
+    (r"tools/analysis", "reach check checkverb output schemas"),
+    (r"tools/gesturectl", "gesturectl checkverb doctor exchange explain output map"),
+]
+
+
+def testsOf(path):
+    return next((tests.split() for pattern, tests in TESTS if re.match(pattern, path)), None)
+
+
+def run(command, **options):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
+
+
+def copyTree():
+    """What is the same keeps its time, so that it is not built anew."""
+    for name in run(["git", "ls-files"], cwd=ROOT).stdout.splitlines():
+        source, copy = ROOT / name, TREE / name
+        if not source.exists() or copy.exists() and copy.read_bytes() == source.read_bytes():
+            continue
+        copy.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(source, copy)
+        os.utime(copy)
+
+
+def configure():
+    result = run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                  "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DCMAKE_CXX_FLAGS=-w", "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache",
+                  "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"])
+    if result.returncode:
+        sys.exit(result.stdout)
+
+
+def argumentsFor(path):
+    for entry in json.loads((BUILD / "compile_commands.json").read_text()):
+        if entry["file"] == str(path):
+            words = entry["command"].split()
+            return [word.replace('\\"', '"') for word in words if re.match(r"-(I|D|std|isystem)", word)] \
+                + ["-isystem" + after for word, after in zip(words, words[1:]) if word == "-isystem"]
+    sys.exit("mutate: no compiled source of this name: %s" % path.relative_to(TREE))
+
+
+def faultsOf(name, first, last):
+    source = TREE / name
+    found = faults.Finder(str(source), [word for word in argumentsFor(source) if word != "-isystem"]).all()
+    return [(name, fault) for fault in found if first <= fault.line <= last]
+
+
+def write(numbered):
+    """The sources with the faults that are still in. The compiler names places of the source without them."""
+    for name in {name for number, (name, fault) in numbered}:
+        text = (ROOT / name).read_bytes()
+        mutated = faults.applied(text, [(number, fault) for number, (other, fault) in numbered if other == name])
+        header = '#include "%s"\n#line 1\n' % (HERE / "mutation.h")
+        (TREE / name).write_bytes(header.encode() + mutated)
+
+
+def build(numbered, tests):
+    """Faults that do not compile are left out."""
+    targets = ["tst_" + test for test in tests] + HELPERS
+    while True:
+        write(numbered)
+        result = run(["cmake", "--build", BUILD, "--target", *targets, "--", "-k", "0"])
+        if result.returncode == 0:
+            return numbered
+        places = {(match[1], int(match[2])) for match in
+                  re.finditer(r"([\w./-]+):(\d+):\d+: (?:error|  required from here)", result.stdout)}
+        kept = [(number, (name, fault)) for number, (name, fault) in numbered
+                if not any(place.endswith(name) and line == fault.line for place, line in places)]
+        if len(kept) == len(numbered):
+            sys.exit("mutate: it does not build:\n" + result.stdout[-3000:])
+        numbered = kept
+
+
+def passes(test, number, limit):
+    environment = dict(os.environ, MUTANT=str(number), QT_QPA_PLATFORM="offscreen")
+    with subprocess.Popen([BUILD / "tests" / ("tst_" + test), "-silent"], env=environment, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, start_new_session=True) as process:
+        try:
+            return process.wait(limit) == 0
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, 9)
+            return False
+
+
+def known():
+    reasons = {}
+    for line in (HERE / "survivors.txt").read_text().splitlines():
+        if line and not line.startswith("#"):
+            name, what, reason = line.split(" | ")
+            reasons[name, what] = reason
+    return reasons
+
+
+def main():
+    arguments = sys.argv[1:]
+    sample = int(arguments.pop(arguments.index("--sample") + 1)) if "--sample" in arguments else 0
+    wanted = [re.fullmatch(r"(.*?)(?::(\d+)-(\d+))?", name).groups() for name in arguments if name != "--sample"]
+    tests = sorted({test for name, first, last in wanted for test in testsOf(name) or sys.exit("mutate: no tests of " + name)})
+    copyTree()
+    configure()
+    found = [each for name, first, last in wanted for each in faultsOf(name, int(first or 1), int(last or 10 ** 9))]
+    reasons = known()
+    found = [(name, fault) for name, fault in found if (name, fault.what) not in reasons]
+    if sample and sample < len(found):
+        found = random.Random(sample).sample(found, sample)
+    numbered = build(list(enumerate(found, 1)), tests)
+    print("%d faults, %d more do not compile" % (len(numbered), len(found) - len(numbered)), flush=True)
+
+    limits = {}
+    for test in tests:
+        start = time.time()
+        if not passes(test, 0, 600):
+            sys.exit("mutate: %s fails without a fault" % test)
+        limits[test] = 20 + 10 * (time.time() - start)
+
+    def survives(each):
+        number, (name, fault) = each
+        return all(passes(test, number, limits[test]) for test in testsOf(name))
+
+    tried, survived = Counter(), Counter()
+    with ThreadPoolExecutor(os.cpu_count()) as pool:
+        for (number, (name, fault)), alive in zip(numbered, pool.map(survives, numbered)):
+            folder = str(Path(name).parent)
+            tried[folder] += 1
+            if alive:
+                survived[folder] += 1
+                print("%s:%d: %s" % (name, fault.line, fault.what), flush=True)
+    for folder in sorted(tried):
+        noticed = tried[folder] - survived[folder]
+        print("%s: %d of %d noticed (%.1f %%)" % (folder, noticed, tried[folder], 100 * noticed / tried[folder]))
+    sys.exit(1 if survived else 0)
+
+
+main()
