@@ -11,6 +11,7 @@
 #include <QScopeGuard>
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -283,22 +284,183 @@ private Q_SLOTS:
         QTRY_VERIFY(other > 0 && last() == "new");
     }
 
+    // A program that this one starts has none of them.
     void oneDescriptorForAll()
     {
-        const auto inotifyDescriptors = [] {
-            int count = 0;
-            const QDir descriptors(QStringLiteral("/proc/self/fd"));
-            for (const QString &name : descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
-                char target[64] = {};
-                if (readlink(qPrintable(descriptors.filePath(name)), target, sizeof target - 1) > 0)
-                    count += QByteArray(target).contains("inotify");
-            }
-            return count;
-        };
+        m_watch.reset();
+        const QMap<int, QByteArray> before = openFiles();
         QObject context;
         for (int i = 0; i < 20; ++i)
             __watchFileChange(path("file%1").arg(i), &context, [] {});
-        QCOMPARE(inotifyDescriptors(), 1);
+        QCOMPARE(openFiles().values().count("anon_inode:inotify"), 1);
+        const QMap<int, QByteArray> now = openFiles();
+        for (auto file = now.cbegin(); file != now.cend(); ++file) {
+            if (before.contains(file.key()))
+                continue;
+            QVERIFY2(fcntl(file.key(), F_GETFD) & FD_CLOEXEC, *file);
+            QVERIFY(*file != "anon_inode:inotify" || fcntl(file.key(), F_GETFL) & O_NONBLOCK);
+        }
+    }
+
+    void descriptorsAreClosed()
+    {
+        m_watch.reset();
+        const QMap<int, QByteArray> before = openFiles();
+        {
+            const std::unique_ptr<QObject> one(__watchFileChange(file(), nullptr, [] {}));
+            std::unique_ptr<QObject> two(__watchFileChange(file(), nullptr, [] {}));
+            two.reset();
+            QCOMPARE(openFiles().values().count("anon_inode:inotify"), 1);
+        }
+        QCOMPARE(openFiles(), before);
+    }
+
+    void noLookLeavesADescriptorOpen()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("0");
+        watch();
+        const QMap<int, QByteArray> before = openFiles();
+        for (const char *text : {"1", "2", "3"}) {
+            replace(text);
+            QTRY_COMPARE(last(), QByteArray(text));
+        }
+        settle();
+        QCOMPARE(openFiles(), before);
+    }
+
+    // Each directory from the root down and the file, once: what is not on the way any more is not watched either.
+    void kernelWatchesDoNotPileUp_data()
+    {
+        QTest::addColumn<Change>("change");
+        QTest::newRow("the file replaced") << Change([](tst_FileWatch *t) { t->replace("new"); });
+        QTest::newRow("the directory replaced") << Change([](tst_FileWatch *t) {
+            testing::writeFile(t->path("other/file"), "new");
+            QVERIFY(QDir().rename(t->path("a/b"), t->path("gone%1").arg(t->m_seen.size())));
+            QVERIFY(QDir().rename(t->path("other"), t->path("a/b")));
+        });
+        QTest::newRow("a link turned") << Change([](tst_FileWatch *t) {
+            const QString directory = t->path("link%1").arg(t->m_seen.size());
+            testing::writeFile(directory + QStringLiteral("/file"), "new");
+            QVERIFY(QFile::remove(t->path("a/b")) || QDir().rename(t->path("a/b"), t->path("gone")));
+            QVERIFY(QFile::link(directory, t->path("a/b")));
+        });
+    }
+
+    void kernelWatchesDoNotPileUp()
+    {
+        QFETCH(Change, change);
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        // So that there is a descriptor all the time.
+        const std::unique_ptr<QObject> other(__watchFileChange(m_directory->filePath("elsewhere"), nullptr, [] {}));
+        const int without = kernelWatches();
+        watch();
+        QCOMPARE(kernelWatches(), without + 3); // a, b and the file
+        int after = 0;
+        for (int i = 0; i < 3; ++i) {
+            change(this);
+            QTRY_COMPARE(last(), QByteArray("new"));
+            settle();
+            QVERIFY(i == 0 || kernelWatches() == after);
+            after = kernelWatches();
+            write("old");
+            QTRY_COMPARE(last(), QByteArray("old"));
+        }
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(last(), QByteArray("(no file)"));
+        settle();
+        QCOMPARE(kernelWatches(), after - 1);
+        m_watch.reset();
+        QCOMPARE(kernelWatches(), without);
+    }
+
+    void otherWatchOfADirectoryGoesOn()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        std::unique_ptr<QObject> first(__watchFileChange(path("a/b/other"), nullptr, [] {}));
+        watch();
+        const std::unique_ptr<QObject> third(__watchFileChange(path("a/b/other"), nullptr, [] {}));
+        first.reset();
+        replace("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(last(), QByteArray("(no file)"));
+        QVERIFY(QDir().rename(path("a/b"), path("a/c")));
+        testing::writeFile(file(), "again");
+        QTRY_COMPARE(last(), QByteArray("again"));
+    }
+
+    void nobodyNeedsToBeTold()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        const std::unique_ptr<QObject> silent(__watchFileChange(file(), nullptr, nullptr));
+        watch();
+        write("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+        settle();
+    }
+
+    void relativePathIsThatOfTheBeginning()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        const QString before = QDir::currentPath();
+        const auto cleanUp = qScopeGuard([&] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(path("a")));
+        int calls = 0;
+        const std::unique_ptr<QObject> relative(__watchFileChange("./b//file", nullptr, [&] { ++calls; }));
+        write("new");
+        QTRY_COMPARE(calls, 1);
+        QVERIFY(QDir::setCurrent(before));
+        replace("newer");
+        QTRY_COMPARE(calls, 2);
+    }
+
+    // However it comes that there is none.
+    void noFileIsNoChangeFromNoFile()
+    {
+        watch();
+        QVERIFY(QDir().mkpath(path("a")));
+        settle();
+        testing::writeFile(path("a/b"), "a file in place of the directory");
+        settle();
+        QVERIFY(QFile::remove(path("a/b")));
+        QVERIFY(QFile::link("nowhere", path("a/b")));
+        settle();
+        QVERIFY(QFile::remove(path("a/b")));
+        QVERIFY(QFile::link(QString(300, QLatin1Char('x')), path("a/b")));
+        settle();
+        QVERIFY(m_seen.isEmpty());
+        QVERIFY(QFile::remove(path("a/b")));
+        testing::writeFile(file(), "new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
+    // Its bytes are there all the time.
+    void fileThatBecomesReadable()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        const QByteArray name = file().toLocal8Bit();
+        const uid_t self = geteuid(); // root may read everything
+        const auto cleanUp = qScopeGuard([&] { (void)seteuid(self); });
+        QVERIFY(chmod(name, 0) == 0);
+        QVERIFY(chmod(m_directory->path().toLocal8Bit(), 0755) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        watch();
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(chmod(name, 0644) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        QTRY_COMPARE(last(), QByteArray("old"));
+        QCOMPARE(m_calls, 1);
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(chmod(name, 0) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        QTRY_COMPARE(m_calls, 2);
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(m_calls, 3); // no file is something else than one that cannot be read
     }
 
     // More events than the kernel keeps: what was lost must not matter.
@@ -457,6 +619,26 @@ private:
         QVERIFY(writer.open(QIODevice::WriteOnly));
         writer.write(bytes);
         QVERIFY(writer.commit());
+    }
+
+    // What each descriptor of this process is of.
+    static QMap<int, QByteArray> openFiles()
+    {
+        QMap<int, QByteArray> files;
+        const QDir descriptors(QStringLiteral("/proc/self/fd"));
+        for (const QString &name : descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
+            char target[PATH_MAX] = {};
+            if (readlink(qPrintable(descriptors.filePath(name)), target, sizeof target - 1) > 0)
+                files.insert(name.toInt(), target);
+        }
+        return files;
+    }
+
+    static int kernelWatches()
+    {
+        const int descriptor = openFiles().key("anon_inode:inotify");
+        QFile info(QStringLiteral("/proc/self/fdinfo/%1").arg(descriptor));
+        return info.open(QIODevice::ReadOnly) ? info.readAll().count("inotify wd:") : -1;
     }
 
     // Longer than the watch waits for a writer that has not finished.
