@@ -3,6 +3,7 @@
 #include <vellix/platform/vxcomponents.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
@@ -216,6 +217,93 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(file()));
         testing::writeFile(file(), "new");
         QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
+    // Nobody else's bytes are taken away, and one without any is no empty file.
+    void pipeIsNotReadFrom()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("");
+        watch();
+        QVERIFY(mkfifo(qPrintable(path("pipe")), 0600) == 0);
+        QFile pipe(path("pipe"));
+        const int descriptor = ::open(qPrintable(path("pipe")), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(pipe.open(descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered, QFile::AutoCloseHandle));
+        QVERIFY(rename(qPrintable(path("pipe")), qPrintable(file())) == 0);
+        QTRY_COMPARE(m_calls, 1);
+        QCOMPARE(pipe.write("bytes"), 5);
+        QVERIFY(QFile::rename(file(), path("pipe")));
+        QTRY_COMPARE(m_calls, 2);
+        QVERIFY(QFile::rename(path("pipe"), file()));
+        QTRY_COMPARE(m_calls, 3);
+        settle();
+        QCOMPARE(pipe.read(10), QByteArray("bytes"));
+    }
+
+    // What a writer has begun is no news for the next moment; what it has finished is.
+    void writerIsGivenAMoment_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("a new file") << false;
+        QTest::newRow("an old file") << true;
+    }
+
+    void writerIsGivenAMoment()
+    {
+        QFETCH(bool, exists);
+        QVERIFY(QDir().mkpath(path("a/b")));
+        bool intime = false;
+        for (int attempt = 0; attempt < 20 && !intime; ++attempt) { // another program may take the moment away
+            QFile::remove(file());
+            if (exists)
+                write("old");
+            settle();
+            watch();
+            m_seen.clear();
+            QElapsedTimer timer;
+            timer.start();
+            QFile writer(file());
+            QVERIFY(writer.open(exists ? QIODevice::Append | QIODevice::Unbuffered
+                                       : QIODevice::WriteOnly | QIODevice::Unbuffered));
+            QVERIFY(!exists || writer.write("half") == 4);
+            for (int turn = 0; turn < 4; ++turn)
+                QCoreApplication::processEvents();
+            const bool silent = m_seen.isEmpty();
+            intime = timer.elapsed() < 40;
+            QVERIFY(silent || !intime);
+            writer.write("whole");
+            writer.close();
+            QTRY_COMPARE(last(), QByteArray(exists ? "oldhalfwhole" : "whole"));
+        }
+        if (!intime)
+            QSKIP("the machine is too busy to tell");
+    }
+
+    void writerThatNeverPausesIsSeenAsWell()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        watch();
+        QFile writer(file());
+        QVERIFY(writer.open(QIODevice::Append | QIODevice::Unbuffered));
+        QElapsedTimer timer;
+        for (timer.start(); m_seen.isEmpty() && timer.elapsed() < 5000; QTest::qWait(5))
+            writer.write("x");
+        QVERIFY(!m_seen.isEmpty());
+    }
+
+    // When nothing in the directory that came with it is watched yet.
+    void changeByTheCallbackItself()
+    {
+        testing::writeFile(path("other/b/file"), "new");
+        m_watch.reset(__watchFileChange(file(), nullptr, [this] {
+            m_seen.append(testing::readFile(file()));
+            if (m_seen.size() == 1)
+                write("newer");
+        }));
+        QVERIFY(QDir().rename(path("other"), path("a")));
+        QTRY_COMPARE(last(), QByteArray("newer"));
+        QCOMPARE(m_seen, QList<QByteArray>({"new", "newer"}));
     }
 
     void slowWriterIsSeenToTheEnd()
