@@ -4,7 +4,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QScopeGuard>
 
+#include <locale.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -38,6 +40,9 @@ private Q_SLOTS:
         QTest::newRow("system data: the first directory that has ours")
                 << ""
                 << "@/none:@/has:@/has-too" << system << "@/has/vellix/a";
+        QTest::newRow("system data: a file of our name is no directory")
+                << ""
+                << "@/file:@/has" << system << "@/has/vellix/a";
         QTest::newRow("system data: else the first named") << ""
                                                            << "@/none:@/neither" << system << "@/none/vellix/a";
         QTest::newRow("system data: an empty entry counts for nothing") << ""
@@ -93,6 +98,7 @@ private Q_SLOTS:
     {
         QDir(m_directory->path()).mkpath(QStringLiteral("has/vellix"));
         QDir(m_directory->path()).mkpath(QStringLiteral("has-too/vellix"));
+        testing::writeFile(m_directory->filePath(QStringLiteral("file/vellix")), "x");
         const auto place = [this](QString text) { return text.replace(QLatin1Char('@'), m_directory->path()); };
         QFETCH(QString, dataHome);
         QFETCH(QString, dataDirs);
@@ -206,6 +212,13 @@ private Q_SLOTS:
         QVERIFY(resolver.exists("${USERDATA}"));
     }
 
+    void errorWithoutAMessage()
+    {
+        const Error error({"file", 7}, static_cast<const char *>(nullptr));
+        QCOMPARE(error.records.size(), std::size_t(1));
+        QCOMPARE(error.records.front().message, std::string());
+    }
+
     void locationText() { QCOMPARE(CodeLocation::toString("dir/file", 7), std::string("dir/file:7")); }
 
     void colour_data()
@@ -237,6 +250,8 @@ private Q_SLOTS:
                 << QStringList{QString::fromUtf8("漢字"), "abcde"} << QStringList{QString::fromUtf8("漢字 "), "abcde"};
         QTest::newRow("combining characters take none")
                 << QStringList{QString::fromUtf8("e\u0301"), "ab"} << QStringList{QString::fromUtf8("e\u0301 "), "ab"};
+        QTest::newRow("control characters take none")
+                << QStringList{"a\tb\x1b", "abc"} << QStringList{"a\tb\x1b ", "abc"};
         QTest::newRow("beyond the first plane")
                 << QStringList{QString::fromUtf8("😀"), "abc"} << QStringList{QString::fromUtf8("😀 "), "abc"};
     }
@@ -251,6 +266,22 @@ private Q_SLOTS:
         for (const std::string &line : Utf8::alignLeftByWhitespace(bytes))
             aligned.append(QString::fromStdString(line));
         QTEST(aligned, "expected");
+    }
+
+    // Of this thread, whose functions on characters follow it.
+    void alignKeepsTheLocale()
+    {
+        const locale_t before = uselocale(nullptr);
+        const locale_t own = newlocale(LC_ALL_MASK, "C", nullptr);
+        const auto cleanUp = qScopeGuard([&] {
+            uselocale(before);
+            freelocale(own);
+        });
+        for (const locale_t locale : {before, own}) {
+            uselocale(locale);
+            Utf8::alignLeftByWhitespace({"a", "\u00e4"});
+            QVERIFY(uselocale(nullptr) == locale);
+        }
     }
 
     void logLine_data()

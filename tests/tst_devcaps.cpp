@@ -28,7 +28,40 @@ private Q_SLOTS:
         QTest::newRow("one of each sort") << QStringList{"backlight/white", "leds/frontlight:warm"} << true << true;
         QTest::newRow("warm alone") << QStringList{"backlight/warm"} << true << false;
         QTest::newRow("two cold ones") << QStringList{"backlight/cold0", "backlight/cold1"} << true << false;
+        QTest::newRow("one channel of a warm white") << QStringList{"backlight/lm3630a_warm_white"} << true << false;
+        QTest::newRow("two channels of a warm white")
+                << QStringList{"backlight/warm_white0", "leds/frontlight_white_warm"} << true << false;
+        QTest::newRow("a warm and a cold white")
+                << QStringList{"backlight/warm_white", "backlight/cold_white"} << true << true;
+        QTest::newRow("a warm white and a white")
+                << QStringList{"backlight/warm_white", "backlight/white"} << true << true;
+        QTest::newRow("one channel of both names") << QStringList{"backlight/warm_cold"} << true << false;
         QTest::newRow("other warm LEDs do not count") << QStringList{"backlight/cold", "leds/warm"} << true << false;
+    }
+
+    // Each word is enough.
+    void words_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("other"); // makes a coloured light of it
+        for (const char *frontlight : {"frontlight", "front-light", "front_light", "my_FRONT-light0"})
+            QTest::newRow(frontlight) << QStringLiteral("leds/%1_warm").arg(frontlight) << "backlight/cold";
+        for (const char *warm : {"warm", "amber", "orange"})
+            QTest::newRow(warm) << QStringLiteral("backlight/%1").arg(warm) << "backlight/cold";
+        for (const char *cold : {"cold", "cool", "white"})
+            QTest::newRow(cold) << QStringLiteral("backlight/%1").arg(cold) << "backlight/warm";
+    }
+
+    void words()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, other);
+        QTemporaryDir sysClass;
+        QVERIFY(QDir(sysClass.path()).mkpath(entry));
+        QVERIFY(devcaps::hasFrontlight(sysClass.path().toStdString()));
+        QVERIFY(!devcaps::hasColourFrontlight(sysClass.path().toStdString()));
+        QVERIFY(QDir(sysClass.path()).mkpath(other));
+        QVERIFY(devcaps::hasColourFrontlight(sysClass.path().toStdString()));
     }
 
     void frontlight()

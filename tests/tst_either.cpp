@@ -98,6 +98,18 @@ private Q_SLOTS:
         QCOMPARE(testing::failure(Result(Left(oneRecord)).flatMap(next)), QStringLiteral("a message"));
     }
 
+    void functionMayReturnAReference()
+    {
+        const Result kept = Right(7);
+        const auto same = [&kept](int) -> const Result & { return kept; };
+        const auto text = [](const Error &error) -> const Error & { return error; };
+        const Result one = Right(1);
+        QVERIFY((std::is_same_v<decltype(one.flatMap(same)), Result>));
+        QVERIFY((std::is_same_v<decltype(one.mapLeft(text)), Result>));
+        QCOMPARE(one.flatMap(same).right(), 7);
+        QCOMPARE(testing::failure(Result(Left(oneRecord)).flatMap(same)), QStringLiteral("a message"));
+    }
+
     void flatMapNeverCallsOnALeftValue()
     {
         bool called = false;

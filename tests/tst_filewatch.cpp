@@ -3,6 +3,7 @@
 #include <vellix/platform/vxcomponents.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 #include <QScopeGuard>
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -217,6 +219,93 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("new"));
     }
 
+    // Nobody else's bytes are taken away, and one without any is no empty file.
+    void pipeIsNotReadFrom()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("");
+        watch();
+        QVERIFY(mkfifo(qPrintable(path("pipe")), 0600) == 0);
+        QFile pipe(path("pipe"));
+        const int descriptor = ::open(qPrintable(path("pipe")), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(pipe.open(descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered, QFile::AutoCloseHandle));
+        QVERIFY(rename(qPrintable(path("pipe")), qPrintable(file())) == 0);
+        QTRY_COMPARE(m_calls, 1);
+        QCOMPARE(pipe.write("bytes"), 5);
+        QVERIFY(QFile::rename(file(), path("pipe")));
+        QTRY_COMPARE(m_calls, 2);
+        QVERIFY(QFile::rename(path("pipe"), file()));
+        QTRY_COMPARE(m_calls, 3);
+        settle();
+        QCOMPARE(pipe.read(10), QByteArray("bytes"));
+    }
+
+    // What a writer has begun is no news for the next moment; what it has finished is.
+    void writerIsGivenAMoment_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("a new file") << false;
+        QTest::newRow("an old file") << true;
+    }
+
+    void writerIsGivenAMoment()
+    {
+        QFETCH(bool, exists);
+        QVERIFY(QDir().mkpath(path("a/b")));
+        bool intime = false;
+        for (int attempt = 0; attempt < 20 && !intime; ++attempt) { // another program may take the moment away
+            QFile::remove(file());
+            if (exists)
+                write("old");
+            settle();
+            watch();
+            m_seen.clear();
+            QElapsedTimer timer;
+            timer.start();
+            QFile writer(file());
+            QVERIFY(writer.open(exists ? QIODevice::Append | QIODevice::Unbuffered
+                                       : QIODevice::WriteOnly | QIODevice::Unbuffered));
+            QVERIFY(!exists || writer.write("half") == 4);
+            for (int turn = 0; turn < 4; ++turn)
+                QCoreApplication::processEvents();
+            const bool silent = m_seen.isEmpty();
+            intime = timer.elapsed() < 40;
+            QVERIFY(silent || !intime);
+            writer.write("whole");
+            writer.close();
+            QTRY_COMPARE(last(), QByteArray(exists ? "oldhalfwhole" : "whole"));
+        }
+        if (!intime)
+            QSKIP("the machine is too busy to tell");
+    }
+
+    void writerThatNeverPausesIsSeenAsWell()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        watch();
+        QFile writer(file());
+        QVERIFY(writer.open(QIODevice::Append | QIODevice::Unbuffered));
+        QElapsedTimer timer;
+        for (timer.start(); m_seen.isEmpty() && timer.elapsed() < 5000; QTest::qWait(5))
+            writer.write("x");
+        QVERIFY(!m_seen.isEmpty());
+    }
+
+    // When nothing in the directory that came with it is watched yet.
+    void changeByTheCallbackItself()
+    {
+        testing::writeFile(path("other/b/file"), "new");
+        m_watch.reset(__watchFileChange(file(), nullptr, [this] {
+            m_seen.append(testing::readFile(file()));
+            if (m_seen.size() == 1)
+                write("newer");
+        }));
+        QVERIFY(QDir().rename(path("other"), path("a")));
+        QTRY_COMPARE(last(), QByteArray("newer"));
+        QCOMPARE(m_seen, QList<QByteArray>({"new", "newer"}));
+    }
+
     void slowWriterIsSeenToTheEnd()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -283,22 +372,183 @@ private Q_SLOTS:
         QTRY_VERIFY(other > 0 && last() == "new");
     }
 
+    // A program that this one starts has none of them.
     void oneDescriptorForAll()
     {
-        const auto inotifyDescriptors = [] {
-            int count = 0;
-            const QDir descriptors(QStringLiteral("/proc/self/fd"));
-            for (const QString &name : descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
-                char target[64] = {};
-                if (readlink(qPrintable(descriptors.filePath(name)), target, sizeof target - 1) > 0)
-                    count += QByteArray(target).contains("inotify");
-            }
-            return count;
-        };
+        m_watch.reset();
+        const QMap<int, QByteArray> before = openFiles();
         QObject context;
         for (int i = 0; i < 20; ++i)
             __watchFileChange(path("file%1").arg(i), &context, [] {});
-        QCOMPARE(inotifyDescriptors(), 1);
+        QCOMPARE(openFiles().values().count("anon_inode:inotify"), 1);
+        const QMap<int, QByteArray> now = openFiles();
+        for (auto file = now.cbegin(); file != now.cend(); ++file) {
+            if (before.contains(file.key()))
+                continue;
+            QVERIFY2(fcntl(file.key(), F_GETFD) & FD_CLOEXEC, *file);
+            QVERIFY(*file != "anon_inode:inotify" || fcntl(file.key(), F_GETFL) & O_NONBLOCK);
+        }
+    }
+
+    void descriptorsAreClosed()
+    {
+        m_watch.reset();
+        const QMap<int, QByteArray> before = openFiles();
+        {
+            const std::unique_ptr<QObject> one(__watchFileChange(file(), nullptr, [] {}));
+            std::unique_ptr<QObject> two(__watchFileChange(file(), nullptr, [] {}));
+            two.reset();
+            QCOMPARE(openFiles().values().count("anon_inode:inotify"), 1);
+        }
+        QCOMPARE(openFiles(), before);
+    }
+
+    void noLookLeavesADescriptorOpen()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("0");
+        watch();
+        const QMap<int, QByteArray> before = openFiles();
+        for (const char *text : {"1", "2", "3"}) {
+            replace(text);
+            QTRY_COMPARE(last(), QByteArray(text));
+        }
+        settle();
+        QCOMPARE(openFiles(), before);
+    }
+
+    // Each directory from the root down and the file, once: what is not on the way any more is not watched either.
+    void kernelWatchesDoNotPileUp_data()
+    {
+        QTest::addColumn<Change>("change");
+        QTest::newRow("the file replaced") << Change([](tst_FileWatch *t) { t->replace("new"); });
+        QTest::newRow("the directory replaced") << Change([](tst_FileWatch *t) {
+            testing::writeFile(t->path("other/file"), "new");
+            QVERIFY(QDir().rename(t->path("a/b"), t->path("gone%1").arg(t->m_seen.size())));
+            QVERIFY(QDir().rename(t->path("other"), t->path("a/b")));
+        });
+        QTest::newRow("a link turned") << Change([](tst_FileWatch *t) {
+            const QString directory = t->path("link%1").arg(t->m_seen.size());
+            testing::writeFile(directory + QStringLiteral("/file"), "new");
+            QVERIFY(QFile::remove(t->path("a/b")) || QDir().rename(t->path("a/b"), t->path("gone")));
+            QVERIFY(QFile::link(directory, t->path("a/b")));
+        });
+    }
+
+    void kernelWatchesDoNotPileUp()
+    {
+        QFETCH(Change, change);
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        // So that there is a descriptor all the time.
+        const std::unique_ptr<QObject> other(__watchFileChange(m_directory->filePath("elsewhere"), nullptr, [] {}));
+        const int without = kernelWatches();
+        watch();
+        QCOMPARE(kernelWatches(), without + 3); // a, b and the file
+        int after = 0;
+        for (int i = 0; i < 3; ++i) {
+            change(this);
+            QTRY_COMPARE(last(), QByteArray("new"));
+            settle();
+            QVERIFY(i == 0 || kernelWatches() == after);
+            after = kernelWatches();
+            write("old");
+            QTRY_COMPARE(last(), QByteArray("old"));
+        }
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(last(), QByteArray("(no file)"));
+        settle();
+        QCOMPARE(kernelWatches(), after - 1);
+        m_watch.reset();
+        QCOMPARE(kernelWatches(), without);
+    }
+
+    void otherWatchOfADirectoryGoesOn()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        std::unique_ptr<QObject> first(__watchFileChange(path("a/b/other"), nullptr, [] {}));
+        watch();
+        const std::unique_ptr<QObject> third(__watchFileChange(path("a/b/other"), nullptr, [] {}));
+        first.reset();
+        replace("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(last(), QByteArray("(no file)"));
+        QVERIFY(QDir().rename(path("a/b"), path("a/c")));
+        testing::writeFile(file(), "again");
+        QTRY_COMPARE(last(), QByteArray("again"));
+    }
+
+    void nobodyNeedsToBeTold()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        const std::unique_ptr<QObject> silent(__watchFileChange(file(), nullptr, nullptr));
+        watch();
+        write("new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+        settle();
+    }
+
+    void relativePathIsThatOfTheBeginning()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        const QString before = QDir::currentPath();
+        const auto cleanUp = qScopeGuard([&] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(path("a")));
+        int calls = 0;
+        const std::unique_ptr<QObject> relative(__watchFileChange("./b//file", nullptr, [&] { ++calls; }));
+        write("new");
+        QTRY_COMPARE(calls, 1);
+        QVERIFY(QDir::setCurrent(before));
+        replace("newer");
+        QTRY_COMPARE(calls, 2);
+    }
+
+    // However it comes that there is none.
+    void noFileIsNoChangeFromNoFile()
+    {
+        watch();
+        QVERIFY(QDir().mkpath(path("a")));
+        settle();
+        testing::writeFile(path("a/b"), "a file in place of the directory");
+        settle();
+        QVERIFY(QFile::remove(path("a/b")));
+        QVERIFY(QFile::link("nowhere", path("a/b")));
+        settle();
+        QVERIFY(QFile::remove(path("a/b")));
+        QVERIFY(QFile::link(QString(300, QLatin1Char('x')), path("a/b")));
+        settle();
+        QVERIFY(m_seen.isEmpty());
+        QVERIFY(QFile::remove(path("a/b")));
+        testing::writeFile(file(), "new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
+    // Its bytes are there all the time.
+    void fileThatBecomesReadable()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        write("old");
+        const QByteArray name = file().toLocal8Bit();
+        const uid_t self = geteuid(); // root may read everything
+        const auto cleanUp = qScopeGuard([&] { (void)seteuid(self); });
+        QVERIFY(chmod(name, 0) == 0);
+        QVERIFY(chmod(m_directory->path().toLocal8Bit(), 0755) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        watch();
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(chmod(name, 0644) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        QTRY_COMPARE(last(), QByteArray("old"));
+        QCOMPARE(m_calls, 1);
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(chmod(name, 0) == 0);
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        QTRY_COMPARE(m_calls, 2);
+        QVERIFY(seteuid(self) == 0);
+        QVERIFY(QFile::remove(file()));
+        QTRY_COMPARE(m_calls, 3); // no file is something else than one that cannot be read
     }
 
     // More events than the kernel keeps: what was lost must not matter.
@@ -457,6 +707,26 @@ private:
         QVERIFY(writer.open(QIODevice::WriteOnly));
         writer.write(bytes);
         QVERIFY(writer.commit());
+    }
+
+    // What each descriptor of this process is of.
+    static QMap<int, QByteArray> openFiles()
+    {
+        QMap<int, QByteArray> files;
+        const QDir descriptors(QStringLiteral("/proc/self/fd"));
+        for (const QString &name : descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
+            char target[PATH_MAX] = {};
+            if (readlink(qPrintable(descriptors.filePath(name)), target, sizeof target - 1) > 0)
+                files.insert(name.toInt(), target);
+        }
+        return files;
+    }
+
+    static int kernelWatches()
+    {
+        const int descriptor = openFiles().key("anon_inode:inotify");
+        QFile info(QStringLiteral("/proc/self/fdinfo/%1").arg(descriptor));
+        return info.open(QIODevice::ReadOnly) ? info.readAll().count("inotify wd:") : -1;
     }
 
     // Longer than the watch waits for a writer that has not finished.

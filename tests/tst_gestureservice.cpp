@@ -623,6 +623,15 @@ private Q_SLOTS:
         ExitNotifier::notify();
         QCOMPARE(testing::readFile(userFile()), choice);
         QCOMPARE(testing::filesBelow(m_tree->user()).size(), 1);
+        QVERIFY(log.qtMessages.isEmpty());
+        // Nor by hand; that was an attempt, and the log has the reason.
+        QVERIFY(service.save());
+        QCOMPARE(log.qtMessages.size(), 1);
+        const QString reason = QStringLiteral("the gestures are not loaded (path: ") + userFile() + QLatin1Char(')');
+        QVERIFY2(log.qtMessages[0].contains(reason), qPrintable(log.qtMessages[0]));
+        const auto saved = service.trySave();
+        QCOMPARE(saved.isLeft() ? saved.left() : QString(), reason);
+        QCOMPARE(testing::readFile(userFile()), choice);
     }
 
     // Whatever stands in place of the user's file: one line says so, nothing waits, nothing is lost.

@@ -196,6 +196,20 @@ private Q_SLOTS:
         QCOMPARE(provider.service(), service);
     }
 
+    void nothingIsLoadedWithoutAnAppId()
+    {
+        LogCapture log;
+        GestureServiceProvider provider(nullptr);
+        provider.setAppId(QString());
+        QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
+        provider.loadService(nullptr);
+        QCOMPARE(provider.service(), nullptr);
+        provider.installService(nullptr, QString(), true);
+        QCOMPARE(provider.service(), nullptr);
+        QCOMPARE(changed.size(), 0);
+        QVERIFY(log.lines.isEmpty());
+    }
+
     void releaseService()
     {
         GestureServiceProvider provider(nullptr);

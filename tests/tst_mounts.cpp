@@ -267,9 +267,13 @@ private Q_SLOTS:
         int awoken = 0;
         connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, m_watch.get(),
                 [&awoken] { ++awoken; });
-        QEventLoop loop;
-        QTimer::singleShot(200, &loop, &QEventLoop::quit);
-        loop.exec();
+        // What other programs do in the directory for temporary files wakes it as well: they pause some time.
+        for (int i = 0; i < 50 && (i == 0 || awoken >= 20); ++i) {
+            awoken = 0;
+            QEventLoop loop;
+            QTimer::singleShot(200, &loop, &QEventLoop::quit);
+            loop.exec();
+        }
         QVERIFY2(awoken < 20, qPrintable(QString::number(awoken)));
     }
 

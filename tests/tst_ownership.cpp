@@ -118,6 +118,47 @@ private Q_SLOTS:
         QCOMPARE(leaf->action(), nullptr);
     }
 
+    void deadActionThatIsNotCurrentChangesNoCurrentOne()
+    {
+        Action *available = newAction("a");
+        Action *byDefault = newAction("b");
+        Action *current = newAction("c");
+        const std::unique_ptr<Gesture> gesture(newGesture({available, byDefault, current}, byDefault, current));
+        QSignalSpy changed(gesture.get(), &Gesture::currentActionChanged);
+        delete available;
+        QCOMPARE(gesture->defaultAction(), byDefault);
+        delete byDefault;
+        QCOMPARE(gesture->defaultAction(), nullptr);
+        QCOMPARE(gesture->currentAction(), current);
+        QCOMPARE(gesture->availableActions(), QList<Action *>{current});
+        QCOMPARE(changed.size(), 0);
+    }
+
+    void deadActionThatWasOfferedTwiceIsForgottenTwice()
+    {
+        Action *action = newAction("a");
+        Action *other = newAction("b");
+        const std::unique_ptr<Gesture> gesture(newGesture({action, other, action}, action));
+        delete action;
+        QCOMPARE(gesture->availableActions(), QList<Action *>{other});
+    }
+
+    void actionPassesOnFromUserToUser()
+    {
+        const QPointer<Action> action = newAction("a");
+        QList<Gesture *> gestures;
+        for (int i = 0; i < 5; ++i)
+            gestures.append(newGesture({action}));
+        delete gestures.takeAt(2); // in between
+        delete gestures.takeFirst();
+        while (!gestures.isEmpty()) {
+            QVERIFY(action);
+            QCOMPARE(action->parent(), gestures.last());
+            delete gestures.takeLast();
+        }
+        QVERIFY(!action);
+    }
+
     void whoHearsOfADeadActionMayDestroyItsOtherUsers()
     {
         Action *action = newAction("a");

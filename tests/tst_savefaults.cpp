@@ -122,6 +122,11 @@ private Q_SLOTS:
         // The first write is that of the temporary file.
         QTest::newRow("shorter, no room can be reserved, nor written")
                 << 5 << QStringList{noRename, unknown, "write:error=ENOSPC:when=2"} << 1;
+        // What says that the file may be written, but not replaced; and what says nothing of the kind.
+        for (const char *error : {"EACCES", "EPERM", "EROFS", "EBUSY", "EOPNOTSUPP"})
+            QTest::newRow(error) << 5 << QStringList{"rename,renameat,renameat2:error=" + QString(error)} << 0;
+        QTest::newRow("EIO") << 5 << QStringList{"rename,renameat,renameat2:error=EIO"} << 1;
+        QTest::newRow("no call that reserves room") << 5 << QStringList{noRename, "fallocate:error=ENOSYS"} << 0;
         QTest::newRow("a busy name and no room for another")
                 << 5 << QStringList{"rename,renameat,renameat2:error=ENOSPC"} << 1;
     }
@@ -136,6 +141,103 @@ private Q_SLOTS:
         testing::writeFile(file(), old);
         QCOMPARE(run(saving(600), faults), status);
         QCOMPARE(testing::readFile(file()), status == 0 ? saved : old);
+        QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
+    }
+
+    // As with a new file: what is said to be saved is on the disk, and what was taken back as well.
+    void directWriteIsOnDisk_data()
+    {
+        QTest::addColumn<QStringList>("faults");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QStringList>("expected");
+        const QString noRename = "rename,renameat,renameat2:error=EBUSY";
+        const QStringList first{"write", "fsync", "rename"}; // of the temporary file
+        QTest::newRow("saved") << QStringList{noRename} << 0
+                               << first + QStringList{"fallocate", "write", "ftruncate", "fsync"};
+        QTest::newRow("taken back") << QStringList{noRename, "fallocate:error=ENOSPC"} << 1
+                                    << first + QStringList{"fallocate", "ftruncate", "fsync"};
+    }
+
+    void directWriteIsOnDisk()
+    {
+        QFETCH(QStringList, faults);
+        QFETCH(int, status);
+        QFETCH(QStringList, expected);
+        prepare(true);
+        QStringList order;
+        for (const Call &call : calls(saving(3), faults, status)) {
+            if (QStringList({"write", "fsync", "rename", "fallocate", "ftruncate"}).contains(commonName(call)))
+                order.append(commonName(call));
+        }
+        QCOMPARE(order, expected);
+    }
+
+    // A signal that comes in between: the call is made again.
+    void interruptedCallIsRepeated_data()
+    {
+        QTest::addColumn<QStringList>("faults");
+        const QString noRename = "rename,renameat,renameat2:error=EBUSY";
+        for (const char *name : {"write", "fsync", "fallocate", "ftruncate"})
+            QTest::newRow(name) << QStringList{noRename, QString("%1:error=EINTR:when=1").arg(name)};
+        int opened = 0;
+        for (const Call &call : trace(3, true)) {
+            if (call.name.startsWith("open"))
+                QTest::addRow("open %d", ++opened)
+                        << QStringList{QString("%1:error=EINTR:when=%2").arg(call.name).arg(call.number)};
+        }
+    }
+
+    void interruptedCallIsRepeated()
+    {
+        QFETCH(QStringList, faults);
+        const QByteArray saved = (trace(3, true), m_new);
+        prepare(true);
+        QCOMPARE(run(saving(3), faults), 0);
+        QCOMPARE(testing::readFile(file()), saved);
+        QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
+    }
+
+    // The first calls write ten bytes each, or so they say.
+    void shortWritesGoOn()
+    {
+        const QByteArray saved = (trace(3, true), m_new);
+        prepare(true);
+        QCOMPARE(run(saving(3), {"write:retval=10:when=1..2"}), 0);
+        QCOMPARE(testing::readFile(file()), saved.mid(20));
+    }
+
+    void writeOfNothingFails()
+    {
+        prepare(true);
+        QCOMPARE(run(saving(3), {"write:retval=0:when=1..1000"}), 1);
+        QCOMPARE(testing::readFile(file()), m_old);
+    }
+
+    // A network's disk may say only now that it is full.
+    void closingTheNewFile_data()
+    {
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<int>("status");
+        QTest::newRow("fails") << "EIO" << 1;
+        QTest::newRow("is interrupted, which closes it") << "EINTR" << 0;
+    }
+
+    void closingTheNewFile()
+    {
+        QFETCH(QString, error);
+        QFETCH(int, status);
+        int closing = 0;
+        int last = 0;
+        for (const Call &call : trace(3, true)) {
+            if (call.name == "close")
+                last = call.number;
+            else if (commonName(call) == "rename")
+                closing = last;
+        }
+        QVERIFY(closing > 0);
+        prepare(true);
+        QCOMPARE(run(saving(3), {QString("close:error=%1:when=%2").arg(error).arg(closing)}), status);
+        QCOMPARE(testing::readFile(file()), status == 0 ? m_new : m_old);
         QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
     }
 
@@ -298,10 +400,10 @@ private:
         return found;
     }
 
-    QList<Call> calls(const QStringList &program)
+    QList<Call> calls(const QStringList &program, const QStringList &faults = {}, int status = 0)
     {
-        if (run(program, {}) != 0)
-            qFatal("an undisturbed save fails");
+        if (run(program, faults) != status)
+            qFatal("a save does not end as it should");
         QList<Call> found;
         QMap<QString, int> numbers;
         bool within = false;

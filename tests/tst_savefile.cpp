@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <fcntl.h>
 #include <grp.h>
@@ -253,6 +254,38 @@ private Q_SLOTS:
     {
         QVERIFY(save(path("a/b/c/file")) > 0);
         QVERIFY(isDocument(path("a/b/c/file")));
+    }
+
+    void nameWithoutADirectory()
+    {
+        const QString before = QDir::currentPath();
+        const auto cleanUp = qScopeGuard([&] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(m_directory->path()));
+        for (const char *name : {"file", "./other", "new/file"})
+            QVERIFY(save(QString::fromLatin1(name)) > 0);
+        QVERIFY(save(QStringLiteral("file")) > 0);
+        QDir::setCurrent(before);
+        QVERIFY(isDocument(path("file")));
+        QCOMPARE(testing::filesBelow(m_directory->path()), QStringList({"file", "new/file", "other"}));
+    }
+
+    void noNameIsRefused()
+    {
+        QCOMPARE(refusal(QString()), QStringLiteral("can not open file: No file name specified (path: )"));
+    }
+
+    // It stays one, and who reads from it gets the text.
+    void pipeWithAReaderIsWrittenDirectly()
+    {
+        QCOMPARE(mkfifo(qPrintable(path("pipe")), 0600), 0);
+        QFile reader;
+        const int descriptor = open(qPrintable(path("pipe")), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(reader.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle));
+        const qint64 saved = save(path("pipe"));
+        QVERIFY(saved > 0);
+        QVERIFY(S_ISFIFO(statusOf(path("pipe")).st_mode));
+        QCOMPARE(reader.read(1000).size(), static_cast<int>(saved));
+        QCOMPARE(testing::filesBelow(m_directory->path()), QStringList("pipe"));
     }
 
     void refusals_data()
@@ -524,6 +557,17 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path("dir/.gestures-%1-3").arg(ended)).isSymLink());
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-4").arg(ended)));
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-5").arg(ended)));
+
+        // Of a process elsewhere that has this one's number, and is at work.
+        QFile elsewhere(path("dir/.gestures-%1-0").arg(getpid()));
+        QVERIFY(elsewhere.open(QIODevice::WriteOnly));
+        elsewhere.write("half");
+        elsewhere.flush();
+        QCOMPARE(flock(elsewhere.handle(), LOCK_EX), 0);
+        QVERIFY(save(path("dir/file")) > 0);
+        QVERIFY(isDocument(path("dir/file")));
+        QCOMPARE(testing::readFile(elsewhere.fileName()), QByteArray("half"));
+        elsewhere.close();
 
         // Of an earlier process with this one's number.
         testing::writeFile(path("dir/.gestures-%1-7").arg(getpid()), "half");

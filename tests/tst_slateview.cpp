@@ -11,16 +11,27 @@ class tst_SlateView : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void speechEngineOnThePath_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("speaks");
+        for (const char *name : {"espeak-ng", "espeak", "flite", "festival", "pico2wave", "spd-say"})
+            QTest::newRow(name) << QString::fromLatin1(name) << true;
+        QTest::newRow("another program") << "espeak-ng2" << false;
+    }
+
     void speechEngineOnThePath()
     {
+        QFETCH(QString, name);
+        QFETCH(bool, speaks);
         QTemporaryDir programs;
         qputenv("PATH", QByteArray("/nowhere:") + QFile::encodeName(programs.path()));
         QVERIFY(!SvTTSSupported());
-        const QString engine = programs.filePath(QStringLiteral("espeak-ng"));
+        const QString engine = programs.filePath(name);
         testing::writeFile(engine, "#!/bin/sh\n");
         QVERIFY(!SvTTSSupported()); // cannot be run
         QVERIFY(QFile::setPermissions(engine, QFile::ReadOwner | QFile::ExeOwner));
-        QVERIFY(SvTTSSupported());
+        QCOMPARE(SvTTSSupported(), speaks);
         qunsetenv("PATH");
         QVERIFY(!SvTTSSupported());
     }

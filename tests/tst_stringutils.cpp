@@ -24,6 +24,7 @@ private Q_SLOTS:
         QTest::newRow("all lower") << "word"
                                    << "Word";
         QTest::newRow("beyond ASCII") << QString::fromUtf8("äpfel") << QString::fromUtf8("Äpfel");
+        QTest::newRow("upper case and not title case") << QString::fromUtf8("ǆa") << QString::fromUtf8("Ǆa");
         QTest::newRow("no locale rules") << "i"
                                          << "I";
         QTest::newRow("one unit only: sharp s stays") << QString::fromUtf8("ßa") << QString::fromUtf8("ßa");

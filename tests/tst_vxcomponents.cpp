@@ -69,6 +69,13 @@ private Q_SLOTS:
         QTest::newRow("broken UTF-8") << QByteArray("[\"\xff\"]") << "1:3";
         QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0]\0", 6) << "1:1";
         QTest::newRow("nested too deeply") << QByteArray(10000, '[') << "1:1025";
+        QTest::newRow("a word cut off at the end of its line") << QByteArray("{\"a\": tru\n}") << "1:10";
+        QTest::newRow("a word cut off at the end") << QByteArray("[1,\ntr") << "2:1";
+        QTest::newRow("nothing after a comma") << QByteArray("[1,]") << "1:4";
+        QTest::newRow("no comma between values") << QByteArray("[1 2]") << "1:4";
+        QTest::newRow("a number that is none") << QByteArray("[-]") << "1:3";
+        QTest::newRow("truncated after empty lines") << QByteArray("[1,\n\n") << "2:1";
+        QTest::newRow("an escape that is none") << QByteArray("[\"\\u12g4\"]") << "1:7";
         QTest::newRow("a number beyond doubles") << QByteArray("[1e999]") << "1:7";
     }
 
@@ -244,6 +251,37 @@ private Q_SLOTS:
         QCOMPARE(model->data(QModelIndex()), QVariant());
         QCOMPARE(model->roleNames().value(Qt::DisplayRole), QByteArray("display"));
         delete model;
+    }
+
+    void modelOfNothing()
+    {
+        const ReadonlyLazyListModel none(nullptr, nullptr);
+        QCOMPARE(none.rowCount(), 0);
+        const ReadonlyLazyListModel noItems([] { return 2; }, nullptr);
+        QCOMPARE(noItems.rowCount(), 2);
+        QCOMPARE(noItems.index(1).data(), QVariant());
+    }
+
+    void modelAnswersForItsOwnRowsOnly()
+    {
+        const ReadonlyLazyListModel model([] { return 2; }, [](int row) { return row; });
+        const ReadonlyLazyListModel other([] { return 9; }, [](int row) { return row; });
+        QCOMPARE(model.rowCount(model.index(0)), 0);
+        QCOMPARE(model.data(model.index(1), Qt::DisplayRole), QVariant(1));
+        const testing::LogCapture quiet; // Qt warns of them
+        QCOMPARE(model.data(other.index(1), Qt::DisplayRole), QVariant());
+        QCOMPARE(model.data(other.index(5), Qt::DisplayRole), QVariant());
+    }
+
+    // A model that has shrunk since.
+    void rowThatIsNotThereAnyMore()
+    {
+        int count = 2;
+        const ReadonlyLazyListModel model([&count] { return count; }, [](int row) { return row; });
+        const QModelIndex last = model.index(1);
+        count = 1;
+        const testing::LogCapture quiet;
+        QCOMPARE(last.data(), QVariant());
     }
 
     void listIsAPlainValue()

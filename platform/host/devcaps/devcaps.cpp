@@ -46,14 +46,16 @@ bool hasFrontlight(const std::string &sysClass)
     return !frontlightChannels(sysClass).empty();
 }
 
+// A warm white is no cold one.
 bool hasColourFrontlight(const std::string &sysClass)
 {
-    const std::vector<std::string> channels = frontlightChannels(sysClass);
-    const auto hasChannel = [&channels](std::initializer_list<const char *> words) {
-        return std::any_of(channels.begin(), channels.end(),
-                           [&words](const std::string &name) { return hasWord(name, words); });
+    const auto isWarm = [](const std::string &name) { return hasWord(name, {"warm", "amber", "orange"}); };
+    const auto isCold = [&isWarm](const std::string &name) {
+        return !isWarm(name) && hasWord(name, {"cold", "cool", "white"});
     };
-    return hasChannel({"warm", "amber", "orange"}) && hasChannel({"cold", "cool", "white"});
+    const std::vector<std::string> channels = frontlightChannels(sysClass);
+    return std::any_of(channels.begin(), channels.end(), isWarm)
+            && std::any_of(channels.begin(), channels.end(), isCold);
 }
 
 }

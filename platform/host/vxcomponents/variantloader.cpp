@@ -23,6 +23,7 @@ static int offsetOf(const QJsonParseError &error)
 {
     switch (error.error) {
     case QJsonParseError::IllegalNumber:
+    case QJsonParseError::IllegalEscapeSequence:
     case QJsonParseError::IllegalUTF8String:
     case QJsonParseError::UnterminatedString:
     case QJsonParseError::GarbageAtEnd: return error.offset;
