@@ -1248,6 +1248,23 @@ private Q_SLOTS:
                     + QByteArray("\u7a93").repeated(150) + "\": 0}",
             "FILE:2:1: error: 'kind' is obligatory field [refused]\n    {\"" + QByteArray("\u7a93").repeated(98)
                     + QByteArray("\u7a93").repeated(52) + "\": 5}, 5…\n    ^" + QByteArray(197, '~') + hint);
+        // Each is two of Qt's characters: half of one is neither shown nor escaped.
+        const QByteArray smile = "\U0001f600";
+        const QByteArray known = "\n    hint: Known here: zones, actions, actionGroups, gestures, $schema\n";
+        row("half a character before", "{\"gestures\": [], \"$schema\": \"" + smile.repeated(100) + "\", \"y\": 0}",
+            "FILE:1:133: warning: nobody reads 'y' [unknown-key]\n    …" + smile.repeated(48) + "\", \"y\": 0}\n    "
+                    + blanks(100) + "^~~" + known);
+        row("a whole character before", "{\"gestures\": [], \"$schema\":  \"" + smile.repeated(100) + "\",  \"y\": 0}",
+            "FILE:1:135: warning: nobody reads 'y' [unknown-key]\n    …" + smile.repeated(48) + "\",  \"y\": 0}\n    "
+                    + blanks(101) + "^~~" + known);
+        row("half a character behind", "{\"gestures\": [], \"y\": \"" + smile.repeated(100) + "\"}",
+            "FILE:1:18: warning: nobody reads 'y' [unknown-key]\n    {\"gestures\": [], \"y\": \"" + smile.repeated(28)
+                    + "…\n    " + blanks(17) + "^~~" + known);
+        row("a whole character behind", "{\"gestures\": [], \"y\":  \"" + smile.repeated(100) + "\"}",
+            "FILE:1:18: warning: nobody reads 'y' [unknown-key]\n    {\"gestures\": [], \"y\":  \"" + smile.repeated(28)
+                    + "…\n    " + blanks(17) + "^~~" + known);
+        row("half a character to mark", "{\"gestures\": [\n\"" + smile.repeated(60) + "\"]}",
+            "FILE:2:1: " + noGesture + "    \"" + smile.repeated(60) + "\"]}\n    ^" + QByteArray(98, '~') + hint);
         row("a name in the hint",
             "{\"gestures\": [{\"kind\": \"tap\", \"zone\":\n\"lamp\", \"defaultAction\": {\"path\": \"a\", \"title\": "
             "\"A\"}}],"
