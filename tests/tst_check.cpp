@@ -707,6 +707,8 @@ private Q_SLOTS:
             "1:35 not-available: gesture 'few' does not offer the action 'b'");
         row("a gesture with a current action", R"({"version": 1, "actions": {"fixed": "b"}})",
             "1:37 hidden-binding: gesture 'fixed' always does 'a'");
+        row("two fixed gestures of an id", R"({"version": 1, "actions": {"both": "b"}})",
+            "1:36 hidden-binding: gesture 'both' always does 'a'");
         row("what a fixed gesture does", R"({"version": 1, "actions": {"fixed": "a"}})", "");
         row("an action for a gesture that the device does not have", R"({"version": 1, "actions": {"lamp": "light"}})",
             "");
@@ -735,7 +737,13 @@ private Q_SLOTS:
                                         "{\"id\": \"plain\", \"kind\": \"hold\", \"zone\": \"left\","
                                         " \"defaultAction\": \"a\"},\n"
                                         "{\"id\": \"list\", \"kind\": \"hold\", \"zone\": \"right\","
-                                        " \"defaultAction\": [\"light\", \"b\"]}"));
+                                        " \"defaultAction\": [\"light\", \"b\"]},\n"
+                                        "{\"id\": \"both\", \"kind\": \"swipe\", \"direction\": \"toLeft\","
+                                        " \"currentAction\": \"a\"},\n"
+                                        "{\"id\": \"other\", \"kind\": \"swipe\", \"direction\": \"toRight\","
+                                        " \"defaultAction\": \"a\"},\n"
+                                        "{\"id\": \"both\", \"kind\": \"swipe\", \"direction\": \"toTop\","
+                                        " \"currentAction\": \"b\"}"));
         const QString file = m_tree->root() + "/user.json";
         testing::writeFile(file, text);
         Check check({QStringList()});
@@ -752,6 +760,22 @@ private Q_SLOTS:
                 && Configuration::loadJson(config, &device, GestureService::predefinedZones, read.right(), &owner)
                            .isRight();
         QCOMPARE(findings.count(Severity::Error) == 0, isTaken);
+    }
+
+    void hintsOfBindings()
+    {
+        const QString config = m_tree->root() + "/cfg.json";
+        testing::writeFile(config, withGestures(""));
+        const QString file = m_tree->root() + "/user.json";
+        testing::writeFile(file, R"({"version": 1, "actions": {"bass": "b", "other": "b"}})");
+        Check check;
+        check.configuration(config, file);
+        const Findings findings = check.findings();
+        QCOMPARE(shown(findings),
+                 QString("1:28 unknown-gesture: there is no gesture 'bass'\n"
+                         "1:41 unknown-gesture: there is no gesture 'other'"));
+        QCOMPARE(findings.list().first().hint, QString("Did you mean 'base'?"));
+        QCOMPARE(findings.list().last().hint, QString("It has no effect, and the next save drops it."));
     }
 
     // Beside what the configuration's own faults are.
@@ -1025,6 +1049,8 @@ private Q_SLOTS:
         QCOMPARE(found({{"tts"}}), QStringList({lamp, end, odd}).join('\n'));
         QCOMPARE(found({QStringList()}), QStringList({lamp, none, end, odd}).join('\n'));
         QCOMPARE(allDevices().size(), 8);
+        QCOMPARE(allDevices().first(), QStringList());
+        QCOMPARE(allDevices().last(), knownFeatures());
         QCOMPARE(found(allDevices()),
                  QStringList({lamp + " (without frontlight)", none + " (without frontlight and tts)", end, odd})
                          .join('\n'));
