@@ -78,6 +78,19 @@ private Q_SLOTS:
         row("behind the end", "{\"gestures\": []}\n\n}", "3:1 syntax: garbage at the end of the document");
         row("too deep", QByteArray(10000, '['), "1:1025 syntax: too deeply nested document");
         row("no document", "5", "1:1 syntax: illegal value");
+        row("behind exactly one kilobyte", QByteArray("{\"gestures\": []").leftJustified(1024, ' '),
+            "1:1025 syntax: unterminated object");
+        row("behind kilobytes of wide characters",
+            "{\"gestures\": [], \"x\": \"" + QByteArray("\u7a93").repeated(700) + "\"}}",
+            "1:726 syntax: garbage at the end of the document");
+        row("as many levels as the library reads", QByteArray(1024, '[') + QByteArray(1024, ']'),
+            "1:1 refused: 'gestures' is obligatory field");
+        row("ends of lines with two characters", "{\"zones\": {},\r\n\"gestures\":\r\n[5]}",
+            "3:2 refused: list of gestures must must contain maps");
+        row("elements behind what is not strict", "{\"gestures\": [\n5,\n1.]}",
+            "1:14 refused: list of gestures must must contain maps\n"
+            "2:1 refused: list of gestures must must contain maps\n"
+            "3:3 not-strict: Miss fraction part in number.");
 
         row("a list", "[]", "1:1 refused: 'gestures' is obligatory field");
         row("no gestures", "{}", "1:1 refused: 'gestures' is obligatory field");
@@ -110,6 +123,11 @@ private Q_SLOTS:
             "2:1 refused: either 'defaultAction' or 'currentAction' fields must be set");
         row("a name in place of an action", "{\"actions\": [\"a\"], \"gestures\": []}",
             "1:14 refused: action 'a' not defined");
+        row("a name in place of an action defines nothing",
+            "{\"actions\": [\"a\"], \"gestures\": [\n"
+            "{\"kind\": \"drag\", \"direction\": \"no\", \"defaultAction\": \"a\"}]}",
+            "1:14 refused: action 'a' not defined\n"
+            "2:54 refused: action 'a' not defined");
         row("an action of a wrong type", "{\"actions\": [null], \"gestures\": []}",
             "1:14 refused: 'Action' must be either 'str' or 'map'");
         row("all that an action lacks", "{\"actions\": [{}], \"gestures\": []}",
@@ -219,6 +237,16 @@ private Q_SLOTS:
             "1:17 refused: field 'h' must be set\n"
             "1:40 refused: one of fields 'title' or 'titles' must be set\n"
             "3:25 refused: zone 'nowhere' not defined");
+        const QByteArray left = R"({"kind": "tap", "zone": "left", "defaultAction": "a"})";
+        row("a gesture of no kind takes nothing from others",
+            withGestures(R"({"kind": "poke", "zone": "whole", "defaultAction": "a"},)" + left),
+            "5:10 refused: kind can be only 'tap' or 'swipe' or 'drag'");
+        row("a gesture of no direction takes nothing from others",
+            withGestures(R"({"kind": "tap", "direction": "up", "defaultAction": "a"},)" + left),
+            "5:30 refused: direction can be only 'toLeft' or 'toRight' or 'toTop' or 'toBottom' or 'no'");
+        row("a gesture of no modes takes nothing from others",
+            withGestures(R"({"modes": 5, "kind": "tap", "zone": "whole", "defaultAction": "a"},)" + left),
+            "5:11 refused: 'modes' must have type `list<str>`");
         row("all of an inline action with features in a group",
             "{\"actionGroups\": {\"g\": [\n{\"title\": \"T\", \"features\": [\"tts\"]},\n"
             "{\"path\": \"p\", \"title\": \"T\", \"features\": [\"warp\"]}]}, \"gestures\": []}",
@@ -230,6 +258,21 @@ private Q_SLOTS:
             withGestures("{\"kind\": \"tap\", \"zone\": \"nowhere\", \"defaultAction\": \"a\"},\n"
                          "{\"id\": \"base\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}"),
             "5:25 refused: zone 'nowhere' not defined\n"
+            "6:8 duplicate-id: the id 'base' was used before, in line 4");
+        const QByteArray nowhere = R"({"kind": "tap", "zone": "nowhere", "defaultAction": "a"})";
+        row("neighbours without ids that are known", withGestures(nowhere + ",\n" + nowhere),
+            "5:25 refused: zone 'nowhere' not defined\n"
+            "6:25 refused: zone 'nowhere' not defined");
+        // The id that would be formed of what stands in place of the refused zone.
+        const QByteArray formed = R"({"id": "TapWholeNoDirection", "kind": "hold", "zone": "left",)"
+                                  R"( "defaultAction": "a"})";
+        row("a neighbour below one without a known id", withGestures(nowhere + ",\n" + formed),
+            "5:25 refused: zone 'nowhere' not defined");
+        row("a neighbour above one without a known id", withGestures(formed + ",\n" + nowhere),
+            "6:25 refused: zone 'nowhere' not defined");
+        row("neighbours but for what is no gesture",
+            withGestures("5,\n{\"id\": \"base\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}"),
+            "5:1 refused: list of gestures must must contain maps\n"
             "6:8 duplicate-id: the id 'base' was used before, in line 4");
         row("behind a byte order mark", "\xef\xbb\xbf{\"gestures\":\n[5]}",
             "2:2 refused: list of gestures must must contain maps");
@@ -279,6 +322,13 @@ private Q_SLOTS:
         row("a key twice", "{\"gestures\": 5,\n\"gestures\": []}",
             "2:1 duplicate-key: 'gestures' was set before: that value is lost");
         row("a name twice in other objects", "{\"zones\": {}, \"gestures\": [], \"actionGroups\": {}}", "");
+        gesture("a key twice in a gesture, and in one of its values",
+                "{\"kind\": \"hold\", \"zone\": \"left\", \"defaultAction\": \"a\",\n\"kind\": \"tap\"},\n"
+                "{\"kind\": \"tap\", \"defaultAction\": \"a\", \"zone\":\n"
+                "{\"x\": 0.5, \"y\": 0, \"w\": 0.5, \"h\": 1,\n\"x\": 0.6, \"w\": 0.1}}",
+                "6:1 duplicate-key: 'kind' was set before: that value is lost\n"
+                "9:1 duplicate-key: 'x' was set before: that value is lost\n"
+                "9:11 duplicate-key: 'w' was set before: that value is lost");
 
         row("unknown keys of the root", "{\"$schema\": \"x\", \"gestures\": [],\n\"gesture\": 1}",
             "2:1 unknown-key: nobody reads 'gesture'");
@@ -406,6 +456,14 @@ private Q_SLOTS:
                 "{\"id\": \"base\", \"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"a\"}",
                 "6:8 duplicate-id: the id 'base' was used before, in line 4");
 
+        gesture("an id again and again",
+                "{\"id\": \"x\", \"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"},\n"
+                "{\"id\": \"base\", \"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"a\"},\n"
+                "{\"id\": \"y\", \"kind\": \"hold\", \"zone\": \"left\", \"defaultAction\": \"a\"},\n"
+                "{\"id\": \"base\", \"kind\": \"hold\", \"zone\": \"right\", \"defaultAction\": \"a\"}",
+                "6:8 duplicate-id: the id 'base' was used before, in line 4\n"
+                "8:8 duplicate-id: the id 'base' was used before, in line 6");
+
         const auto zone = [](const char *name, const QByteArray &numbers, const QByteArray &expected) {
             row(name,
                 "{\"zones\": {\"z\":\n{" + numbers
@@ -420,6 +478,13 @@ private Q_SLOTS:
              "2:1 zone-outside: the zone reaches beyond the screen");
         zone("a zone outside", "\"x\": 1, \"y\": 0, \"w\": 1, \"h\": 1",
              "2:1 zone-outside: the zone is outside the screen");
+        const QByteArray beyond = "2:1 zone-outside: the zone reaches beyond the screen";
+        zone("a zone beyond the left", R"("x": -0.1, "y": 0, "w": 1, "h": 1)", beyond);
+        zone("a zone beyond the bottom", R"("x": 0, "y": 0.1, "w": 1, "h": 1)", beyond);
+        zone("a zone that is rounded beyond the left", R"("x": -1e-10, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the top", R"("x": 0, "y": -1e-10, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the right", R"("x": 1e-10, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the bottom", R"("x": 0, "y": 1e-10, "w": 1, "h": 1)", "");
         zone("a zone a little beyond the screen", "\"x\": 0.7, \"y\": 0, \"w\": 0.301, \"h\": 1",
              "2:1 zone-outside: the zone reaches beyond the screen");
         zone("a zone that is no number", "\"x\": \"nan\", \"y\": 0, \"w\": 1, \"h\": 1",
@@ -429,6 +494,16 @@ private Q_SLOTS:
              "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a zone too thin for any touch", "\"x\": 0.5, \"y\": 0, \"w\": 1e-13, \"h\": 1",
              "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone of no height", R"("x": 0, "y": 0, "w": 1, "h": 0)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone too low for any touch", R"("x": 0, "y": 0.5, "w": 1, "h": 1e-13)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone of a negative width", R"("x": 1, "y": 0, "w": -0.5, "h": 1)",
+             "2:1 zone-negative: the zone has a negative side and goes from (0.5, 0) to (1, 1)");
+        zone("a zone of a negative height", R"("x": 0, "y": 1, "w": 1, "h": -0.5)",
+             "2:1 zone-negative: the zone has a negative side and goes from (0, 0.5) to (1, 1)");
+        zone("a negative zone beyond the screen", R"("x": 0.5, "y": 0, "w": -1, "h": 1)",
+             "2:1 zone-negative: the zone has a negative side and goes from (-0.5, 0) to (0.5, 1)\n" + beyond);
         zone("a negative zone", "\"x\": 1, \"y\": 1, \"w\": -1, \"h\": -0.5",
              "2:1 zone-negative: the zone has a negative side and goes from (0, 0.5) to (1, 1)");
         gesture("an odd zone of a gesture",
@@ -452,6 +527,26 @@ private Q_SLOTS:
             "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"actionGroups\": {\"g\": [\"a\"]}, \"gestures\": "
             "[]}",
             "1:61 unused-group: no gesture offers the group 'g'");
+        row("a list of actions is no group",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}], \"actionGroups\": {\"\": [\"a\"]}, \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": [\"a\"], \"defaultAction\": \"a\"}]}",
+            "1:61 unused-group: no gesture offers the group ''");
+        row("a group of an action's name does not use it",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"},\n{\"path\": \"b\", \"title\": \"B\"}],\n"
+            "\"actionGroups\": {\"b\": [\"a\"]}, \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": \"b\", \"defaultAction\": \"a\"}]}",
+            "2:10 unused-action: no gesture or group names the action 'b'");
+        row("actions that gestures do or offer are used",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"},"
+            " {\"path\": \"c\", \"title\": \"C\"}, {\"path\": \"d\", \"title\": \"D\"}], \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": [\"a\", \"c\"], \"defaultAction\": \"a\"},\n"
+            "{\"kind\": \"tap\", \"zone\": \"right\", \"defaultAction\": \"b\"},\n"
+            "{\"kind\": \"tap\", \"zone\": \"top\", \"currentAction\": \"d\"}]}",
+            "4:32 fixed-action: gesture 'TapTopNoDirection' always does this: what a user chooses never shows");
+        row("an action without titles",
+            "{\"actions\": [{\"path\": \"a\", \"titles\": []}], \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}]}",
+            "1:38 short-titles: the path 'a' has 1 segments, and there are 0 titles");
         row("titles shorter than the path",
             "{\"actions\": [{\"path\": \"a/b/c\", \"titles\": [\"A\", \"B\"]},\n{\"path\": \"a/b\", \"title\": "
             "\"A\"},\n"
@@ -527,6 +622,21 @@ private Q_SLOTS:
                 "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\"], \"defaultAction\": "
                 "[\"light\", \"a\"]}",
                 "5:79 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'light'");
+        gesture("a default that only others offer",
+                "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": [\"b\"], \"defaultAction\": \"b\"},\n"
+                "{\"kind\": \"tap\", \"zone\": \"right\", \"availableActions\": [\"a\"], \"defaultAction\": \"b\"}",
+                "6:78 not-available: gesture 'TapRightNoDirection' does not offer its own action 'b'");
+        row("a default that only another group has",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"}],"
+            " \"actionGroups\": {\"one\": [\"a\"], \"two\": [\"b\"]}, \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": \"one\", \"defaultAction\": \"b\"},\n"
+            "{\"kind\": \"tap\", \"zone\": \"right\", \"availableActions\": \"two\", \"defaultAction\": \"b\"}]}",
+            "2:77 not-available: gesture 'TapLeftNoDirection' does not offer its own action 'b'");
+        row("a default that a group without a name does not have",
+            "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"}],"
+            " \"actionGroups\": {\"\": [\"a\"]}, \"gestures\": [\n"
+            "{\"kind\": \"tap\", \"zone\": \"left\", \"availableActions\": \"\", \"defaultAction\": \"b\"}]}",
+            "2:74 not-available: gesture 'TapLeftNoDirection' does not offer its own action 'b'");
         gesture("nothing is offered", "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"b\"}", "");
 
         gesture("a tap with a direction",
@@ -580,6 +690,9 @@ private Q_SLOTS:
             "1:13 converted-value: a string is read as 1");
         row("choices that are no paths", R"({"version": 1, "actions": {"base": 5, "x": null}})",
             "1:36 refused: `actions` value type must be `str`\n1:44 refused: `actions` value type must be `str`");
+        row("one of two choices is no path", R"({"version": 1, "actions": {"base": 5, "few": "a"}})",
+            "1:36 refused: `actions` value type must be `str`\n"
+            "1:46 repeated-default: 'a' is what gesture 'few' does by default");
         row("unknown keys", R"({"version": 1, "actions": {}, "action": {}})",
             "1:31 unknown-key: nobody reads 'action'");
         row("an unknown gesture", R"({"version": 1, "actions": {"bas": "b"}})",
@@ -594,11 +707,14 @@ private Q_SLOTS:
             "1:35 not-available: gesture 'few' does not offer the action 'b'");
         row("a gesture with a current action", R"({"version": 1, "actions": {"fixed": "b"}})",
             "1:37 hidden-binding: gesture 'fixed' always does 'a'");
+        row("two fixed gestures of an id", R"({"version": 1, "actions": {"both": "b"}})",
+            "1:36 hidden-binding: gesture 'both' always does 'a'");
         row("what a fixed gesture does", R"({"version": 1, "actions": {"fixed": "a"}})", "");
         row("an action for a gesture that the device does not have", R"({"version": 1, "actions": {"lamp": "light"}})",
             "");
         row("an action of a gesture that offers none", R"({"version": 1, "actions": {"plain": "b"}})", "");
         row("one of two gestures of an id is fixed", R"({"version": 1, "actions": {"twice": "b"}})", "");
+        row("what a fallback list may do", R"({"version": 1, "actions": {"list": "b"}})", "");
         row("the default again", R"({"version": 1, "actions": {"base": "a"}})",
             "1:36 repeated-default: 'a' is what gesture 'base' does by default");
     }
@@ -619,7 +735,15 @@ private Q_SLOTS:
                                         "{\"id\": \"twice\", \"kind\": \"hold\", \"zone\": \"top\","
                                         " \"defaultAction\": \"a\"},\n"
                                         "{\"id\": \"plain\", \"kind\": \"hold\", \"zone\": \"left\","
-                                        " \"defaultAction\": \"a\"}"));
+                                        " \"defaultAction\": \"a\"},\n"
+                                        "{\"id\": \"list\", \"kind\": \"hold\", \"zone\": \"right\","
+                                        " \"defaultAction\": [\"light\", \"b\"]},\n"
+                                        "{\"id\": \"both\", \"kind\": \"swipe\", \"direction\": \"toLeft\","
+                                        " \"currentAction\": \"a\"},\n"
+                                        "{\"id\": \"other\", \"kind\": \"swipe\", \"direction\": \"toRight\","
+                                        " \"defaultAction\": \"a\"},\n"
+                                        "{\"id\": \"both\", \"kind\": \"swipe\", \"direction\": \"toTop\","
+                                        " \"currentAction\": \"b\"}"));
         const QString file = m_tree->root() + "/user.json";
         testing::writeFile(file, text);
         Check check({QStringList()});
@@ -636,6 +760,75 @@ private Q_SLOTS:
                 && Configuration::loadJson(config, &device, GestureService::predefinedZones, read.right(), &owner)
                            .isRight();
         QCOMPARE(findings.count(Severity::Error) == 0, isTaken);
+    }
+
+    void hintsOfBindings()
+    {
+        const QString config = m_tree->root() + "/cfg.json";
+        testing::writeFile(config, withGestures(""));
+        const QString file = m_tree->root() + "/user.json";
+        testing::writeFile(file, R"({"version": 1, "actions": {"bass": "b", "other": "b"}})");
+        Check check;
+        check.configuration(config, file);
+        const Findings findings = check.findings();
+        QCOMPARE(shown(findings),
+                 QString("1:28 unknown-gesture: there is no gesture 'bass'\n"
+                         "1:41 unknown-gesture: there is no gesture 'other'"));
+        QCOMPARE(findings.list().first().hint, QString("Did you mean 'base'?"));
+        QCOMPARE(findings.list().last().hint, QString("It has no effect, and the next save drops it."));
+    }
+
+    // Beside what the configuration's own faults are.
+    void bindingsOfRefusedGestures_data()
+    {
+        QTest::addColumn<QByteArray>("gesture");
+        QTest::addColumn<QString>("expected");
+        row("its id is known", R"({"id": "odd", "kind": "poke", "zone": "left", "defaultAction": "b"})",
+            "1:28 unknown-gesture: there is no gesture 'bas'\n"
+            "1:47 repeated-default: 'b' is what gesture 'odd' does by default");
+        row("its id may be any", R"({"kind": "poke", "zone": "left", "defaultAction": "b"})", "");
+        row("what it does is not known",
+            R"({"id": "odd", "kind": "tap", "zone": "left", "availableActions": [5], "defaultAction": "b"})",
+            "5:88 not-available: gesture 'odd' does not offer its own action 'b'\n"
+            "1:28 unknown-gesture: there is no gesture 'bas'\n"
+            "1:47 not-available: gesture 'odd' does not offer the action 'b'");
+    }
+
+    void bindingsOfRefusedGestures()
+    {
+        QFETCH(QByteArray, gesture);
+        const QString config = m_tree->root() + "/cfg.json";
+        testing::writeFile(config, withGestures(gesture));
+        const QString file = m_tree->root() + "/user.json";
+        testing::writeFile(file, R"({"version": 1, "actions": {"bas": "b", "odd": "b"}})");
+        Check check;
+        check.configuration(config, file);
+        Findings findings = check.findings();
+        QVERIFY(findings.count(Severity::Error) > 0);
+        findings.drop({"refused"});
+        QTEST(shown(findings), "expected");
+    }
+
+    // By file first, not by the place in it, and errors first of what is at one place.
+    void order()
+    {
+        const QString config = m_tree->root() + "/one.json";
+        const QString file = m_tree->root() + "/another.json";
+        testing::writeFile(config,
+                           "{\"gestures\": [{\"id\": 5,\n\"kind\": \"tap\", \"zone\": {\"x\": 1}, \"zoon\": 1}],"
+                           " \"zones\": {\"z\": {\"x\": 0, \"y\": 0, \"w\": 0, \"h\": 1}}}");
+        testing::writeFile(file, R"({"version": "1", "actions": {"x": "y"}})");
+        Check check;
+        check.configuration(config, file);
+        QStringList found;
+        const Findings findings = check.findings();
+        for (const Finding &finding : findings.list()) {
+            found.append(QFileInfo(finding.file->path()).fileName() + ' ' + finding.rule->id);
+        }
+        QCOMPARE(found,
+                 (QStringList{"one.json refused", "one.json converted-value", "one.json refused", "one.json refused",
+                              "one.json refused", "one.json unknown-key", "one.json unused-zone", "one.json zone-empty",
+                              "another.json converted-value", "another.json unknown-gesture"}));
     }
 
     void paths_data()
@@ -690,6 +883,105 @@ private Q_SLOTS:
                               "Known here: zones, actions, actionGroups, gestures, $schema"}));
     }
 
+    void hintsOfKeys_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("hint");
+        const QString known = "Known here: id, modes, kind, zone, direction, availableActions, defaultAction,"
+                              " currentAction, features";
+        const auto row = [](const char *name, const char *key, const QString &hint) {
+            QTest::newRow(name) << QString(key) << hint;
+        };
+        row("one character replaced", "zohe", "Did you mean 'zone'?");
+        row("one character too many", "zonne", "Did you mean 'zone'?");
+        row("one character less", "zne", "Did you mean 'zone'?");
+        row("half of the characters", "koid", "Did you mean 'kind'?");
+        row("half of two characters", "ie", "Did you mean 'id'?");
+        row("more than half of the characters", "x", known);
+        row("three of many characters", "avlableActons", known);
+        row("capital letters", "DIRECTION", "Did you mean 'direction'?");
+        row("the nearest", "node", "Did you mean 'modes'?");
+        row("the first of two that are as near", "mone", "Did you mean 'zone'?");
+    }
+
+    void hintsOfKeys()
+    {
+        QFETCH(QString, key);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file,
+                           withGestures("{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\", \""
+                                        + key.toUtf8() + "\": 1}"));
+        Check check;
+        check.configuration(file);
+        const Findings findings = check.findings();
+        QCOMPARE(shown(findings), "5:55 unknown-key: nobody reads '" + key + "'");
+        QTEST(findings.list().first().hint, "hint");
+    }
+
+    void hintsOfPaths()
+    {
+        const QString file = m_tree->root() + "/paths.json";
+        testing::writeFile(file, R"({"current": "c", "default": "d", "filename": "f", "comment": 1})");
+        Check check;
+        check.paths(file);
+        const Findings findings = check.findings();
+        QCOMPARE(shown(findings), QString("1:51 unknown-key: nobody reads 'comment'"));
+        QCOMPARE(findings.list().first().hint,
+                 QString("Known here: prohibitedApps, filename, default, current, $schema"));
+    }
+
+    // What is wrong where the strict reader stops: in the hint of a file that is not JSON, in the warning of one that
+    // the library reads all the same.
+    void reasons_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *name, const QByteArray &text, const char *expected) {
+            QTest::newRow(name) << text << expected;
+        };
+        row("a comma before a brace", "{\"gestures\": [],\n}", "2:1 A comma too many.");
+        row("a comma before a bracket", "{\"gestures\": [5,\n]}", "2:1 A comma too many.");
+        row("a comma alone in a list", "[,]", "1:2 Invalid value.");
+        row("a comma alone in an object", "{,}", "1:2 Missing a name for object member.");
+        row("a word that is no name", "{\"gestures\": [], x}", "1:18 Missing a name for object member.");
+        row("a brace for a bracket", "{\"gestures\": [5,\n}", "2:1 Invalid value.");
+        row("a bracket for a brace", "{\"gestures\": [],\n]", "2:1 Missing a name for object member.");
+        row("no value", "{\"gestures\": }", "1:14 Invalid value.");
+        row("too many levels", QByteArray(1025, '['), "1:1025 Too many levels.");
+        row("a tab in a string", "{\"gestures\": [], \"\t\": 5}", "1:19 A control character stands raw in a string.");
+        row("the last control character", "{\"gestures\": [], \"$schema\": \"\x1f\"}",
+            "1:30 A control character stands raw in a string.");
+        row("a byte of zero in a string", QByteArray("[\"a\0\"]", 6),
+            "1:2 A control character stands raw in a string.");
+        row("a control character in no string", "[\x1f]", "1:2 Invalid value.");
+        row("an escape that there is none of", "[\"\\q\"]", "1:3 Invalid escape character in string.");
+        row("a string without an end", "[5,\n\"a]", "2:1 Missing a closing quotation mark in string.");
+        row("bytes that are no characters", "{\"gestures\":\n\"\xff\"}", "2:2 Invalid encoding in string.");
+    }
+
+    void reasons()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, text);
+        Check check;
+        check.configuration(file);
+        const Findings findings = check.findings();
+        const auto fault = std::find_if(findings.list().cbegin(), findings.list().cend(), [](const Finding &one) {
+            return one.rule == &rules::notStrict || one.rule == &rules::syntax;
+        });
+        QVERIFY(fault != findings.list().cend());
+        const Position position = fault->file->positionOf(fault->span.begin);
+        const QString consequence = " The application has no gestures then.";
+        QString reason = fault->text;
+        if (fault->rule == &rules::syntax) {
+            QVERIFY2(fault->hint.endsWith(consequence), qPrintable(fault->hint));
+            reason = fault->hint.chopped(consequence.size());
+        }
+        QTEST(QStringLiteral("%1:%2 %3").arg(QString::number(position.line), QString::number(position.column), reason),
+              "expected");
+    }
+
     void hintsOfRefusals_data()
     {
         QTest::addColumn<QByteArray>("gesture");
@@ -712,6 +1004,7 @@ private Q_SLOTS:
         row("group in a list", R"("availableActions": ["a", "all"])",
             "It is a group: only \"availableActions\" names one, and not in a list.");
         row("feature", R"("features": ["frontlights"])", "Did you mean 'frontlight'?");
+        row("zone in capital letters", R"("zone": "BOTTOM")", "Did you mean 'bottom'?");
         row("nothing near", R"("zone": "nowhere")", general);
         row("another fault", R"("modes": 5)", general);
     }
@@ -756,6 +1049,8 @@ private Q_SLOTS:
         QCOMPARE(found({{"tts"}}), QStringList({lamp, end, odd}).join('\n'));
         QCOMPARE(found({QStringList()}), QStringList({lamp, none, end, odd}).join('\n'));
         QCOMPARE(allDevices().size(), 8);
+        QCOMPARE(allDevices().first(), QStringList());
+        QCOMPARE(allDevices().last(), knownFeatures());
         QCOMPARE(found(allDevices()),
                  QStringList({lamp + " (without frontlight)", none + " (without frontlight and tts)", end, odd})
                          .join('\n'));
@@ -778,6 +1073,66 @@ private Q_SLOTS:
                  QStringList({lamp + " (without frontlight)", none + " (without frontlight and smartlight and tts)",
                               end, odd})
                          .join('\n'));
+    }
+
+    void noAction_data()
+    {
+        QTest::addColumn<QByteArray>("gesture");
+        QTest::addColumn<QString>("expected");
+        row("what the device does not support", R"("defaultAction": "light")",
+            "6:18 no-action: gesture 'g' has no action: 'light' needs frontlight");
+        row("what the device supports", R"("defaultAction": "speech")", "");
+        row("one feature of all that it needs", R"("defaultAction": "both")",
+            "6:18 no-action: gesture 'g' has no action: 'both' needs frontlight");
+        row("features by their names", "\"defaultAction\": \"rest\"",
+            "6:18 no-action: gesture 'g' has no action: 'rest' needs frontlight and smartlight");
+        row("a current action", R"("currentAction": "light")",
+            "6:18 no-action: gesture 'g' has no action: 'light' needs frontlight");
+        row("a gesture that the device does not support", R"("defaultAction": "light", "features": ["frontlight"])",
+            "");
+        row("a gesture whose actions are refused", R"("defaultAction": "light", "availableActions": 5)", "");
+    }
+
+    void noAction()
+    {
+        QFETCH(QByteArray, gesture);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file,
+                           R"({"actions": [{"path": "light", "title": "L", "features": ["frontlight"]},
+                              {"path": "speech", "title": "S", "features": ["tts"]},
+                              {"path": "both", "title": "B", "features": ["tts", "frontlight"]},
+                              {"path": "rest", "title": "R", "features": ["smartlight", "tts", "frontlight"]}],
+                              "gestures": [{"id": "g", "kind": "tap", "zone": "left",)"
+                           "\n" + gesture
+                                   + "}]}");
+        Check check({{"tts"}});
+        check.configuration(file);
+        Findings findings = check.findings();
+        findings.drop({"refused", "unused-action", "fixed-action"});
+        QTEST(shown(findings), "expected");
+    }
+
+    // What is found on every device is told once, and each of what is alike.
+    void everyDevice_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("several faults at one place") << withGestures("{}");
+        QTest::newRow("one fault at several places") << withGestures(
+                R"({"kind": "tap", "zone": "left", "availableActions": ["x", "x"], "defaultAction": "x"})");
+        QTest::newRow("several rules at one place") << QByteArray(R"({"gestures": [], "zones": {"left": "right"}})");
+    }
+
+    void everyDevice()
+    {
+        QFETCH(QByteArray, text);
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file, text);
+        Check here;
+        here.configuration(file);
+        QVERIFY(shown(here.findings()).contains('\n'));
+        Check everywhere(allDevices());
+        everywhere.configuration(file);
+        QCOMPARE(shown(everywhere.findings()), shown(here.findings()));
     }
 
     void deadTouches()
@@ -822,6 +1177,27 @@ private Q_SLOTS:
         Check other({{"tts"}});
         other.configuration(file);
         QCOMPARE(shown(other.findings()), QString("6:11 refused: action 'typo' not defined"));
+
+        // Whatever else is wrong elsewhere, or is only a warning here: behind what is not strict, all is at one place.
+        testing::writeFile(file,
+                           withGestures("{\"kind\": \"poke\", \"zone\": \"left\", \"defaultAction\": [\"light\", "
+                                        "\"typo\"]}"));
+        Check beside({{"frontlight"}});
+        beside.configuration(file);
+        QCOMPARE(shown(beside.findings()),
+                 QString("5:10 refused: kind can be only 'tap' or 'swipe' or 'drag'\n"
+                         "5:61 undefined-fallback: action 'typo' is not defined"));
+        testing::writeFile(file,
+                           "{\"$schema\": 1.,\n"
+                                   + withGestures("{\"kind\": \"tap\", \"zone\": \"left\", \"mode\": 0,"
+                                                  " \"defaultAction\": [\"light\", \"typo\"]}")
+                                             .mid(1));
+        Check behind({{"frontlight"}});
+        behind.configuration(file);
+        QCOMPARE(shown(behind.findings()),
+                 QString("1:1 unknown-key: nobody reads 'mode'\n"
+                         "1:1 undefined-fallback: action 'typo' is not defined\n"
+                         "1:15 not-strict: Miss fraction part in number."));
     }
 
     void report_data()
@@ -861,6 +1237,68 @@ private Q_SLOTS:
                     + "…\n"
                       "                     ^~~~\n"
                       "    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
+        const QByteArray hint = "\n    hint: One such place and nothing of the whole file is loaded.\n";
+        const QByteArray noGesture = "error: list of gestures must must contain maps [refused]\n";
+        row("an object is marked with its end", "{\"gestures\": [\n[ {} ], 5]}",
+            "FILE:2:1: " + noGesture + "    [ {} ], 5]}\n    ^~~~~~" + hint);
+        row("one character is marked", "{\"gestures\": [\n5]}", "FILE:2:1: " + noGesture + "    5]}\n    ^" + hint);
+        row("the end of a file is marked", "{\"gestures\": []",
+            "FILE:1:16: error: unterminated object [syntax]\n    {\"gestures\": []\n                   ^\n"
+            "    hint: Missing a comma or '}' after an object member. The application has no gestures then.\n");
+        const auto dots = [](int count) { return QByteArray(count, '.'); };
+        const auto blanks = [](int count) { return QByteArray(count, ' '); };
+        // A gesture that is a string of so many dots, between so many blanks.
+        const auto longLine = [&](const char *name, int before, int length, int behind, const QByteArray &expected) {
+            row(name, "{\"gestures\": [\n" + blanks(before) + '"' + dots(length - 2) + "\"]}" + blanks(behind - 2),
+                "FILE:2:" + QByteArray::number(before + 1) + ": " + noGesture + expected + hint);
+        };
+        longLine("as much as is shown", 100, 100, 60,
+                 "    " + blanks(100) + '"' + dots(98) + "\"]}" + blanks(58) + "\n    " + blanks(100) + '^'
+                         + QByteArray(99, '~'));
+        longLine("one character more before", 101, 100, 60,
+                 "    …" + blanks(100) + '"' + dots(98) + "\"]}" + blanks(58) + "\n    " + blanks(101) + '^'
+                         + QByteArray(99, '~'));
+        longLine("one character more to mark", 100, 101, 59,
+                 "    " + blanks(100) + '"' + dots(99) + "\"]}" + blanks(57) + "\n    " + blanks(100) + '^'
+                         + QByteArray(99, '~'));
+        longLine("one character more behind", 100, 100, 61,
+                 "    " + blanks(100) + '"' + dots(98) + "\"]}" + blanks(58) + "…\n    " + blanks(100) + '^'
+                         + QByteArray(99, '~'));
+        row("wide characters before",
+            "{\"gestures\": [], \"$schema\": \"" + QByteArray("\u7a93").repeated(150) + "\", \"y\": 0}",
+            "FILE:1:183: warning: nobody reads 'y' [unknown-key]\n    …" + QByteArray("\u7a93").repeated(97)
+                    + "\", \"y\": 0}\n    " + blanks(198)
+                    + "^~~\n    hint: Known here: zones, actions, actionGroups, gestures, $schema\n");
+        row("wide characters to mark",
+            "{\"gestures\": [\n{\"" + QByteArray("\u7a93").repeated(150) + "\": 5}, 5], \""
+                    + QByteArray("\u7a93").repeated(150) + "\": 0}",
+            "FILE:2:1: error: 'kind' is obligatory field [refused]\n    {\"" + QByteArray("\u7a93").repeated(98)
+                    + QByteArray("\u7a93").repeated(52) + "\": 5}, 5…\n    ^" + QByteArray(197, '~') + hint);
+        // Each is two of Qt's characters: half of one is neither shown nor escaped.
+        const QByteArray smile = "\U0001f600";
+        const QByteArray known = "\n    hint: Known here: zones, actions, actionGroups, gestures, $schema\n";
+        row("half a character before", "{\"gestures\": [], \"$schema\": \"" + smile.repeated(100) + "\", \"y\": 0}",
+            "FILE:1:133: warning: nobody reads 'y' [unknown-key]\n    …" + smile.repeated(48) + "\", \"y\": 0}\n    "
+                    + blanks(100) + "^~~" + known);
+        row("a whole character before", "{\"gestures\": [], \"$schema\":  \"" + smile.repeated(100) + "\",  \"y\": 0}",
+            "FILE:1:135: warning: nobody reads 'y' [unknown-key]\n    …" + smile.repeated(48) + "\",  \"y\": 0}\n    "
+                    + blanks(101) + "^~~" + known);
+        row("half a character behind", "{\"gestures\": [], \"y\": \"" + smile.repeated(100) + "\"}",
+            "FILE:1:18: warning: nobody reads 'y' [unknown-key]\n    {\"gestures\": [], \"y\": \"" + smile.repeated(28)
+                    + "…\n    " + blanks(17) + "^~~" + known);
+        row("a whole character behind", "{\"gestures\": [], \"y\":  \"" + smile.repeated(100) + "\"}",
+            "FILE:1:18: warning: nobody reads 'y' [unknown-key]\n    {\"gestures\": [], \"y\":  \"" + smile.repeated(28)
+                    + "…\n    " + blanks(17) + "^~~" + known);
+        row("half a character to mark", "{\"gestures\": [\n\"" + smile.repeated(60) + "\"]}",
+            "FILE:2:1: " + noGesture + "    \"" + smile.repeated(60) + "\"]}\n    ^" + QByteArray(98, '~') + hint);
+        row("a name in the hint",
+            "{\"gestures\": [{\"kind\": \"tap\", \"zone\":\n\"lamp\", \"defaultAction\": {\"path\": \"a\", \"title\": "
+            "\"A\"}}],"
+            " \"zones\": {\"lam\\u001bp\": \"left\"}}",
+            "FILE:2:1: error: zone 'lamp' not defined [refused]\n"
+            "    \"lamp\", \"defaultAction\": {\"path\": \"a\", \"title\": \"A\"}}], \"zones\": {…\n"
+            "    ^~~~~~\n"
+            "    hint: Did you mean 'lam\\x1bp'?\n");
         row("an empty file", "",
             "FILE:1:1: error: illegal value [syntax]\n    hint: The document is empty. The application has no gestures "
             "then.\n");

@@ -108,6 +108,11 @@ private Q_SLOTS:
                            "0 errors and 1 warning in 1 file\n");
         testing::writeFile(file, sound);
         QCOMPARE(check("--app app").out, QString("0 errors and 0 warnings in 1 file\n"));
+        testing::writeFile(file, lamp);
+        const QString found = "warning: gesture 'lamp' has no action: 'light' needs frontlight";
+        QVERIFY(check("--app app --with none").out.startsWith(file + ":3:81: " + found + " [no-action]\n"));
+        QVERIFY(check("--app app --every-device")
+                        .out.startsWith(file + ":3:81: " + found + " (without frontlight) [no-action]\n"));
     }
 
     void json()
@@ -133,6 +138,23 @@ private Q_SLOTS:
         QCOMPARE(report, expected);
     }
 
+    // An end in another line, behind a character of more than one byte.
+    void jsonOfLines()
+    {
+        const QString file = m_tree->root() + "/lines.json";
+        testing::writeFile(file, "{\"gestures\": [[\n\n\"\u7a93\"], {}]}");
+        const QJsonObject report =
+                QJsonDocument::fromJson(check("--format json --config " + file).out.toUtf8()).object();
+        QCOMPARE(report.value("errors").toInt(), 4);
+        QCOMPARE(report.value("warnings").toInt(), 0);
+        const QJsonObject first = report.value("findings").toArray().first().toObject();
+        QCOMPARE(first.value("line").toInt(), 1);
+        QCOMPARE(first.value("column").toInt(), 15);
+        QCOMPARE(first.value("endLine").toInt(), 3);
+        QCOMPARE(first.value("endColumn").toInt(), 5);
+        QCOMPARE(first.value("severity").toString(), QString("error"));
+    }
+
     void sarif()
     {
         const QString file = m_tree->root() + "/a b%.json";
@@ -148,12 +170,16 @@ private Q_SLOTS:
         QCOMPARE(driver.value("name").toString(), QString("gesturectl"));
         const QJsonArray rules = driver.value("rules").toArray();
         QStringList ids;
+        QStringList levels;
         for (const QJsonValue &rule : rules) {
             ids.append(rule.toObject().value("id").toString());
             QVERIFY(!rule.toObject().value("shortDescription").toObject().value("text").toString().isEmpty());
             QVERIFY(!rule.toObject().value("help").toObject().value("text").toString().isEmpty());
+            levels.append(rule.toObject().value("defaultConfiguration").toObject().value("level").toString());
         }
         QCOMPARE(ids.removeDuplicates(), 0);
+        QCOMPARE(levels.at(ids.indexOf("refused")), QString("error"));
+        QCOMPARE(levels.at(ids.indexOf("shadowed")), QString("warning"));
         QCOMPARE(only.value("results").toArray().size(), 1);
         const QJsonObject result = only.value("results").toArray().first().toObject();
         QCOMPARE(result.value("ruleId").toString(), QString("refused"));
@@ -166,6 +192,22 @@ private Q_SLOTS:
         QCOMPARE(QUrl(place.value("artifactLocation").toObject().value("uri").toString()).toLocalFile(), file);
         QCOMPARE(place.value("region").toObject(),
                  (QJsonObject{{"startLine", 2}, {"startColumn", 15}, {"endLine", 2}, {"endColumn", 16}}));
+    }
+
+    void sarifOfDevices()
+    {
+        const QString file = m_tree->root() + "/lamp.json";
+        testing::writeFile(file, "{\"zones\":\n{\"left\":\n\"whole\"},\n" + QByteArray(lamp).mid(1));
+        const Run run = check({"--format", "sarif", "--every-device", "--config", file});
+        const QJsonObject only =
+                QJsonDocument::fromJson(run.out.toUtf8()).object().value("runs").toArray().first().toObject();
+        const QJsonArray results = only.value("results").toArray();
+        QCOMPARE(results.size(), 2);
+        QCOMPARE(results.at(0).toObject().value("level").toString(), QString("warning"));
+        QCOMPARE(results.at(1).toObject().value("message").toObject().value("text").toString(),
+                 QString("gesture 'lamp' has no action: 'light' needs frontlight (without frontlight)\n"
+                         "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's "
+                         "own."));
     }
 
     // The user's own bindings belong to an application, others are named.

@@ -23,14 +23,20 @@ static QString textOf(const Finding &finding)
                                      : finding.text + QStringLiteral(" (") + finding.devices + QLatin1Char(')');
 }
 
-// A part of a line as it is shown, where a tab is a blank; not with half a character that was cut.
-static QString shownPart(QString text)
+// Without half a character that was cut.
+static QString whole(QString text)
 {
     if (!text.isEmpty() && text.at(0).isLowSurrogate())
         text.remove(0, 1);
     if (!text.isEmpty() && text.at(text.size() - 1).isHighSurrogate())
         text.chop(1);
-    return shown(text.replace(QLatin1Char('\t'), QLatin1Char(' ')));
+    return text;
+}
+
+// A part of a line as it is shown, where a tab is a blank.
+static QString shownPart(const QString &text)
+{
+    return shown(whole(text).replace(QLatin1Char('\t'), QLatin1Char(' ')));
 }
 
 // As many blanks as a text is wide.
@@ -55,7 +61,7 @@ static QString excerpt(const Finding &finding)
     QString left = part(std::max(line.begin, finding.span.begin - 4 * before), finding.span.begin);
     const bool isCut = left.size() > before || finding.span.begin - line.begin > 4 * before;
     left = isCut ? QStringLiteral("…") + shownPart(left.right(before)) : shownPart(left);
-    QString marked = part(finding.span.begin, markEnd).left(before);
+    QString marked = whole(part(finding.span.begin, markEnd).left(before)); // what it leaves stands in the right part
     QString right = part(finding.span.begin, line.end).mid(marked.size());
     right = right.size() > behind ? shownPart(right.left(behind)) + QStringLiteral("…") : shownPart(right);
     marked = shownPart(marked);
