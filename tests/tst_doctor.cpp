@@ -563,7 +563,7 @@ private Q_SLOTS:
             QProcess bind;
             bind.start(GESTURECTL, {"bind", "--app", "app", "thief", "b"});
             const Run run = doctor({"--app", "app", "--write"});
-            QVERIFY(bind.waitForFinished());
+            QVERIFY(bind.waitForFinished(testing::patience));
             QCOMPARE(run.err, QString());
             QCOMPARE(run.exitCode, 0);
             QCOMPARE(bind.exitCode(), 0);
