@@ -22,7 +22,7 @@ configure() { # SOURCE BUILD OPTION...
 build_with_pkg_config() {
     PKG_CONFIG_PATH=$(dirname "$(find "$1" -name gesture_api.pc)")
     export PKG_CONFIG_PATH
-    read -ra flags < <(pkg-config --cflags --libs gesture_api)
+    mapfile -t flags < <(pkg-config --cflags --libs gesture_api | xargs printf '%s\n') # the prefix may have blanks
     g++ -std=c++17 -fPIC "$client/client.cpp" -o "$2" "${flags[@]}" \
         "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)" "${@:3}"
 }

@@ -85,7 +85,7 @@ QByteArray readFile(const QString &path)
 
 Run ended(QProcess *process)
 {
-    if (!process->waitForFinished(120'000))
+    if (!process->waitForFinished(patience))
         return {-1, QString(), process->errorString()};
     return {process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -2,
             QString::fromUtf8(process->readAllStandardOutput()), QString::fromUtf8(process->readAllStandardError())};

@@ -15,6 +15,9 @@
 
 namespace testing {
 
+/// Milliseconds after which a test no longer waits for another process. It ends what hangs: no test waits for it.
+constexpr int patience = 120'000;
+
 /// Any JSON value as the loader would hand it over.
 QVariant json(const QByteArray &text);
 inline QVariantMap jsonMap(const QByteArray &text)
@@ -107,7 +110,7 @@ struct Run
     QString out;
     QString err;
 };
-/// Waits for the end of a started program, for two minutes.
+/// Waits for the end of a started program.
 Run ended(QProcess *process);
 Run run(const QString &program, const QStringList &arguments);
 /// The bytes of an access list: the rights (4 read, 2 write, 1 execute) of the owner, of one more user, of the group,
@@ -120,3 +123,9 @@ QStringList filesBelow(const QString &directory);
 
 /// Fails with the left side's message when a result is not right.
 #define VERIFY_RIGHT(result) QVERIFY2((result).isRight(), qPrintable(testing::failure(result)))
+
+// Qt's own give up after 5 seconds, which a busy machine takes.
+#undef QTRY_VERIFY
+#define QTRY_VERIFY(expr) QTRY_VERIFY_WITH_TIMEOUT((expr), testing::patience / 2)
+#undef QTRY_COMPARE
+#define QTRY_COMPARE(expr, expected) QTRY_COMPARE_WITH_TIMEOUT((expr), (expected), testing::patience / 2)

@@ -385,7 +385,7 @@ private Q_SLOTS:
         qputenv("EXPECTED_APP_ID", "my.reader.bin");
         QProcess process;
         process.start(copy, {QStringLiteral("currentAppId")});
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(testing::patience));
         qunsetenv("EXPECTED_APP_ID");
         QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
                  process.readAllStandardOutput().constData());

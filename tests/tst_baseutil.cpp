@@ -315,7 +315,7 @@ private Q_SLOTS:
         child.start(TEST_PROGRAMS "/logchild", {"file\n", "void f()\x1b"});
         child.write(message);
         child.closeWriteChannel();
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.readAllStandardError(),
                  "[error] " + expected + " [file\\x0a:7, void f()\\x1b]\n[warn] " + expected
                          + " [file\\x0a:8, void f()\\x1b]\n");

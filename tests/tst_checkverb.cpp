@@ -334,7 +334,12 @@ private Q_SLOTS:
     }
 
 private:
-    static Run check(const QString &arguments) { return check(arguments.split(' ', Qt::SkipEmptyParts)); }
+    // The directory of the files may have blanks in its name.
+    Run check(QString arguments) const
+    {
+        const QString words = arguments.replace(m_tree->root(), "ROOT");
+        return check(words.split(' ', Qt::SkipEmptyParts).replaceInStrings("ROOT", m_tree->root()));
+    }
     static Run check(const QStringList &arguments)
     {
         return testing::run(GESTURECTL, QStringList{"check"} + arguments);

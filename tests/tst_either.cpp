@@ -250,7 +250,7 @@ private Q_SLOTS:
         QFETCH(QString, scenario);
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/exitchild"), scenario.split(QLatin1Char(' ')));
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QTEST(child.exitCode(), "exitCode");
         const QByteArray errors = child.readAllStandardError();

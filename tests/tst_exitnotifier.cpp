@@ -65,7 +65,7 @@ class tst_ExitNotifier : public QObject
         environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
         child.setProcessEnvironment(environment);
         child.start(program, {scenario});
-        if (!child.waitForFinished() || child.exitStatus() != QProcess::NormalExit)
+        if (!child.waitForFinished(testing::patience) || child.exitStatus() != QProcess::NormalExit)
             return "did not end: " + child.errorString().toUtf8();
         if (child.exitCode() != expectedExitCode)
             return "exit code " + QByteArray::number(child.exitCode()) + ": " + child.readAllStandardError();

@@ -178,7 +178,7 @@ private Q_SLOTS:
         testing::writeFile(userFile(), bytes);
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/stepschild"), steps.split(' '));
-        QVERIFY(child.waitForReadyRead());
+        QVERIFY(child.waitForReadyRead(testing::patience));
         QCOMPARE(umount(qPrintable(m_tree->user())), 0);
         child.write("go\n");
         QCOMPARE(testing::ended(&child).exitCode, 0);
@@ -212,7 +212,7 @@ private Q_SLOTS:
                                    {"service", "choose", id, "y", "pause", "exit"});
         }
         for (const auto &child : children)
-            QVERIFY(child->waitForReadyRead());
+            QVERIFY(child->waitForReadyRead(testing::patience));
         for (const auto &child : children)
             child->write("go\n");
         for (const auto &child : children)

@@ -631,7 +631,7 @@ private Q_SLOTS:
             }
             first = false;
             QTimer::singleShot(200, &dialog, [this] { write("newer"); });
-            QTimer::singleShot(4000, &dialog, &QEventLoop::quit);
+            QTimer::singleShot(testing::patience / 4, &dialog, &QEventLoop::quit);
             dialog.exec();
         }));
         replace("new");

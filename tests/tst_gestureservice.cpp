@@ -934,7 +934,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, bound);
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/exitchild"), {scenario});
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QTEST(child.exitCode(), "exitCode");
         if (bound.isEmpty())
@@ -947,7 +947,7 @@ private Q_SLOTS:
     {
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/exitchild"), {QStringLiteral("terminate")});
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.exitStatus(), QProcess::CrashExit);
         QCOMPARE(child.exitCode(), SIGABRT);
         QVERIFY(!QFileInfo::exists(userFile()));
@@ -962,7 +962,7 @@ private Q_SLOTS:
         environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
         child.setProcessEnvironment(environment);
         child.start(QStringLiteral(TEST_PROGRAMS "/dlopenchild"), {QStringLiteral(EXIT_PLUGIN)});
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QVERIFY2(child.exitCode() == 0, child.readAllStandardError());
         QVERIFY(testing::readFile(userFile()).contains("\"ReaderTapLeftNoDirection\": \"next\""));
@@ -975,7 +975,7 @@ private Q_SLOTS:
         const QByteArray before = testing::readFile(userFile());
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/exitchild"), {QStringLiteral("exit switch while loading")});
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QCOMPARE(child.exitCode(), 255);
         QCOMPARE(testing::readFile(userFile()), before);

@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(provider.readonly(), true);
         QCOMPARE(provider.service(), nullptr);
         QSignalSpy changed(&provider, &GestureServiceProvider::serviceChanged);
-        QVERIFY(changed.wait());
+        QVERIFY(changed.wait(testing::patience));
         QCOMPARE(changed.size(), 1);
         QVERIFY(provider.service());
         QCOMPARE(changed.at(0).at(0).value<GestureService *>(), provider.service());
@@ -329,7 +329,7 @@ private Q_SLOTS:
                                      "prohibitedApps": ["providerchild"]})");
         QProcess child;
         child.start(QStringLiteral(TEST_PROGRAMS "/providerchild"), QStringList());
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QVERIFY(QFile::remove(file));
         QCOMPARE(child.readAllStandardOutput(), QByteArray("no service\n"));
         const QByteArray errors = child.readAllStandardError();
@@ -431,7 +431,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QStringLiteral(TEST_PROGRAMS "/providerchild"), program));
         QProcess child;
         child.start(program, QStringList());
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.readAllStandardOutput(), QByteArray("no service\n"));
         const QByteArray errors = child.readAllStandardError();
         QVERIFY2(errors.contains("[warn]") && errors.contains("app 'qmlplugindump' is prohibited"), errors.constData());

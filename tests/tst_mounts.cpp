@@ -290,7 +290,7 @@ private Q_SLOTS:
             }
             first = false;
             QTimer::singleShot(50, &dialog, [this] { unmount("a/b"); });
-            QTimer::singleShot(4000, &dialog, &QEventLoop::quit);
+            QTimer::singleShot(testing::patience / 4, &dialog, &QEventLoop::quit);
             dialog.exec();
         }));
         bind("stick/b", "a/b");
@@ -308,7 +308,7 @@ private Q_SLOTS:
                 dialog.quit();
             if (told > 1)
                 return;
-            QTimer::singleShot(4000, &dialog, &QEventLoop::quit);
+            QTimer::singleShot(testing::patience / 4, &dialog, &QEventLoop::quit);
             dialog.exec();
             bothWithin = told == 2;
         };

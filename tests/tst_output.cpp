@@ -182,7 +182,7 @@ private Q_SLOTS:
             environment.insert("QT_QPA_PLATFORM", QString::fromUtf8(name).remove(';')); // it separates several
             process.setProcessEnvironment(environment);
             process.start("sh", {"-c", "ulimit -c 0; \"$0\" list --app app; \"$0\" map --app app; true", GESTURECTL});
-            process.waitForFinished(60000);
+            process.waitForFinished(testing::patience);
             return process.readAllStandardOutput() + process.readAllStandardError();
         };
         const QByteArray hostile = printed(hostileName);
@@ -217,7 +217,7 @@ private Q_SLOTS:
         testing::writeFile(tree.userFile(app), filled(R"({"version": 1, "actions": {"4TEXT": "page/TEXT"}})", true));
         QTRY_VERIFY((out += watcher.readAll()).contains("page/"));
         testing::writeFile(tree.userFile(app), filled(R"({"version": 1, "actions": {"4TEXT": "noneTEXT"}})", true));
-        QTRY_COMPARE_WITH_TIMEOUT(watcher.state(), QProcess::NotRunning, 60000);
+        QTRY_COMPARE(watcher.state(), QProcess::NotRunning);
         out += watcher.readAll();
         QVERIFY2(rawIn(out).isEmpty(), qPrintable(rawIn(out)));
         // The library itself logs what does not load.
@@ -235,7 +235,7 @@ private Q_SLOTS:
                        "for option in --app --mode --kind; do"
                        " \"$0\" list $option \"$(printf 'a\\377\\233\\303')\"; done; true",
                        GESTURECTL});
-        QVERIFY(process.waitForFinished(60000));
+        QVERIFY(process.waitForFinished(testing::patience));
         const QByteArray printed = process.readAllStandardOutput() + process.readAllStandardError();
         QVERIFY2(rawIn(printed).isEmpty(), qPrintable(rawIn(printed)));
         QCOMPARE(printed.count('\n'), 3);
@@ -385,7 +385,7 @@ private:
     {
         QProcess process;
         process.start(GESTURECTL, arguments);
-        const bool hasEnded = process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit;
+        const bool hasEnded = process.waitForFinished(testing::patience) && process.exitStatus() == QProcess::NormalExit;
         return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
     }
 

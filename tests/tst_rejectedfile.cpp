@@ -107,7 +107,7 @@ private Q_SLOTS:
                 children.back()->start(TEST_PROGRAMS "/stepschild", {"service", "load", "pause"});
             }
             for (const auto &child : children)
-                QVERIFY(child->waitForReadyRead());
+                QVERIFY(child->waitForReadyRead(testing::patience));
             for (const auto &child : children)
                 child->write("go\n");
             for (const auto &child : children)

@@ -386,7 +386,7 @@ private:
                       << "inject=" + injection;
         QProcess strace;
         strace.start("strace", arguments + program);
-        if (!strace.waitForFinished())
+        if (!strace.waitForFinished(testing::patience))
             return -1;
         return strace.exitStatus() == QProcess::CrashExit ? 128 + strace.exitCode() : strace.exitCode();
     }

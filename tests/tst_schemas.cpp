@@ -472,7 +472,7 @@ static QVector<QString> schemaVerdicts(const QString &schema, const Corpus &corp
     python.write(QJsonDocument(texts).toJson(QJsonDocument::Compact));
     python.closeWriteChannel();
     const bool done =
-            python.waitForFinished(120000) && python.exitStatus() == QProcess::NormalExit && python.exitCode() == 0;
+            python.waitForFinished(testing::patience) && python.exitStatus() == QProcess::NormalExit && python.exitCode() == 0;
     *error = done ? QString() : python.errorString() + ": " + python.readAllStandardError();
 
     QVector<QString> verdicts;
@@ -598,7 +598,7 @@ private Q_SLOTS:
     {
         QProcess python;
         python.start("/usr/bin/python3", {"-c", "import jsonschema"});
-        QVERIFY2(python.waitForFinished() && python.exitCode() == 0, "install the package python3-jsonschema");
+        QVERIFY2(python.waitForFinished(testing::patience) && python.exitCode() == 0, "install the package python3-jsonschema");
     }
 
     void configuration()

@@ -251,9 +251,9 @@ class Runner:
     def call(self, command):
         try:
             done = subprocess.run(command, cwd=self.tree, env=self.env, stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=120)
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=600)
         except subprocess.TimeoutExpired:
-            return None, "not done after two minutes\n"
+            return None, "not done after ten minutes\n"
         except OSError as error:
             return None, f"{error}\n"
         return done.returncode, done.stdout.decode("utf-8", "replace")

@@ -4,7 +4,6 @@
 #include <gesture_api/gestureserviceprovider.h>
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <cstdio>
 
@@ -13,7 +12,8 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     vellix::gesture::DefaultFeaturesProvider features;
     vellix::gesture::GestureServiceProvider provider(&features);
-    QTimer::singleShot(50, &app, &QCoreApplication::quit);
+    // Behind what the provider has to do in the event loop.
+    QMetaObject::invokeMethod(&app, &QCoreApplication::quit, Qt::QueuedConnection);
     app.exec();
     std::puts(provider.service() ? "a service" : "no service");
     return 0;

@@ -18,6 +18,7 @@ TestCase {
     property var configuration // the sample configuration
     property var supported: ({}) // by feature, what this device has
 
+    readonly property int patience: 60000 // milliseconds, for what comes at once unless the machine is busy
     readonly property var sentences: ({
         Gesture: "A Gesture comes from a GestureService: its model or its find functions",
         GestureAction: "A GestureAction comes from a Gesture: its current, default and available actions",
@@ -330,7 +331,7 @@ TestCase {
         compare(provider.readonly, true)
         compare(provider.service, null)
         TestTree.setConfiguration("tst_qml", TestTree.configuration("notes"))
-        tryVerify(() => provider.service)
+        tryVerify(() => provider.service, patience)
         compare(seen(), ["service"])
         compare(provider.service.readonly, true)
         compare(provider.service.gestures.rowCount(), 3)
@@ -356,7 +357,7 @@ TestCase {
         compare(messageOf(() => Qt.createQmlObject(text, testCase, "x")), row.sentence)
         // The same as a page that is loaded.
         const component = Qt.createComponent("data:text/plain," + encodeURIComponent(text), testCase)
-        tryVerify(() => component.status === Component.Error)
+        tryVerify(() => component.status === Component.Error, patience)
         compare(component.errorString().trim(), ":1 " + row.sentence)
         component.destroy()
     }
@@ -926,7 +927,7 @@ TestCase {
         watch(feature, "feature")
         watch(provider, "provider")
         provider.destroy()
-        tryVerify(() => dead().length > 0)
+        tryVerify(() => dead().length > 0, patience)
         collect()
         compare(dead(), ["provider"])
         compare(feature.name, "frontlight")
@@ -992,7 +993,7 @@ TestCase {
         verify(shown >= 18)
         compare(filter.data(filter.index(0, 0)).currentAction.path, "page/previous")
         owner.destroy()
-        tryVerify(() => dead().length === 3)
+        tryVerify(() => dead().length === 3, patience)
         compare(filter.rowCount(), 0)
     }
 
@@ -1002,7 +1003,7 @@ TestCase {
         const clone = provider.service.cloneAsQObject()
         watch(provider, "provider")
         provider.destroy()
-        tryVerify(() => dead().length === 1)
+        tryVerify(() => dead().length === 1, patience)
         collect()
         compare(describe(clone), before)
     }
@@ -1030,7 +1031,7 @@ TestCase {
         compare(seen().slice().sort(), ["readonly false", "service"])
         compare(provider.service.readonly, false)
         compare(dead(), []) // until the event loop runs
-        tryVerify(() => dead().length === 2)
+        tryVerify(() => dead().length === 2, patience)
         watch(provider.service, "second")
         provider.readonly = false
         provider.appId = "reader"
@@ -1044,7 +1045,7 @@ TestCase {
         provider.appId = "notes"
         compare(provider.service.gestures.rowCount(), 3)
         compare(seen().length, 4)
-        tryVerify(() => dead().includes("second"))
+        tryVerify(() => dead().includes("second"), patience)
     }
 
     function test_no_service_data() {
@@ -1062,7 +1063,7 @@ TestCase {
         provider.appId = row.appId
         compare(provider.service, null)
         compare(seen().slice().sort(), ["appId " + row.appId, "none"])
-        tryVerify(() => dead().length === 1)
+        tryVerify(() => dead().length === 1, patience)
         provider.readonly = false
         compare(provider.service, null)
         provider.appId = "reader"
@@ -1076,7 +1077,7 @@ TestCase {
         watch(provider.service, "service")
         noted = []
         TestTree.setChoices("reader", '{"actions": {"Thumb": "view/refresh"}, "version": 1}')
-        tryVerify(() => dead().length === 1)
+        tryVerify(() => dead().length === 1, patience)
         compare(seen(), ["none", "service"])
         compare(gestureOf(provider.service, "Thumb").currentAction.path, "view/refresh")
     }

@@ -9,6 +9,8 @@ Item {
     width: 600
     height: 800
 
+    readonly property int patience: 60000 // milliseconds, for what comes at once unless the machine is busy
+
     Component {
         id: screenComponent
         SettingsScreen {
@@ -67,7 +69,7 @@ Item {
             tryVerify(() => {
                 const item = findChild(screen, name)
                 return item !== null && item.width > 0 && item.height > 0
-            }, 5000, name)
+            }, container.patience, name)
             mouseClick(part(screen, name))
         }
 
@@ -79,7 +81,7 @@ Item {
 
         // Comes by itself, without another event from us.
         function waitForText(screen, name, text) {
-            tryCompare(part(screen, name), "text", text)
+            tryCompare(part(screen, name), "text", text, container.patience)
         }
 
         // What stands in the list, top to bottom, wherever it is scrolled to.
@@ -557,7 +559,7 @@ Item {
             compare(TestTree.userFiles(), [])
             compareText(screen, "message", "These are the defaults.")
             compareEdited(screen, false)
-            tryVerify(() => actionTitle(screen, tapRight) === "Next page")
+            tryVerify(() => actionTitle(screen, tapRight) === "Next page", container.patience)
             wait(300)
             compareText(screen, "message", "These are the defaults.")
             compare(actionTitle(screen, tapLeft), "Previous page")
@@ -644,7 +646,7 @@ Item {
         function test_changeOfNothing() {
             const screen = show()
             TestTree.setChoices("reader", choicesText({[tapRight]: "page/next"}))
-            tryCompare(part(screen, "reset"), "enabled", true)
+            tryCompare(part(screen, "reset"), "enabled", true, container.patience)
             compareText(screen, "message", "")
         }
 
@@ -716,7 +718,7 @@ Item {
             const theirs = choicesText({[tapLeft]: "no/such"})
             TestTree.setChoices("reader", theirs)
             click(screen, "save")
-            tryVerify(() => part(screen, "problem").text !== "")
+            tryVerify(() => part(screen, "problem").text !== "", container.patience)
             compare(TestTree.choices("reader"), theirs)
             // Nothing to save to, and nothing lost: the edit is there again once the file is good.
             verify(!part(screen, "save").enabled)
@@ -821,7 +823,7 @@ Item {
             choose(screen, tapLeft, "view/menu")
             openMenu(screen, tapRight)
             verify(part(menuPage(screen), "actionList").activeFocus)
-            tryVerify(() => part(menuPage(screen), "actionList").itemAtIndex(3) !== null) // they are no stops
+            tryVerify(() => part(menuPage(screen), "actionList").itemAtIndex(3) !== null, container.patience) // they are no stops
             keyClick(Qt.Key_Tab)
             verify(part(screen, "save").activeFocus)
             keyClick(Qt.Key_Backtab)
@@ -950,7 +952,7 @@ Item {
             openMenu(screen, tapLeft)
             TestTree.setChoices("reader", data.text)
             const sentence = part(screen, data.problem ? "problem" : "notice")
-            tryVerify(() => sentence.text !== "")
+            tryVerify(() => sentence.text !== "", container.patience)
             gc()
             wait(50)
             compare(TestTree.choices("reader"), data.text)
@@ -1035,7 +1037,7 @@ Item {
             changedConfiguration(data.change)
             // Told, not saved, and the edit is on top of what is there now.
             click(screen, "save")
-            tryVerify(() => part(screen, "message").text !== "")
+            tryVerify(() => part(screen, "message").text !== "", container.patience)
             verify(part(screen, "message").text !== "Saved.")
             compare(TestTree.userFiles(), [])
             wait(100)
@@ -1084,7 +1086,7 @@ Item {
             const good = TestTree.configuration("reader")
             TestTree.setConfiguration("reader", "{")
             click(screen, "save")
-            tryVerify(() => part(screen, "problem").text !== "")
+            tryVerify(() => part(screen, "problem").text !== "", container.patience)
             gc()
             wait(50)
             compare(TestTree.choices("reader"), bytes)
@@ -1140,7 +1142,7 @@ Item {
             collect()
             click(screen, "resetYes")
             collect()
-            tryVerify(() => actionTitle(screen, tapLeft) === "Previous page")
+            tryVerify(() => actionTitle(screen, tapLeft) === "Previous page", container.patience)
             collect()
             compare(actionTitle(screen, tapRight), "Next page")
         }
@@ -1157,7 +1159,7 @@ Item {
             wait(50)
             openMenu(screen, tapLeft)
             TestTree.setChoices("reader", choicesText({[tapLeft]: "no/such"}))
-            tryVerify(() => part(screen, "problem").text !== "")
+            tryVerify(() => part(screen, "problem").text !== "", container.patience)
             wait(50)
             verify(collector.times >= 3)
             click(screen, "reset")
