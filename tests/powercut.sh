@@ -38,14 +38,16 @@ for cut in $(seq "$cuts"); do
     sleep "0.$((RANDOM % 3 + 1))"
     kill -STOP "$saver"
     acknowledged=$(tail -n 1 "$work/done")
-    cp "$work/image" "$work/copy"
+    # A file of its own each time: on a busy machine the device of the one before is still there, and what it has cached.
+    cp "$work/image" "$work/copy$cut"
     kill -CONT "$saver"
 
-    mount -o loop "$work/copy" "$work/after"
+    mount -o loop "$work/copy$cut" "$work/after"
     file=$work/after/user/app/cfg.json
     numbers=$(grep -o '"gesture[0-9]*": "[0-9]*"' "$file" | grep -o '[0-9]*"$' | tr -d '"' | sort -un)
     lines=$(grep -c '"gesture' "$file")
     umount "$work/after"
+    rm "$work/copy$cut"
     echo "cut $cut: $acknowledged was done, $numbers is there"
     [ "$lines" = 20 ]
     [ "$(wc -w <<<"$numbers")" = 1 ]
