@@ -183,6 +183,29 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("other"));
     }
 
+    void relativeLinkIsFollowed()
+    {
+        testing::writeFile(path("real/file"), "old");
+        QVERIFY(QDir().mkpath(path("a/b")));
+        QVERIFY(symlink("../.././real//file", qPrintable(file())) == 0);
+        watch();
+        writeTo(path("real/file"), "in place");
+        QTRY_COMPARE(last(), QByteArray("in place"));
+        replaceFile(path("real/file"), "replaced");
+        QTRY_COMPARE(last(), QByteArray("replaced"));
+    }
+
+    void circleOfLinksIsNoFile()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        QVERIFY(symlink("other", qPrintable(file())) == 0);
+        QVERIFY(symlink("../b/file", qPrintable(path("a/b/other"))) == 0);
+        watch();
+        QVERIFY(QFile::remove(path("a/b/other")));
+        testing::writeFile(path("a/b/other"), "new");
+        QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
     void equalBytesAreNoChange()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -613,6 +636,44 @@ private Q_SLOTS:
         QVERIFY(chmod(directory, 0755) == 0);
         QVERIFY(self != 0 || seteuid(65534) == 0);
         QTRY_COMPARE(last(), QByteArray("old"));
+    }
+
+    // It may be entered, but what comes and goes in it is not told.
+    void fileMadeInADirectoryThatCanNotBeRead()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        const QByteArray directory = path("a/b").toLocal8Bit();
+        QVERIFY(chmod(directory, 0311) == 0);
+        QVERIFY(chmod(m_directory->path().toLocal8Bit(), 0755) == 0);
+        const uid_t self = geteuid(); // root may look into everything
+        const auto cleanUp = qScopeGuard([&] {
+            (void)seteuid(self);
+            chmod(directory, 0755);
+        });
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        watch();
+        QVERIFY(seteuid(self) == 0);
+        write("new");
+        QVERIFY(self != 0 || seteuid(65534) == 0);
+        QTRY_COMPARE(last(), QByteArray("new"));
+    }
+
+    // What it holds is there until it returns.
+    void callbackOutlivesItsWatch()
+    {
+        QVERIFY(QDir().mkpath(path("a/b")));
+        auto held = std::make_shared<int>(1);
+        bool alive = false;
+        m_watch.reset(__watchFileChange(file(), nullptr, [this, held, &alive] {
+            bool *const result = &alive;
+            const std::weak_ptr<int> seen = held;
+            m_watch.reset();
+            *result = !seen.expired();
+        }));
+        held.reset();
+        write("new");
+        QTRY_VERIFY(!m_watch);
+        QVERIFY(alive);
     }
 
     // The callback shows a dialog, say, and the new file is written to meanwhile.
