@@ -211,7 +211,7 @@ private Q_SLOTS:
     {
         QVERIFY(QDir().mkpath(path("a/b")));
         QVERIFY(symlink("other", qPrintable(file())) == 0);
-        QVERIFY(symlink("../b/file", qPrintable(path("a/b/other"))) == 0);
+        QVERIFY(symlink("file", qPrintable(path("a/b/other"))) == 0);
         watch();
         QVERIFY(QFile::remove(path("a/b/other")));
         testing::writeFile(path("a/b/other"), "new");
@@ -616,9 +616,10 @@ private Q_SLOTS:
         ::close(next);
         const rlimit none{static_cast<rlim_t>(next), before.rlim_max};
         QVERIFY(setrlimit(RLIMIT_NOFILE, &none) == 0);
-        QTest::ignoreMessage(QtWarningMsg, "QSocketNotifier: Invalid socket specified");
+        testing::LogCapture log;
         watch();
         QVERIFY(setrlimit(RLIMIT_NOFILE, &before) == 0);
+        QCOMPARE(log.qtMessages, QStringList("warning default: QSocketNotifier: Invalid socket specified"));
         write("new");
         QTRY_COMPARE(last(), QByteArray("new"));
         m_watch.reset();
