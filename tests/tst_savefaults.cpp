@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <memory>
@@ -310,6 +311,17 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
     }
 
+    void attributesThatThereCanNotBeAreNotMissed()
+    {
+        prepare(true);
+        struct stat before = {};
+        struct stat now = {};
+        QCOMPARE(stat(qPrintable(file()), &before), 0);
+        QCOMPARE(run(saving(3), {"flistxattr,fgetxattr,fremovexattr:error=EOPNOTSUPP"}), 0);
+        QCOMPARE(stat(qPrintable(file()), &now), 0);
+        QVERIFY(now.st_ino != before.st_ino); // replaced
+    }
+
     // The rename is done, and may be undone by a loss of power.
     void directoryThatIsNotOnDisk()
     {
@@ -374,6 +386,9 @@ private Q_SLOTS:
         testing::writeFile(user, "garbage");
         int faults = 0;
         for (const Call &call : calls(program)) {
+            // Nobody else can read the copy before it is as private as the original.
+            if (call.line.contains(".rejected") && call.line.contains("O_CREAT"))
+                QVERIFY2(call.line.contains("O_CLOEXEC, 0600)"), qPrintable(call.line));
             if (!kill && !canFail(call))
                 continue;
             ++faults;

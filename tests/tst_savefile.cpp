@@ -275,7 +275,7 @@ private Q_SLOTS:
         const QByteArray list = testing::accessList(6, 4321, 6, 6, 6, 6);
         testing::writeFile(file, "old");
         QCOMPARE(chmod(qPrintable(path("dir")), 0777), 0);
-        QCOMPARE(chown(qPrintable(file), 1234, 5678), 0);
+        QCOMPARE(chown(qPrintable(file), 1234, 4321), 0);
         if (setxattr(qPrintable(file), "system.posix_acl_access", list.constData(), list.size(), 0) != 0)
             QSKIP("this file system keeps no access lists");
         QCOMPARE(inChild(4321, [&] { return save(file) > 0 ? 0 : 1; }), 0);
