@@ -405,6 +405,21 @@ private Q_SLOTS:
         QVERIFY(faults > 20);
     }
 
+    // The copy is on the disk, and its name, before the original goes.
+    void copyOfARefusedFileIsOnDiskFirst()
+    {
+        const testing::DataTree tree;
+        testing::writeFile(tree.defaultFile("app"), R"({"gestures": []})");
+        testing::writeFile(tree.userFile("app"), "garbage");
+        m_directory.reset(new QTemporaryDir);
+        QStringList order;
+        for (const Call &call : calls({TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark"})) {
+            if (QStringList({"write", "fsync", "rename"}).contains(commonName(call)))
+                order.append(commonName(call));
+        }
+        QCOMPARE(order, QStringList({"write", "fsync", "fsync", "write", "fsync", "rename", "fsync"}));
+    }
+
 private:
     struct Call
     {
