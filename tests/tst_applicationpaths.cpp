@@ -377,6 +377,16 @@ private Q_SLOTS:
                  qEnvironmentVariable("EXPECTED_APP_ID", QStringLiteral("tst_applicationpaths")));
     }
 
+    void currentAppIdIsNotWhatTheProgramCallsItself()
+    {
+        const QString before = QCoreApplication::applicationName();
+        const QString id = Rules::currentAppId();
+        QCoreApplication::setApplicationName(QStringLiteral("another"));
+        const QString now = Rules::currentAppId();
+        QCoreApplication::setApplicationName(before);
+        QCOMPARE(now, id);
+    }
+
     void currentAppIdKeepsAnExtension()
     {
         QTemporaryDir directory;

@@ -8,7 +8,13 @@
 
 #include <locale.h>
 #include <pwd.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <functional>
 
 using namespace vellix;
 
@@ -182,6 +188,57 @@ private Q_SLOTS:
                  user->pw_dir + std::string("/.local/share/vellix"));
     }
 
+    // Nor is there a home directory, then.
+    void userThatTheSystemDoesNotKnow()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can become somebody else");
+        qunsetenv("HOME");
+        QCOMPARE(inChild([] {
+                     const uid_t nobody = 1999999999;
+                     if (getpwuid(nobody) || setuid(nobody) != 0)
+                         return 99;
+                     const QString path =
+                             QString::fromStdString(PathResolver::newDefault().resolvePreffix("${USERDATA}"));
+                     return QDir::cleanPath(path) == QLatin1String("/.local/share/vellix") ? 0 : 1;
+                 }),
+                 0);
+    }
+
+    void systemDataOfTheUsualDirectories_data()
+    {
+        QTest::addColumn<QByteArrayList>("existing");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("neither") << QByteArrayList() << QByteArray("/usr/local/share/vellix");
+        QTest::newRow("the second") << QByteArrayList{"/usr/share/vellix"} << QByteArray("/usr/share/vellix");
+        QTest::newRow("both") << QByteArrayList{"/usr/local/share/vellix", "/usr/share/vellix"}
+                              << QByteArray("/usr/local/share/vellix");
+    }
+
+    void systemDataOfTheUsualDirectories()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can mount something in their place");
+        QFETCH(QByteArrayList, existing);
+        QFETCH(QByteArray, expected);
+        const int result = inChild([&] {
+            if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+                return 98;
+            for (const char *share : {"/usr/local/share", "/usr/share"}) {
+                if (mount("none", share, "tmpfs", 0, nullptr) != 0)
+                    return 98;
+            }
+            for (const QByteArray &directory : existing) {
+                if (mkdir(directory, 0755) != 0)
+                    return 99;
+            }
+            return PathResolver::newDefault().resolvePreffix("${SYSTEMDATA}") == expected.toStdString() ? 0 : 1;
+        });
+        if (result == 98)
+            QSKIP("a file system can not be mounted here");
+        QCOMPARE(result, 0);
+    }
+
     void directoriesOfNothingCountAsUnset()
     {
         qputenv("XDG_DATA_DIRS", ":");
@@ -211,6 +268,8 @@ private Q_SLOTS:
         QVERIFY(!resolver.remove("${USERDATA}")); // a directory stays
         QVERIFY(resolver.exists("${USERDATA}"));
     }
+
+    void errorEndsNoProcessUnlessItIsTold() { QVERIFY(!EitherPrivate::shouldExitOnError()); }
 
     void errorWithoutAMessage()
     {
@@ -304,6 +363,9 @@ private Q_SLOTS:
         row("longer than it need be", "\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a",
             R"(\xc0\x8a\xe0\x80\x9b\xf0\x80\x80\x8a)");
         row("half a character, and beyond the last", "\xed\xa0\xbd\xf4\x90\x80\x80", R"(\xed\xa0\xbd\xf4\x90\x80\x80)");
+        row("the first and the last half", "\xed\xa0\x80 \xed\xbf\xbf", R"(\xed\xa0\x80 \xed\xbf\xbf)");
+        row("a byte that begins no character", "\xf8\x90\x80\x80 \xfc\x80\x80\x80",
+            R"(\xf8\x90\x80\x80 \xfc\x80\x80\x80)");
     }
 
     // One record, one line, whatever is logged; in a process of its own, since the tests' log stands before ours.
@@ -318,10 +380,20 @@ private Q_SLOTS:
         QVERIFY(child.waitForFinished(testing::patience));
         QCOMPARE(child.readAllStandardError(),
                  "[error] " + expected + " [file\\x0a:7, void f()\\x1b]\n[warn] " + expected
-                         + " [file\\x0a:8, void f()\\x1b]\n");
+                         + " [file\\x0a:8, void f()\\x1b]\n[warn]  [file\\x0a:9, void f()\\x1b]\n");
     }
 
 private:
+    static int inChild(const std::function<int()> &run)
+    {
+        const pid_t child = fork();
+        if (child == 0)
+            _exit(run());
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
     QScopedPointer<QTemporaryDir> m_directory;
 };
 

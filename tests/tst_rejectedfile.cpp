@@ -79,6 +79,54 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
     }
 
+    void fileThatIsGoneIsNotKept()
+    {
+        LogCapture log;
+        GestureService service(paths(), nullptr, false);
+        service.gestureList();
+        QVERIFY(QFile::remove(file()));
+        QVERIFY(service.trySave().isRight());
+        QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
+    }
+
+    void pipeInItsPlaceDoesNotBlock()
+    {
+        LogCapture log;
+        GestureService service(paths(), nullptr, false);
+        service.gestureList();
+        QVERIFY(QFile::remove(file()));
+        QCOMPARE(mkfifo(qPrintable(file()), 0600), 0);
+        const auto saved = service.trySave();
+        QCOMPARE(saved.isLeft() ? saved.left() : QString(),
+                 QStringLiteral("can not open file: No such device or address (path: %1)").arg(file()));
+    }
+
+    // It may be written to all the same: not before there is a copy.
+    void fileThatCanNotBeReadIsKeptOnceItCan()
+    {
+        QCOMPARE(chmod(qPrintable(file()), 0200), 0);
+        if (geteuid() == 0) {
+            QCOMPARE(chown(qPrintable(path("dir")), 65534, 65534), 0);
+            QCOMPARE(chown(qPrintable(file()), 65534, 65534), 0);
+        }
+        QCOMPARE(inChild([this]() -> int {
+                     if (geteuid() == 0 && (setresgid(65534, 65534, 65534) != 0 || setresuid(65534, 65534, 65534) != 0))
+                         return 90;
+                     LogCapture log;
+                     GestureService service(paths(), nullptr, false);
+                     service.gestureList();
+                     const auto saved = service.trySave();
+                     if (saved.isRight() || !saved.left().startsWith("the rejected file can not be kept beside it"))
+                         return 1;
+                     if (chmod(qPrintable(file()), 0600) != 0 || testing::readFile(file()) != "garbage")
+                         return 2;
+                     return service.trySave().isRight() ? 0 : 3;
+                 }),
+                 0);
+        QVERIFY(testing::readFile(file()).startsWith('{'));
+        QCOMPARE(testing::readFile(path("dir/file.rejected")), QByteArray("garbage"));
+    }
+
     void secondServiceDoesNotKeepTheFirstOnesFile()
     {
         LogCapture log;

@@ -6,6 +6,9 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
 #include <memory>
 
 // A save that is interrupted, or that fails, at any of its system calls.
@@ -288,6 +291,56 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(file()), m_old);
     }
 
+    // What the new file has not got, the old one must not lose.
+    void permissionsThatCanNotBeKept_data()
+    {
+        QTest::addColumn<QString>("fault");
+        for (const char *fault : {"flistxattr:error=EIO", "fgetxattr:error=EIO:when=1", "fgetxattr:error=EIO:when=3",
+                                  "fsetxattr:error=EIO", "fremovexattr:error=EIO", "fchmod:error=EIO"})
+            QTest::newRow(fault) << QString::fromLatin1(fault);
+    }
+
+    void permissionsThatCanNotBeKept()
+    {
+        QFETCH(QString, fault);
+        prepare(true);
+        if (setxattr(qPrintable(file()), "user.note", "n", 1, 0) != 0)
+            QSKIP("this file system keeps no extended attributes");
+        QCOMPARE(run(saving(3), {fault}), 1);
+        QCOMPARE(testing::readFile(file()), m_old);
+        QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
+    }
+
+    void attributesThatThereCanNotBeAreNotMissed()
+    {
+        prepare(true);
+        struct stat before = {};
+        struct stat now = {};
+        QCOMPARE(stat(qPrintable(file()), &before), 0);
+        QCOMPARE(run(saving(3), {"flistxattr,fgetxattr,fremovexattr:error=EOPNOTSUPP"}), 0);
+        QCOMPARE(stat(qPrintable(file()), &now), 0);
+        QVERIFY(now.st_ino != before.st_ino); // replaced
+    }
+
+    // The rename is done, and may be undone by a loss of power.
+    void directoryThatIsNotOnDisk()
+    {
+        int opened = 0;
+        QString name;
+        for (const Call &call : trace(3, true)) {
+            if (call.line.contains("O_DIRECTORY") && call.line.contains("/dir\"")) {
+                opened = call.number;
+                name = call.name;
+            }
+        }
+        QVERIFY(opened > 0);
+        prepare(true);
+        QCOMPARE(run(saving(3), {QString("%1:error=EMFILE:when=%2").arg(name).arg(opened)}), 1);
+        prepare(true);
+        QCOMPARE(run(saving(3), {"fsync:error=EIO:when=2"}), 1);
+        QCOMPARE(testing::readFile(file()), m_new);
+    }
+
     // Until it is like the old one, nobody else can read the new file.
     void newFileIsPrivateAtFirst()
     {
@@ -298,6 +351,19 @@ private Q_SLOTS:
         }
         QCOMPARE(made.size(), 1);
         QVERIFY2(made[0].contains("O_EXCL|O_NOFOLLOW|O_CLOEXEC, 0600"), qPrintable(made[0]));
+    }
+
+    // For who removes what was left behind.
+    void newFileIsLocked()
+    {
+        QString after;
+        QString previous;
+        for (const Call &call : trace(3, true)) {
+            if (previous.contains(".gestures-") && previous.contains("O_CREAT"))
+                after = call.line;
+            previous = call.line;
+        }
+        QVERIFY2(after.contains(QRegularExpression("^flock\\([0-9]+, LOCK_EX\\|LOCK_NB\\) += 0")), qPrintable(after));
     }
 
     // Whatever fails while a refused file is saved over: its bytes are there, in the file or beside it.
@@ -320,6 +386,9 @@ private Q_SLOTS:
         testing::writeFile(user, "garbage");
         int faults = 0;
         for (const Call &call : calls(program)) {
+            // Nobody else can read the copy before it is as private as the original.
+            if (call.line.contains(".rejected") && call.line.contains("O_CREAT"))
+                QVERIFY2(call.line.contains("O_CLOEXEC, 0600)"), qPrintable(call.line));
             if (!kill && !canFail(call))
                 continue;
             ++faults;
@@ -334,6 +403,21 @@ private Q_SLOTS:
             QVERIFY2(kill || kept == "garbage" || kept == "(no file)", context + kept);
         }
         QVERIFY(faults > 20);
+    }
+
+    // The copy is on the disk, and its name, before the original goes.
+    void copyOfARefusedFileIsOnDiskFirst()
+    {
+        const testing::DataTree tree;
+        testing::writeFile(tree.defaultFile("app"), R"({"gestures": []})");
+        testing::writeFile(tree.userFile("app"), "garbage");
+        m_directory.reset(new QTemporaryDir);
+        QStringList order;
+        for (const Call &call : calls({TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark"})) {
+            if (QStringList({"write", "fsync", "rename"}).contains(commonName(call)))
+                order.append(commonName(call));
+        }
+        QCOMPARE(order, QStringList({"write", "fsync", "fsync", "write", "fsync", "rename", "fsync"}));
     }
 
 private:

@@ -92,17 +92,28 @@ private Q_SLOTS:
         QCOMPARE(modeOf(path("file")), mode);
     }
 
+    void ownerStays_data()
+    {
+        QTest::addColumn<uint>("owner");
+        QTest::addColumn<uint>("group");
+        QTest::newRow("another user and group") << 1234u << 4321u;
+        QTest::newRow("another user alone") << 1234u << 0u;
+        QTest::newRow("another group alone") << 0u << 4321u;
+    }
+
     void ownerStays()
     {
+        QFETCH(uint, owner);
+        QFETCH(uint, group);
         if (geteuid() != 0)
             QSKIP("only root can save somebody else's file");
         testing::writeFile(path("file"), "old");
-        QCOMPARE(chown(qPrintable(path("file")), 1234, 4321), 0);
+        QCOMPARE(chown(qPrintable(path("file")), owner, group), 0);
         QVERIFY(save(path("file")) > 0);
         struct stat status;
         QCOMPARE(stat(qPrintable(path("file")), &status), 0);
-        QCOMPARE(status.st_uid, 1234u);
-        QCOMPARE(status.st_gid, 4321u);
+        QCOMPARE(status.st_uid, owner);
+        QCOMPARE(status.st_gid, group);
     }
 
     void accessListStays()
@@ -163,6 +174,26 @@ private Q_SLOTS:
         QCOMPARE(attribute(path("file"), "user.empty"), QByteArray());
     }
 
+    // There, too, the file is a new one with the rights of the old one.
+    void fileSystemWithoutAttributes()
+    {
+        QVERIFY(QDir().mkpath(path("disk")));
+        if (mount("none", qPrintable(path("disk")), "ramfs", 0, nullptr) != 0)
+            QSKIP("such a file system can not be mounted here");
+        const QString file = path("disk/file");
+        testing::writeFile(file, "old");
+        const bool prepared = chmod(qPrintable(file), 0640) == 0;
+        const bool without = getxattr(qPrintable(file), "system.posix_acl_access", nullptr, 0) < 0 && errno == ENOTSUP;
+        const ino_t before = statusOf(file).st_ino;
+        const qint64 saved = save(file);
+        const struct stat now = statusOf(file);
+        umount(qPrintable(path("disk")));
+        QVERIFY(prepared && without);
+        QVERIFY(saved > 0);
+        QVERIFY(now.st_ino != before);
+        QCOMPARE(now.st_mode & 07777, 0640u);
+    }
+
     // In such a directory a new file gets the directory's group.
     void groupStaysInADirectoryThatHandsOnItsOwn()
     {
@@ -183,9 +214,9 @@ private Q_SLOTS:
     void specialBitsStay()
     {
         testing::writeFile(path("file"), "old");
-        QCOMPARE(chmod(qPrintable(path("file")), 06750), 0);
+        QCOMPARE(chmod(qPrintable(path("file")), 07750), 0);
         QVERIFY(save(path("file")) > 0);
-        QCOMPARE(modeOf(path("file")), 06750);
+        QCOMPARE(modeOf(path("file")), 07750);
     }
 
     // Whoever could read or write somebody else's shared file can do so afterwards.
@@ -199,6 +230,7 @@ private Q_SLOTS:
         QTest::newRow("the owner is not known to be in it") << 1234u << 5678u << 0660 << true;
         QTest::newRow("the owner may do more than the group") << 1u << 1u << 0760 << true;
         QTest::newRow("everybody may write") << 1234u << 5678u << 0666 << false;
+        QTest::newRow("it ran as its owner, and would run as another") << 1234u << 5678u << 04666 << false;
     }
 
     void sharedFileOfSomebodyElse()
@@ -227,11 +259,29 @@ private Q_SLOTS:
         QVERIFY(isDocument(file));
         const struct stat now = statusOf(file);
         QCOMPARE(now.st_gid, group);
-        QCOMPARE(static_cast<int>(now.st_mode & 07777), mode);
+        QCOMPARE(static_cast<int>(now.st_mode & 07777), mode & 0777);
         QCOMPARE(now.st_ino == before, directly);
         QCOMPARE(now.st_uid, directly ? owner : 4321u);
         QCOMPARE(asUser(owner, [&] { return save(file) > 0 ? 0 : 1; }), 0);
         QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
+    }
+
+    // Its group's bits mean something else: the owner may have less as one of the others.
+    void sharedFileWithAnAccessListIsWrittenDirectly()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root can make somebody else's file");
+        const QString file = path("dir/file");
+        const QByteArray list = testing::accessList(6, 4321, 6, 6, 6, 6);
+        testing::writeFile(file, "old");
+        QCOMPARE(chmod(qPrintable(path("dir")), 0777), 0);
+        QCOMPARE(chown(qPrintable(file), 1234, 4321), 0);
+        if (setxattr(qPrintable(file), "system.posix_acl_access", list.constData(), list.size(), 0) != 0)
+            QSKIP("this file system keeps no access lists");
+        QCOMPARE(inChild(4321, [&] { return save(file) > 0 ? 0 : 1; }), 0);
+        QVERIFY(isDocument(file));
+        QCOMPARE(statusOf(file).st_uid, 1234u);
+        QCOMPARE(attribute(file, "system.posix_acl_access"), list);
     }
 
     void newFileFollowsTheProcessMask()
@@ -516,11 +566,14 @@ private Q_SLOTS:
             testing::writeFile(path("dir/file"), QByteArray(1000, 'o'));
         if (!setAppendOnly(path("dir"), true))
             QSKIP("a directory can not be made append-only here");
+        const mode_t mask = umask(022);
         const qint64 saved = save(path("dir/file"));
+        umask(mask);
         const QStringList files = testing::filesBelow(path("dir"));
         QVERIFY(setAppendOnly(path("dir"), false));
         QVERIFY(saved > 0);
         QVERIFY(isDocument(path("dir/file")));
+        QVERIFY(exists || modeOf(path("dir/file")) == 0644);
         QCOMPARE(files, QStringList("file"));
     }
 
@@ -558,6 +611,14 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-4").arg(ended)));
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-5").arg(ended)));
 
+        // Of somebody else's process that is running.
+        testing::writeFile(path("dir/.gestures-1-0"), "half");
+        QCOMPARE(chmod(qPrintable(path("dir")), 0777), 0);
+        QCOMPARE(chmod(qPrintable(path("dir/file")), 0666), 0);
+        QCOMPARE(chmod(qPrintable(path("dir/.gestures-1-0")), 0666), 0);
+        QCOMPARE(inChild(geteuid() == 0 ? 65534 : geteuid(), [&] { return save(path("dir/file")) > 0 ? 0 : 1; }), 0);
+        QCOMPARE(testing::readFile(path("dir/.gestures-1-0")), QByteArray("half"));
+
         // Of a process elsewhere that has this one's number, and is at work.
         QFile elsewhere(path("dir/.gestures-%1-0").arg(getpid()));
         QVERIFY(elsewhere.open(QIODevice::WriteOnly));
@@ -575,6 +636,7 @@ private Q_SLOTS:
         QVERIFY(save(path("dir/file")) > 0);
         QVERIFY(!QFileInfo::exists(path("dir/.gestures-%1-7").arg(getpid())));
         QVERIFY(!QFileInfo::exists(atWork));
+        QVERIFY(QFileInfo(path("dir/.gestures-%1-3").arg(ended)).isSymLink());
     }
 
     void fullFileSystemKeepsTheOldFile_data() { fullDiskKeepsTheOldFile_data(); }

@@ -4,7 +4,11 @@
 
 #include <vellix/platform/slateview.h>
 
+#include <QDir>
+
 #include <unistd.h>
+
+#include <thread>
 
 class tst_SlateView : public QObject
 {
@@ -45,6 +49,27 @@ private Q_SLOTS:
         QVERIFY(comm.open(QIODevice::ReadOnly));
         QCOMPARE(QByteArray(info->name), comm.readAll().trimmed());
         QCOMPARE(app_name(), QStringLiteral("%1:%2").arg(getpid()).arg(QString::fromUtf8(info->name)));
+    }
+
+    void eachThreadHasItsAnswer()
+    {
+        const TaskInfo *mine = GetTaskInfo(GetCurrentTask());
+        bool others = false;
+        std::thread([&] {
+            const TaskInfo *own = GetTaskInfo(GetCurrentTask());
+            others = own && own != mine && own->name != mine->name;
+        }).join();
+        QVERIFY(others);
+    }
+
+    void answerLeavesNoDescriptorOpen()
+    {
+        const QDir descriptors(QStringLiteral("/proc/self/fd"));
+        const auto open = [&] { return descriptors.entryList(QDir::AllEntries | QDir::System); };
+        const QStringList before = open();
+        for (int i = 0; i < 3; ++i)
+            GetTaskInfo(GetCurrentTask());
+        QCOMPARE(open(), before);
     }
 
     void unknownTask()

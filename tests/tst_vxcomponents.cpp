@@ -66,6 +66,7 @@ private Q_SLOTS:
         QTest::newRow("truncated in a string") << QByteArray("[\"abc") << "1:6";
         QTest::newRow("more than one document") << QByteArray("[1] [2]") << "1:5";
         QTest::newRow("a scalar is no document") << QByteArray("5") << "1:1";
+        QTest::newRow("a scalar and a line more") << QByteArray("5\n") << "1:1";
         QTest::newRow("broken UTF-8") << QByteArray("[\"\xff\"]") << "1:3";
         QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0]\0", 6) << "1:1";
         QTest::newRow("nested too deeply") << QByteArray(10000, '[') << "1:1025";

@@ -1,4 +1,5 @@
-// Logs what it reads, as an error and as a warning, to the platform's own log: logchild FILE FUNCTION
+// Logs what it reads, as an error and as a warning, and a record of nothing, to the platform's own log: logchild FILE
+// FUNCTION
 
 #include <vellix/platform/baseutil.h>
 
@@ -16,4 +17,5 @@ int main(int argc, char *argv[])
     const auto write = [&message](std::ostream &out) -> std::ostream & { return out << message; };
     log::cb::error(argv[1], 7, argv[2], write);
     log::cb::warn(argv[1], 8, argv[2], write);
+    log::cb::warn(argv[1], 9, argv[2], {});
 }
