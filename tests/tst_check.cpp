@@ -481,10 +481,11 @@ private Q_SLOTS:
         const QByteArray beyond = "2:1 zone-outside: the zone reaches beyond the screen";
         zone("a zone beyond the left", R"("x": -0.1, "y": 0, "w": 1, "h": 1)", beyond);
         zone("a zone beyond the bottom", R"("x": 0, "y": 0.1, "w": 1, "h": 1)", beyond);
-        zone("a zone that is rounded beyond the left", R"("x": -1e-10, "y": 0, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the top", R"("x": 0, "y": -1e-10, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the right", R"("x": 1e-10, "y": 0, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the bottom", R"("x": 0, "y": 1e-10, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the left", R"("x": -1e-9, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the top", R"("x": 0, "y": -1e-9, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the right", R"("x": 1e-9, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the bottom", R"("x": 0, "y": 1e-9, "w": 1, "h": 1)", "");
+        zone("a zone hardly beyond the left", R"("x": -2e-9, "y": 0, "w": 1, "h": 1)", beyond);
         zone("a zone a little beyond the screen", "\"x\": 0.7, \"y\": 0, \"w\": 0.301, \"h\": 1",
              "2:1 zone-outside: the zone reaches beyond the screen");
         zone("a zone that is no number", "\"x\": \"nan\", \"y\": 0, \"w\": 1, \"h\": 1",
@@ -497,6 +498,10 @@ private Q_SLOTS:
         zone("a zone of no height", R"("x": 0, "y": 0, "w": 1, "h": 0)",
              "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a zone too low for any touch", R"("x": 0, "y": 0.5, "w": 1, "h": 1e-13)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone as thin as a sliver", R"("x": 0, "y": 0, "w": 1e-12, "h": 1)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone as low as a sliver", R"("x": 0, "y": 0, "w": 1, "h": 1e-12)",
              "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a zone of a negative width", R"("x": 1, "y": 0, "w": -0.5, "h": 1)",
              "2:1 zone-negative: the zone has a negative side and goes from (0.5, 0) to (1, 1)");
