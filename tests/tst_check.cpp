@@ -1117,6 +1117,27 @@ private Q_SLOTS:
         QTEST(shown(findings), "expected");
     }
 
+    // In whatever order a set has them.
+    void missingFeaturesAreSorted()
+    {
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file,
+                           R"({"gestures": [{"id": "g", "kind": "tap", "zone": "left", "defaultAction": "all"}],)"
+                           R"( "actions": [{"path": "all", "title": "A",)"
+                           R"( "features": ["tts", "smartlight", "frontlight"]}]})");
+        QStringList found;
+        for (int i = 0; i < 30; ++i) {
+            qSetGlobalQHashSeed(-1); // another one each time; Qt Test begins with 0
+            Check check({QStringList()});
+            check.configuration(file);
+            found.append(shown(check.findings()));
+        }
+        qSetGlobalQHashSeed(0);
+        found.removeDuplicates();
+        QCOMPARE(found,
+                 QStringList("1:75 no-action: gesture 'g' has no action: 'all' needs frontlight, smartlight and tts"));
+    }
+
     // What is found on every device is told once, and each of what is alike.
     void everyDevice_data()
     {
