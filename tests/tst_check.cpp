@@ -695,6 +695,8 @@ private Q_SLOTS:
             "1:13 converted-value: a string is read as 1");
         row("choices that are no paths", R"({"version": 1, "actions": {"base": 5, "x": null}})",
             "1:36 refused: `actions` value type must be `str`\n1:44 refused: `actions` value type must be `str`");
+        row("choices that are no object", R"({"version": 1, "actions": 5})",
+            "1:27 refused: `actions` type must be `map<str, str>`");
         row("one of two choices is no path", R"({"version": 1, "actions": {"base": 5, "few": "a"}})",
             "1:36 refused: `actions` value type must be `str`\n"
             "1:46 repeated-default: 'a' is what gesture 'few' does by default");
