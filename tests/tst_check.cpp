@@ -78,6 +78,7 @@ private Q_SLOTS:
         row("behind the end", "{\"gestures\": []}\n\n}", "3:1 syntax: garbage at the end of the document");
         row("too deep", QByteArray(10000, '['), "1:1025 syntax: too deeply nested document");
         row("no document", "5", "1:1 syntax: illegal value");
+        row("no document behind blank lines", "\n\n 5", "3:2 syntax: illegal value");
         row("behind exactly one kilobyte", QByteArray("{\"gestures\": []").leftJustified(1024, ' '),
             "1:1025 syntax: unterminated object");
         row("behind kilobytes of wide characters",
