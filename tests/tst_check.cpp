@@ -78,6 +78,7 @@ private Q_SLOTS:
         row("behind the end", "{\"gestures\": []}\n\n}", "3:1 syntax: garbage at the end of the document");
         row("too deep", QByteArray(10000, '['), "1:1025 syntax: too deeply nested document");
         row("no document", "5", "1:1 syntax: illegal value");
+        row("no document behind blank lines", "\n\n 5", "3:2 syntax: illegal value");
         row("behind exactly one kilobyte", QByteArray("{\"gestures\": []").leftJustified(1024, ' '),
             "1:1025 syntax: unterminated object");
         row("behind kilobytes of wide characters",
@@ -481,10 +482,11 @@ private Q_SLOTS:
         const QByteArray beyond = "2:1 zone-outside: the zone reaches beyond the screen";
         zone("a zone beyond the left", R"("x": -0.1, "y": 0, "w": 1, "h": 1)", beyond);
         zone("a zone beyond the bottom", R"("x": 0, "y": 0.1, "w": 1, "h": 1)", beyond);
-        zone("a zone that is rounded beyond the left", R"("x": -1e-10, "y": 0, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the top", R"("x": 0, "y": -1e-10, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the right", R"("x": 1e-10, "y": 0, "w": 1, "h": 1)", "");
-        zone("a zone that is rounded beyond the bottom", R"("x": 0, "y": 1e-10, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the left", R"("x": -1e-9, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the top", R"("x": 0, "y": -1e-9, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the right", R"("x": 1e-9, "y": 0, "w": 1, "h": 1)", "");
+        zone("a zone that is rounded beyond the bottom", R"("x": 0, "y": 1e-9, "w": 1, "h": 1)", "");
+        zone("a zone hardly beyond the left", R"("x": -2e-9, "y": 0, "w": 1, "h": 1)", beyond);
         zone("a zone a little beyond the screen", "\"x\": 0.7, \"y\": 0, \"w\": 0.301, \"h\": 1",
              "2:1 zone-outside: the zone reaches beyond the screen");
         zone("a zone that is no number", "\"x\": \"nan\", \"y\": 0, \"w\": 1, \"h\": 1",
@@ -497,6 +499,10 @@ private Q_SLOTS:
         zone("a zone of no height", R"("x": 0, "y": 0, "w": 1, "h": 0)",
              "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a zone too low for any touch", R"("x": 0, "y": 0.5, "w": 1, "h": 1e-13)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone as thin as a sliver", R"("x": 0, "y": 0, "w": 1e-12, "h": 1)",
+             "2:1 zone-empty: the zone has no area: no touch is in it");
+        zone("a zone as low as a sliver", R"("x": 0, "y": 0, "w": 1, "h": 1e-12)",
              "2:1 zone-empty: the zone has no area: no touch is in it");
         zone("a zone of a negative width", R"("x": 1, "y": 0, "w": -0.5, "h": 1)",
              "2:1 zone-negative: the zone has a negative side and goes from (0.5, 0) to (1, 1)");
@@ -690,6 +696,8 @@ private Q_SLOTS:
             "1:13 converted-value: a string is read as 1");
         row("choices that are no paths", R"({"version": 1, "actions": {"base": 5, "x": null}})",
             "1:36 refused: `actions` value type must be `str`\n1:44 refused: `actions` value type must be `str`");
+        row("choices that are no object", R"({"version": 1, "actions": 5})",
+            "1:27 refused: `actions` type must be `map<str, str>`");
         row("one of two choices is no path", R"({"version": 1, "actions": {"base": 5, "few": "a"}})",
             "1:36 refused: `actions` value type must be `str`\n"
             "1:46 repeated-default: 'a' is what gesture 'few' does by default");
@@ -1110,6 +1118,27 @@ private Q_SLOTS:
         Findings findings = check.findings();
         findings.drop({"refused", "unused-action", "fixed-action"});
         QTEST(shown(findings), "expected");
+    }
+
+    // In whatever order a set has them.
+    void missingFeaturesAreSorted()
+    {
+        const QString file = m_tree->root() + "/cfg.json";
+        testing::writeFile(file,
+                           R"({"gestures": [{"id": "g", "kind": "tap", "zone": "left", "defaultAction": "all"}],)"
+                           R"( "actions": [{"path": "all", "title": "A",)"
+                           R"( "features": ["tts", "smartlight", "frontlight"]}]})");
+        QStringList found;
+        for (int i = 0; i < 30; ++i) {
+            qSetGlobalQHashSeed(-1); // another one each time; Qt Test begins with 0
+            Check check({QStringList()});
+            check.configuration(file);
+            found.append(shown(check.findings()));
+        }
+        qSetGlobalQHashSeed(0);
+        found.removeDuplicates();
+        QCOMPARE(found,
+                 QStringList("1:75 no-action: gesture 'g' has no action: 'all' needs frontlight, smartlight and tts"));
     }
 
     // What is found on every device is told once, and each of what is alike.
