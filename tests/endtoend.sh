@@ -24,17 +24,15 @@ export XDG_DATA_HOME=$work/user XDG_RUNTIME_DIR=$work/runtime
 export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software LC_ALL=C.UTF-8
 
 Xvfb -noreset -displayfd 3 -screen 0 1240x820x24 3>"$work/display" 2>/dev/null &
-until_true() { # SECONDS COMMAND...
-    local tries=$(($1 * 20))
-    shift
-    for ((try = 0; try < tries; ++try)); do
+until_true() { # COMMAND...: for a minute and more, which only a program that hangs takes
+    for ((try = 0; try < 1200; ++try)); do
         "$@" && return
         sleep 0.05
     done
     echo "never came true: $*" >&2
     return 1
 }
-until_true 10 test -s "$work/display"
+until_true test -s "$work/display"
 DISPLAY=:$(cat "$work/display")
 export DISPLAY
 
@@ -42,17 +40,32 @@ export DISPLAY
 "$settings_program" reader 2>"$work/settings.log" &
 window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1; }
 has_window() { [ -n "$(window "$1")" ]; }
-until_true 20 has_window '^Gestures'
-until_true 20 has_window ', page '
+until_true has_window '^Gestures'
+until_true has_window ', page '
 settings=$(window '^Gestures')
 reader=$(window ', page ')
 xdotool windowmove "$reader" 620 0
+is_drawn() { (($(import -window "$1" -depth 8 gray:- | tr -d '\0\377' | wc -c) > 0)); } # grey, as letters are
+until_true is_drawn "$settings"
+until_true is_drawn "$reader"
 
-click() { # WINDOW X Y
-    xdotool mousemove --window "$@" sleep 0.1 click 1 sleep 0.3
+look() { import -window "$1" -depth 8 rgb:- | sha256sum; }
+looks_other() { # WINDOW BEFORE: and goes on to look so
+    local now
+    now=$(look "$1")
+    [ "$now" != "$2" ] && sleep 0.3 && [ "$(look "$1")" = "$now" ]
 }
-key() { # WINDOW KEY
-    xdotool windowfocus --sync "$1" key "$2" sleep 0.3
+click() { # WINDOW X Y: somewhere that answers
+    local before
+    before=$(look "$1")
+    xdotool mousemove --window "$@" sleep 0.1 click 1
+    until_true looks_other "$1" "$before"
+}
+key() { # WINDOW KEY: which it answers
+    local before
+    before=$(look "$1")
+    xdotool windowfocus --sync "$1" key "$2"
+    until_true looks_other "$1" "$before"
 }
 picture() { # WINDOW NAME
     import -window "$1" "$pictures/$2.png"
@@ -61,9 +74,9 @@ reader_shows() { [[ $(xdotool getwindowname "$reader") == *", page $1 of "* ]]; 
 saved() { grep -qs '"ReadingTapRightNoDirection": "page/forward"' "$work/user/vellix/gestures/apps/current/reader/cfg.json"; }
 
 # A tap on the right turns one page.
-until_true 5 reader_shows 1
+until_true reader_shows 1
 click "$reader" 540 400
-until_true 5 reader_shows 2
+until_true reader_shows 2
 
 # In the settings: the third row is that tap; its menu opens at the pages, where the third entry goes ten pages on.
 click "$settings" 300 425
@@ -71,12 +84,12 @@ picture "$settings" settings-menu
 click "$settings" 300 280
 [ ! -e "$work/user" ] # nothing is written before Save
 click "$settings" 95 762
-until_true 5 saved
+until_true saved
 picture "$settings" settings
 
 # The next tap in the reader does the new action.
 click "$reader" 540 400
-until_true 5 reader_shows 12
+until_true reader_shows 12
 picture "$reader" reader
 key "$reader" z
 picture "$reader" reader-zones
