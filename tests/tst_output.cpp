@@ -385,7 +385,8 @@ private:
     {
         QProcess process;
         process.start(GESTURECTL, arguments);
-        const bool hasEnded = process.waitForFinished(testing::patience) && process.exitStatus() == QProcess::NormalExit;
+        const bool hasEnded =
+                process.waitForFinished(testing::patience) && process.exitStatus() == QProcess::NormalExit;
         return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
     }
 

@@ -471,8 +471,8 @@ static QVector<QString> schemaVerdicts(const QString &schema, const Corpus &corp
     python.start("/usr/bin/python3", {SOURCE_DIR "/tests/validate_schemas.py", schema});
     python.write(QJsonDocument(texts).toJson(QJsonDocument::Compact));
     python.closeWriteChannel();
-    const bool done =
-            python.waitForFinished(testing::patience) && python.exitStatus() == QProcess::NormalExit && python.exitCode() == 0;
+    const bool done = python.waitForFinished(testing::patience) && python.exitStatus() == QProcess::NormalExit
+            && python.exitCode() == 0;
     *error = done ? QString() : python.errorString() + ": " + python.readAllStandardError();
 
     QVector<QString> verdicts;
@@ -598,7 +598,8 @@ private Q_SLOTS:
     {
         QProcess python;
         python.start("/usr/bin/python3", {"-c", "import jsonschema"});
-        QVERIFY2(python.waitForFinished(testing::patience) && python.exitCode() == 0, "install the package python3-jsonschema");
+        QVERIFY2(python.waitForFinished(testing::patience) && python.exitCode() == 0,
+                 "install the package python3-jsonschema");
     }
 
     void configuration()
