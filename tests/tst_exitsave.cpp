@@ -3,10 +3,13 @@
 #include <gesture_api/configuration.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QScopeGuard>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 
 #include <memory>
@@ -221,6 +224,29 @@ private Q_SLOTS:
         const QStringList found = choices().split(' ');
         for (const QString &choice : qAsConst(expected))
             QVERIFY2(found.contains(choice), qPrintable(found.join(' ')));
+    }
+
+    // Another program that is about to compare and to write: waited for, but not for ever.
+    void lockIsWaitedFor_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::newRow("at the end") << "service choose B z";
+        QTest::newRow("by hand") << "service choose B z save delete";
+    }
+
+    void lockIsWaitedFor()
+    {
+        QFETCH(QString, steps);
+        testing::writeFile(userFile(), "{\"version\":1,\"actions\":{\"A\":\"y\"}}");
+        QFile directory;
+        const int descriptor = open(qPrintable(QFileInfo(userFile()).path()), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        QVERIFY(directory.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle));
+        QCOMPARE(flock(descriptor, LOCK_SH), 0);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(testing::run(QStringLiteral(TEST_PROGRAMS "/stepschild"), steps.split(' ')).exitCode, 0);
+        QVERIFY(timer.elapsed() >= 900);
+        QCOMPARE(choices(), QStringLiteral("A=y B=z"));
     }
 
 private:

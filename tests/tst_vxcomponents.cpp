@@ -64,6 +64,7 @@ private Q_SLOTS:
         QTest::newRow("columns are characters") << QByteArray("{\"äöü\": x}") << "1:9";
         QTest::newRow("truncated after a value") << QByteArray("{\"a\": [1, 2") << "1:11";
         QTest::newRow("truncated in a string") << QByteArray("[\"abc") << "1:6";
+        QTest::newRow("truncated after a key") << QByteArray("{\"a\"") << "1:5";
         QTest::newRow("more than one document") << QByteArray("[1] [2]") << "1:5";
         QTest::newRow("a scalar is no document") << QByteArray("5") << "1:1";
         QTest::newRow("a scalar and a line more") << QByteArray("5\n") << "1:1";
