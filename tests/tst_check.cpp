@@ -210,6 +210,12 @@ private Q_SLOTS:
             "7:29 refused: 'Action' must be either 'str' or 'map'\n"
             "7:29 unreachable-fallback: this alternative is never reached: every device supports an earlier one\n"
             "8:14 refused: unknown feature: `warp`");
+        row("every value of a current action",
+            withGestures("{\"id\": \"x\", \"kind\": \"hold\", \"zone\": \"whole\", \"currentAction\":\n"
+                         "{\"path\": \"a\", \"title\": 1,\n\"features\": [\"warp\"]}}"),
+            "5:46 fixed-action: gesture 'x' always does this: what a user chooses never shows\n"
+            "6:24 refused: 'title' must be string. for type list<str> use 'titles'\n"
+            "7:14 refused: unknown feature: `warp`");
         row("the same fault twice",
             withGestures("{\"kind\": \"hold\", \"zone\": \"whole\", \"availableActions\": [\"x\"],\n\"defaultAction\": "
                          "\"x\"}"),
@@ -773,17 +779,20 @@ private Q_SLOTS:
     void hintsOfBindings()
     {
         const QString config = m_tree->root() + "/cfg.json";
-        testing::writeFile(config, withGestures(""));
+        testing::writeFile(config,
+                           withGestures(R"({"id": "UPPER", "kind": "tap", "zone": "left", "defaultAction": "a"})"));
         const QString file = m_tree->root() + "/user.json";
-        testing::writeFile(file, R"({"version": 1, "actions": {"bass": "b", "other": "b"}})");
+        testing::writeFile(file, R"({"version": 1, "actions": {"bass": "b", "other": "b", "upper": "b"}})");
         Check check;
         check.configuration(config, file);
         const Findings findings = check.findings();
         QCOMPARE(shown(findings),
                  QString("1:28 unknown-gesture: there is no gesture 'bass'\n"
-                         "1:41 unknown-gesture: there is no gesture 'other'"));
+                         "1:41 unknown-gesture: there is no gesture 'other'\n"
+                         "1:55 unknown-gesture: there is no gesture 'upper'"));
         QCOMPARE(findings.list().first().hint, QString("Did you mean 'base'?"));
-        QCOMPARE(findings.list().last().hint, QString("It has no effect, and the next save drops it."));
+        QCOMPARE(findings.list().at(1).hint, QString("It has no effect, and the next save drops it."));
+        QCOMPARE(findings.list().at(2).hint, QString("Did you mean 'UPPER'?"));
     }
 
     // Beside what the configuration's own faults are.
@@ -1270,6 +1279,7 @@ private Q_SLOTS:
         const QByteArray noGesture = "error: list of gestures must must contain maps [refused]\n";
         row("an object is marked with its end", "{\"gestures\": [\n[ {} ], 5]}",
             "FILE:2:1: " + noGesture + "    [ {} ], 5]}\n    ^~~~~~" + hint);
+        row("a line is shown whole", "{\"gestures\": [\n5,\n6]}", "FILE:2:1: " + noGesture + "    5,\n    ^" + hint);
         row("one character is marked", "{\"gestures\": [\n5]}", "FILE:2:1: " + noGesture + "    5]}\n    ^" + hint);
         row("the end of a file is marked", "{\"gestures\": []",
             "FILE:1:16: error: unterminated object [syntax]\n    {\"gestures\": []\n                   ^\n"
