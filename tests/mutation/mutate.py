@@ -26,7 +26,7 @@ WORK = ROOT / "build/mutate"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 HELPERS = ["exitchild", "logchild", "providerchild", "savechild", "saveloop", "stepschild", "stresschild",
-           "dlopenchild", "exitplugin"]
+           "dlopenchild", "exitplugin", "gesturectl"]
 
 # The tests of a file, the quick ones first. The first pattern that fits counts.
 TESTS = [
