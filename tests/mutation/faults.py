@@ -116,6 +116,8 @@ class Finder:
                 Edit(at, len(name), ",", False, depth), Edit(last, 0, ")", True, depth)])
 
     def swapped(self, node, depth):
+        if node.spelling in ("operator==", "operator!="):
+            return # the same either way
         given = list(node.get_arguments())
         for one, two in zip(given, given[1:]):
             names = [self.source(each) for each in (one, two)]
