@@ -1,5 +1,6 @@
 #include <gesture_api/applicationpaths.h>
 
+#include "descriptor.h"
 #include "resolvedpath.h"
 #include "varianttype.h"
 
@@ -8,10 +9,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-
-#include <cerrno>
 
 namespace vellix {
 namespace gesture {
@@ -96,11 +94,7 @@ static QString openAtOnce(QFile &file)
 {
     if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
         return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
-    const QByteArray name = QFile::encodeName(file.fileName());
-    int descriptor;
-    do {
-        descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    } while (descriptor < 0 && errno == EINTR);
+    const int descriptor = openFile(QFile::encodeName(file.fileName()).toStdString(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
     const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
     return open ? QString() : qt_error_string(errno);
 }
