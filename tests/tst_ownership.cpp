@@ -103,6 +103,19 @@ private Q_SLOTS:
         QCOMPARE(action->parent(), owner.get());
     }
 
+    // It is not offered, and no longer current: only the default names it.
+    void defaultThatIsNotChosenStays()
+    {
+        Action *action = newAction("a");
+        const std::unique_ptr<Gesture> gesture(newGesture({newAction("b")}, action));
+        std::unique_ptr<Gesture> owner(newGesture({}, action));
+        QCOMPARE(action->parent(), owner.get());
+        gesture->setCurrentAction(gesture->availableActions().first());
+        owner.reset();
+        QCOMPARE(action->parent(), gesture.get());
+        QCOMPARE(gesture->defaultAction(), action);
+    }
+
     void deadActionIsForgotten()
     {
         Action *action = newAction("a");
