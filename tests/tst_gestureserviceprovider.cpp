@@ -446,6 +446,9 @@ private Q_SLOTS:
         QCOMPARE(app_name(), QStringLiteral("null pid"));
         currentTask = -5;
         QCOMPARE(app_name(), QStringLiteral("null pid"));
+        currentTask = 1; // the least that is one
+        taskKnown = true;
+        QCOMPARE(app_name(), QStringLiteral("1:reader"));
     }
 
 private:

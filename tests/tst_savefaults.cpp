@@ -405,6 +405,33 @@ private Q_SLOTS:
         QVERIFY(faults > 20);
     }
 
+    // A read that ends too early makes another copy: it does not count as one.
+    void copyThatIsShorterDoesNotReplaceARefusedFile()
+    {
+        const QStringList program{TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark"};
+        const testing::DataTree tree;
+        testing::writeFile(tree.defaultFile("app"), R"({"gestures": []})");
+        const QString user = tree.userFile("app");
+        testing::writeFile(user, "garbage");
+        m_directory.reset(new QTemporaryDir);
+        int reads = 0;
+        bool isCopying = false;
+        for (const Call &call : calls(program)) {
+            isCopying = isCopying || (call.line.contains(".rejected") && call.line.contains("O_CREAT"));
+            if (!isCopying || call.name != "pread64")
+                continue;
+            ++reads;
+            QDir(QFileInfo(user).path()).removeRecursively();
+            testing::writeFile(user, "garbage");
+            QCOMPARE(run(program, {QString("pread64:retval=0:when=%1").arg(call.number)}), 0);
+            const QByteArray kept = testing::readFile(user + ".rejected");
+            const QByteArray now = testing::readFile(user);
+            QVERIFY2(now == "garbage" ? kept == "(no file)" : kept == "garbage" && now.startsWith('{'),
+                     call.line.toUtf8() + now + kept);
+        }
+        QVERIFY(reads > 1);
+    }
+
     // The copy is on the disk, and its name, before the original goes.
     void copyOfARefusedFileIsOnDiskFirst()
     {
