@@ -331,6 +331,15 @@ private Q_SLOTS:
         QCOMPARE(load.parent.findChildren<Gesture *>().size(), ids.count(QLatin1Char(' ')) + 1);
     }
 
+    // Nobody could reach the gestures made before: they are freed.
+    void failureWithoutAParent()
+    {
+        Load load;
+        const Result result = Configuration::fromVariant(json(withIds(QStringLiteral("a a"))), &load.features,
+                                                         load.zones, load.bindings, nullptr);
+        QCOMPARE(failure(result), QStringLiteral("gesture id must be unique but dublicate found: `a`"));
+    }
+
     void bindings_data()
     {
         QTest::addColumn<QString>("entry");

@@ -107,6 +107,8 @@ private Q_SLOTS:
         row("pruned", "A=y", "service load prune", "absent");
         row("pruned, then written by somebody", "A=y", "service load prune bind A z", "A=z");
         row("deleted before the end", "A=y", "service choose B z delete", "A=y");
+        row("read-only", "A=y", "reader choose B z", "A=y");
+        row("read-only, changed", "A=y", "reader choose B z bind A z", "A=z");
 
         // A provider.
         row("provider", "A=y", "provider choose B z", "A=y B=z");

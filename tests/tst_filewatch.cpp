@@ -653,11 +653,14 @@ private Q_SLOTS:
         QVERIFY(self != 0 || seteuid(65534) == 0);
         QTRY_COMPARE(last(), QByteArray("old"));
 
-        // Now the kernel tells: nobody looks now and then any more.
+        // Now the kernel tells: nobody looks now and then any more, but where somebody on this machine has mounted.
         settle();
-        TimerCount timers;
-        QTest::qWait(closed == 0 ? 2200 : 0);
-        QCOMPARE(timers.count, 0);
+        const auto isQuiet = [closed] {
+            TimerCount timers;
+            QTest::qWait(closed == 0 ? 2200 : 0);
+            return timers.count == 0;
+        };
+        QTRY_VERIFY(isQuiet());
     }
 
     // It may be entered, but what comes and goes in it is not told.

@@ -120,11 +120,12 @@ private Q_SLOTS:
                          return 1;
                      if (chmod(qPrintable(file()), 0600) != 0 || testing::readFile(file()) != "garbage")
                          return 2;
-                     return service.trySave().isRight() ? 0 : 3;
+                     return service.trySave().isRight() && service.trySave().isRight() ? 0 : 3;
                  }),
                  0);
         QVERIFY(testing::readFile(file()).startsWith('{'));
         QCOMPARE(testing::readFile(path("dir/file.rejected")), QByteArray("garbage"));
+        QVERIFY(!QFile::exists(path("dir/file.rejected.2"))); // what the service wrote itself is not kept
     }
 
     void secondServiceDoesNotKeepTheFirstOnesFile()

@@ -405,31 +405,38 @@ private Q_SLOTS:
         QVERIFY(faults > 20);
     }
 
-    // A read that ends too early makes another copy: it does not count as one.
-    void copyThatIsShorterDoesNotReplaceARefusedFile()
+    // A read that ends too early makes another copy, and one that a close reports as lost is none.
+    void copyThatIsNotWholeDoesNotReplaceARefusedFile()
     {
-        const QStringList program{TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark"};
+        const QStringList program{TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark", "delete"};
         const testing::DataTree tree;
         testing::writeFile(tree.defaultFile("app"), R"({"gestures": []})");
         const QString user = tree.userFile("app");
         testing::writeFile(user, "garbage");
         m_directory.reset(new QTemporaryDir);
+        int copies = 0;
         int reads = 0;
-        bool isCopying = false;
+        int closes = 0;
         for (const Call &call : calls(program)) {
-            isCopying = isCopying || (call.line.contains(".rejected") && call.line.contains("O_CREAT"));
-            if (!isCopying || call.name != "pread64")
+            copies += call.line.contains(".rejected") && call.line.contains("O_CREAT") ? 1 : 0;
+            const bool isRead = copies > 0 && call.name == "pread64";
+            const bool isClose = copies > 0 && closes == 0 && call.name == "close";
+            if (!isRead && !isClose)
                 continue;
-            ++reads;
+            reads += isRead ? 1 : 0;
+            closes += isClose ? 1 : 0;
             QDir(QFileInfo(user).path()).removeRecursively();
             testing::writeFile(user, "garbage");
-            QCOMPARE(run(program, {QString("pread64:retval=0:when=%1").arg(call.number)}), 0);
+            QCOMPARE(run(program,
+                         {QString("%1:%2:when=%3").arg(call.name, isRead ? "retval=0" : "error=EIO").arg(call.number)}),
+                     0);
             const QByteArray kept = testing::readFile(user + ".rejected");
             const QByteArray now = testing::readFile(user);
-            QVERIFY2(now == "garbage" ? kept == "(no file)" : kept == "garbage" && now.startsWith('{'),
-                     call.line.toUtf8() + now + kept);
+            const QByteArray context = call.line.toUtf8() + now + kept;
+            QVERIFY2(now == "garbage" ? kept == "(no file)" : kept == "garbage" && now.startsWith('{'), context);
+            QVERIFY2(isRead || now == "garbage", context);
         }
-        QVERIFY(reads > 1);
+        QVERIFY(reads > 1 && closes == 1);
     }
 
     // The copy is on the disk, and its name, before the original goes.

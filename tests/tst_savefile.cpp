@@ -169,9 +169,11 @@ private Q_SLOTS:
         if (setxattr(qPrintable(path("file")), "user.note", note.constData(), note.size(), 0) != 0)
             QSKIP("this file system keeps no extended attributes");
         QCOMPARE(setxattr(qPrintable(path("file")), "user.empty", "", 0, 0), 0);
+        QCOMPARE(setxattr(qPrintable(path("file")), "user.byte", "b", 1, 0), 0);
         QVERIFY(save(path("file")) > 0);
         QCOMPARE(attribute(path("file"), "user.note"), note);
         QCOMPARE(attribute(path("file"), "user.empty"), QByteArray());
+        QCOMPARE(attribute(path("file"), "user.byte"), QByteArray("b"));
     }
 
     // There, too, the file is a new one with the rights of the old one.

@@ -2,6 +2,7 @@
 // end.
 //
 //     service            a writable service of the application "app"
+//     reader             a read-only one
 //     provider           a writable provider and its service, loaded from the event loop
 //     use N              the Nth service, from 0, for what follows
 //     load               loads the gestures
@@ -132,6 +133,8 @@ static int run(QStringList steps)
         const auto is = [&step](const char *name) { return step == QLatin1String(name); };
         if (is("service"))
             add(new GestureService(appPaths(), nullptr, false));
+        else if (is("reader"))
+            add(new GestureService(appPaths(), nullptr, true));
         else if (is("provider"))
             makeProvider();
         else if (is("use"))
