@@ -13,10 +13,14 @@
 
 // What the tests share.
 
+#ifndef TESTING_PATIENCE // less where faults keep much from happening
+#define TESTING_PATIENCE 120'000
+#endif
+
 namespace testing {
 
 /// Milliseconds after which a test no longer waits for another process. It ends what hangs: no test waits for it.
-constexpr int patience = 120'000;
+constexpr int patience = TESTING_PATIENCE;
 
 /// Any JSON value as the loader would hand it over.
 QVariant json(const QByteArray &text);

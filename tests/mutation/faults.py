@@ -54,8 +54,12 @@ class Finder:
         return self.text[node.extent.start.offset:node.extent.end.offset].decode(errors="replace")
 
     def add(self, node, what, edits):
-        line = " ".join(self.source(node).split())
-        self.faults.append(Fault(node.extent.start.line, "%s: %s" % (what, line[:80]), edits))
+        """Named by its line, where the place is marked: line numbers change too often."""
+        first, last = node.extent.start.offset, node.extent.end.offset
+        begin, end = self.text.rfind(b"\n", 0, first) + 1, self.text.find(b"\n", last)
+        line = b"%s[[%s]]%s" % (self.text[begin:first], self.text[first:last], self.text[last:end])
+        text = " ".join(line.decode(errors="replace").split())
+        self.faults.append(Fault(node.extent.start.line, "%s: %s" % (what, text), edits))
 
     def walk(self, node, parent, depth, isInFunction):
         if parent is not None and not self.isHere(node):
