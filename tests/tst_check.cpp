@@ -598,6 +598,13 @@ private Q_SLOTS:
                 "5:34 fixed-action: gesture 'TapWholeNoDirection' always does this: what a user chooses never "
                 "shows\n6:1"
                         + unsaveable);
+        gesture("an inline current action that is not offered",
+                "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [\"a\"], \"currentAction\":\n" + inlined
+                        + "}",
+                "5:61 fixed-action: gesture 'TapWholeNoDirection' always does this: what a user chooses never "
+                "shows\n6:1"
+                        + unsaveable
+                        + "\n6:1 not-available: gesture 'TapWholeNoDirection' does not offer its own action 'i'");
         gesture("an inline action of a defined path",
                 "{\"kind\": \"tap\", \"zone\": \"whole\", \"availableActions\": [{\"path\": \"a\", \"title\": \"I\"}],"
                 " \"defaultAction\": \"a\"}",
@@ -1216,6 +1223,20 @@ private Q_SLOTS:
         other.configuration(file);
         QCOMPARE(shown(other.findings()), QString("6:11 refused: action 'typo' not defined"));
 
+        // An error at the same place of another file is another one.
+        const QByteArray config =
+                withGestures("{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": [\"light\", \"typo\"]}");
+        const QByteArray before = "{\"current\": \"c\", \"default\": \"d\", \"filename\": ";
+        testing::writeFile(file, config);
+        const QString paths = m_tree->root() + "/paths.json";
+        testing::writeFile(paths, before + QByteArray(config.indexOf("\"typo\"") - before.size(), ' ') + "5}");
+        Check two({{"frontlight"}});
+        two.paths(paths);
+        two.configuration(file);
+        const Findings both = two.findings();
+        QCOMPARE(both.list().first().span.begin, both.list().last().span.begin);
+        QVERIFY2(shown(both).endsWith("undefined-fallback: action 'typo' is not defined"), qPrintable(shown(both)));
+
         // Whatever else is wrong elsewhere, or is only a warning here: behind what is not strict, all is at one place.
         testing::writeFile(file,
                            withGestures("{\"kind\": \"poke\", \"zone\": \"left\", \"defaultAction\": [\"light\", "
@@ -1247,6 +1268,11 @@ private Q_SLOTS:
             "      [ \"x\" ]}\n"
             "        ^~~\n"
             "    hint: One such place and nothing of the whole file is loaded.\n");
+        row("of what is no JSON one character", "{\"gestures\": [5 6]}",
+            "FILE:1:17: error: missing value separator [syntax]\n"
+            "    {\"gestures\": [5 6]}\n"
+            "                    ^\n"
+            "    hint: Missing a comma or ']' after an array element. The application has no gestures then.\n");
         row("of several lines the first", "{\"zones\": {},\r\n\"gesture\": []\r\n}",
             "FILE:1:1: error: 'gestures' is obligatory field [refused]\n"
             "    {\"zones\": {},\n"
