@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -390,6 +391,29 @@ mode menu, hold
         QVERIFY(all.height() > one.height());
     }
 
+    // All of it to the pixel, as somebody has looked at it: a change is looked at, and its picture taken over.
+    void picture()
+    {
+        const QString fonts = m_tree->root() + "/fonts.conf"; // no other fonts of this machine
+        testing::writeFile(fonts,
+                           "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>" + m_tree->root().toUtf8()
+                                   + "/fonts</cachedir></fontconfig>");
+        qputenv("FONTCONFIG_FILE", fonts.toLocal8Bit());
+        const auto cleanUp = qScopeGuard([] { qunsetenv("FONTCONFIG_FILE"); });
+        const QString drawn = withWholeNumbers(svg({})).replace(QRegularExpression(">[^<]*cfg.json<"), ">FILE<");
+        const QString known = testing::readFile(SOURCE_DIR "/tests/data/map.svg");
+        if (drawn == known)
+            return;
+        testing::writeFile("map.svg.fail", drawn.toUtf8());
+        const QStringList now = drawn.split('\n');
+        const QStringList before = known.split('\n');
+        const auto [one, two] = std::mismatch(now.cbegin(), now.cend(), before.cbegin(), before.cend());
+        QFAIL(qPrintable(QStringLiteral("%1 is not tests/data/map.svg, from line %2 on: %3")
+                                 .arg(QFileInfo("map.svg.fail").absoluteFilePath())
+                                 .arg(one - now.cbegin() + 1)
+                                 .arg(one == now.cend() ? QString() : *one)));
+    }
+
     void oddTexts_data()
     {
         QTest::addColumn<QByteArray>("json");
@@ -487,6 +511,21 @@ mode menu, hold
     }
 
 private:
+    // What differs by less is the machine's arithmetic.
+    static QString withWholeNumbers(const QByteArray &svg)
+    {
+        static const QRegularExpression number(QStringLiteral("(?<!version=\")-?\\d+\\.\\d+(e-?\\d+)?"));
+        const QString text = QString::fromUtf8(svg);
+        QString whole;
+        int end = 0;
+        for (auto match = number.globalMatch(text); match.hasNext();) {
+            const auto found = match.next();
+            whole += text.mid(end, found.capturedStart() - end) + QString::number(qRound(found.captured().toDouble()));
+            end = found.capturedEnd();
+        }
+        return whole + text.mid(end);
+    }
+
     static Run gesturectl(const QStringList &arguments) { return testing::run(GESTURECTL, arguments); }
 
     static Run map(const QStringList &arguments) { return gesturectl(QStringList("map") + arguments); }
