@@ -78,6 +78,21 @@ private Q_SLOTS:
 
     void cleanup() { m_tree.reset(); }
 
+    void helpHasExamples()
+    {
+        const QString help = gesturectl("--help").out;
+        QVERIFY(help.contains("\n\nExit status:\n  0  done\n  1  ")
+                && help.endsWith("\n  $ gesturectl list --app reader\n"));
+        const QStringList verbs = help.section("\nVerbs:\n", 1).section("\n\n", 0, 0).split('\n');
+        QVERIFY(verbs.size() > 10);
+        for (const QString &line : verbs) {
+            const QString verb = line.simplified().section(' ', 0, 0);
+            const QString own = gesturectl(verb + " --help").out;
+            const QRegularExpression example("\n\nExamples:\n  \\$ gesturectl " + verb + "\\b.*\n$");
+            QVERIFY2(own.contains(example), qPrintable(own));
+        }
+    }
+
     void exitStatus_data()
     {
         QTest::addColumn<QString>("arguments");

@@ -325,6 +325,43 @@ mode menu, hold
         QCOMPARE(lines.at(4 + 16).mid(1, 48), QString(24, '4') + '1' + QString(23, '4'));
     }
 
+    // Five are named, of six the greatest four.
+    void manyLosses_data()
+    {
+        QTest::addColumn<int>("others");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("as many as are named")
+                << 5 << "loses 0.2 % to 1, 0.2 % to 2, 0.2 % to 3, 0.2 % to 4, 0.2 % to 5";
+        QTest::newRow("one more") << 6 << "loses 0.2 % to 1, 0.2 % to 2, 0.2 % to 3, 0.2 % to 4, 0.4 % to 2 others";
+    }
+    void manyLosses()
+    {
+        QFETCH(int, others);
+        QFETCH(QString, expected);
+        testing::writeFile(m_tree->defaultFile("app"), many(others + 1, [others](int i) {
+                               return i < others ? cell(i)
+                                                 : R"({"kind": "tap", "zone": "whole", "defaultAction": "a"})";
+                           }));
+        const QString out = map({"--app", "app"}).out;
+        QVERIFY2(out.contains("  a  " + expected + '\n'), qPrintable(out));
+    }
+
+    // Of 80 characters all, of more the first and the last 40.
+    void longestName()
+    {
+        for (const int length : {80, 81}) {
+            const QString name(length, 'n');
+            testing::writeFile(
+                    m_tree->defaultFile("app"), many(1, [&](int) {
+                        return "{\"kind\": \"tap\", \"zone\": \"whole\", \"defaultAction\": \"a\", \"id\": \""
+                                + name.toUtf8() + "\"}";
+                    }));
+            const QString shown = length == 80 ? name : name.left(40) + QChar(0x2026) + name.right(40);
+            const QString out = map({"--app", "app"}).out;
+            QVERIFY2(out.contains("1  " + shown + "  whole"), qPrintable(out));
+        }
+    }
+
     void symbols()
     {
         testing::writeFile(m_tree->defaultFile("app"), many(63, [](int i) { return cell(i); }));
@@ -332,7 +369,7 @@ mode menu, hold
         QVERIFY(out.contains("\n9    cell8 ") && out.contains("\na    cell9 "));
         QVERIFY(out.contains("\nz    cell34 ") && out.contains("\nA    cell35 "));
         QVERIFY(out.contains("\nZ    cell60 ") && out.contains("\n#62  cell61 "));
-        QVERIFY(out.section('\n', 3, 36).contains('#'));
+        QVERIFY(out.section('\n', 3, 36).contains('#') && !out.contains(QChar(0)));
     }
 
     void svgHoldsEverything()
