@@ -293,6 +293,17 @@ private Q_SLOTS:
             QVERIFY(listeners->lastHeard(world.one->currentAction()));
     }
 
+    // What a slot sets elsewhere is heard there alone.
+    void otherSender()
+    {
+        Gestures all;
+        Audience<Gesture, Action *> audience(all.one, &Gesture::currentActionChanged,
+                                             [&all] { all.two->setCurrentAction(all.third); });
+        all.one->setCurrentAction(all.second);
+        QVERIFY(audience.lastHeard(all.second));
+        QCOMPARE(all.two->currentAction(), all.third);
+    }
+
     void everybodyHearsOfADestroyedAction()
     {
         Gestures world;

@@ -286,6 +286,17 @@ private Q_SLOTS:
         QCOMPARE(last.data(), QVariant());
     }
 
+    void assignedListKeepsWhatWasComputed()
+    {
+        int calls = 0;
+        const ReadonlyLazyList<int> computed([&calls] { return QList<int>{++calls}; });
+        QCOMPARE(computed.get(), QList<int>{1});
+        ReadonlyLazyList<int> list;
+        list = computed;
+        QCOMPARE(list.get(), QList<int>{1});
+        QCOMPARE(calls, 1);
+    }
+
     void listIsAPlainValue()
     {
         ReadonlyLazyList<int> list = ReadonlyLazyList<int>::Producer([] { return QList<int>{1}; });
