@@ -11,11 +11,6 @@ namespace analysis {
 
 static const double negligible = 1e-9;
 
-bool applies(const Gesture *gesture, const Mode &mode)
-{
-    return gesture->modes().isEmpty() || (mode && gesture->modes().contains(*mode));
-}
-
 QRectF onScreen(const QRectF &zone)
 {
     const QRectF normal = zone.normalized();
@@ -78,13 +73,13 @@ double Reach::lostShare() const
 Reach reachOf(const Gesture *gesture, const QList<Gesture *> &gestures, const Mode &mode)
 {
     const QRectF zone = onScreen(gesture->zone());
+    const Touch touch{mode, gesture->kind(), gesture->direction(), std::nullopt};
     Reach reach;
     appendUnlessSliver(&reach.left, zone);
     for (const Gesture *earlier : gestures) {
         if (earlier == gesture || reach.left.isEmpty())
             break;
-        if (earlier->kind() != gesture->kind() || earlier->direction() != gesture->direction()
-            || !applies(earlier, mode))
+        if (firstFailed(earlier, touch))
             continue;
         const QRectF taken = onScreen(earlier->zone());
         QVector<QRectF> rest;
