@@ -31,8 +31,8 @@ static QString reasonOf(const Error &error, const QString &path)
 
 // The library's words, at the place where the strict reader stops: the library's own is mostly behind the fault, or far
 // off.
-static void tellSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
-                       Findings *findings)
+static void reportSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
+                         Findings *findings)
 {
     const int offset = text.fault() ? text.fault()->offset : qMax(0, error.offset - 1);
     findings->add(rules::syntax, text.placeAt(qMin(offset, text.bytes().size())), error.errorString(),
@@ -58,12 +58,12 @@ Check::Document Check::read(const QString &path, const QString &consequence)
         if (!opened.isOpen() || error.error == QJsonParseError::NoError)
             m_findings.add(rules::unreadable, text.placeAt(0), reasonOf(document.left(), file), consequence);
         else
-            tellSyntax(text, error, consequence, &m_findings);
+            reportSyntax(text, error, consequence, &m_findings);
         return {&text, QVariant()};
     }
     if (text.fault())
         m_findings.add(rules::notStrict, text.placeAt(text.fault()->offset), text.fault()->reason);
-    tellDuplicateKeys(text, &m_findings);
+    reportDuplicateKeys(text, &m_findings);
     return {&text, document.right()};
 }
 
@@ -91,7 +91,7 @@ ApplicationPathsConfiguration Check::paths(const QString &path)
                                 {QStringLiteral("prohibitedApps"), QVariantList()}};
     const QVariantMap map = document.value.toMap();
     const Place place = document.text->place();
-    tellRefusals(
+    reportRefusals(
             map, place, fields,
             {{QStringLiteral("current"), text}, {QStringLiteral("default"), text}, {QStringLiteral("filename"), text}},
             {}, [](const QVariantMap &tried) { return wordsOf(ApplicationPathsConfiguration::fromVariant(tried)); },
@@ -99,9 +99,9 @@ ApplicationPathsConfiguration Check::paths(const QString &path)
     QStringList known{QStringLiteral("$schema")};
     for (const Field &field : fields)
         known.prepend(field.name);
-    tellUnknownKeys(map, place, known, &m_findings);
-    tellConvertedElements(map.value(QStringLiteral("prohibitedApps")), place[QStringLiteral("prohibitedApps")],
-                          &m_findings);
+    reportUnknownKeys(map, place, known, &m_findings);
+    reportConvertedElements(map.value(QStringLiteral("prohibitedApps")), place[QStringLiteral("prohibitedApps")],
+                            &m_findings);
     return read.isRight() ? read.right() : ApplicationPathsConfiguration::newDefault();
 }
 
@@ -139,10 +139,10 @@ std::optional<Check::Choices> Check::readBindings(const Document &document)
         m_findings.add(rules::version, place[version], other);
         return {};
     }
-    const auto tell = [this](const Place &where, const QString &words) {
+    const auto report = [this](const Place &where, const QString &words) {
         m_findings.add(rules::refused, where, words, noChoices);
     };
-    const auto within = [&tell](const QVariant &value, const Place &where) {
+    const auto within = [&report](const QVariant &value, const Place &where) {
         const QVariantMap choices = value.toMap();
         bool any = false;
         for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
@@ -151,46 +151,46 @@ std::optional<Check::Choices> Check::readBindings(const Document &document)
             if (words.isNull())
                 continue;
             any = true;
-            tell(where[choice.key()], words);
+            report(where[choice.key()], words);
         }
         return any;
     };
-    tellRefusals(root, place, {{version, ActionBindings::version}, {actions, QVariantMap(), within}},
-                 {{version, ActionBindings::version}, {actions, QVariantMap()}}, {}, wordsOfBindings, tell);
-    tellUnknownKeys(root, place, {actions, version, QStringLiteral("$schema")}, &m_findings);
+    reportRefusals(root, place, {{version, ActionBindings::version}, {actions, QVariantMap(), within}},
+                   {{version, ActionBindings::version}, {actions, QVariantMap()}}, {}, wordsOfBindings, report);
+    reportUnknownKeys(root, place, {actions, version, QStringLiteral("$schema")}, &m_findings);
     const QVariant found = root.value(version);
     const bool isExact = typeNameOf(found) == QLatin1String("a number") && found.toDouble() == ActionBindings::version;
     if (root.contains(version) && other.isNull() && !isExact)
-        tellConverted(found, place[version], QString::number(found.toInt()), &m_findings);
+        reportConverted(found, place[version], QString::number(found.toInt()), &m_findings);
     return root.value(actions).toMap();
 }
 
-static void tellAll(const Subject &subject, bool isDeviceChosen, Findings *findings)
+static void reportAll(const Subject &subject, bool isDeviceChosen, Findings *findings)
 {
-    tellUnknownKeys(subject, findings);
-    tellConvertedValues(subject, findings);
-    tellOverriddenZones(subject, findings);
-    tellOddZones(subject, findings);
-    tellUnusedZones(subject, findings);
-    tellDuplicateActions(subject, findings);
-    tellUnusedActions(subject, findings);
-    tellUnusedGroups(subject, findings);
-    tellShortTitles(subject, findings);
-    tellDeepPaths(subject, findings);
-    tellUnsaveableActions(subject, findings);
-    tellShadowed(subject, findings);
-    tellDuplicateIds(subject, findings);
-    tellFallbacks(subject, findings);
-    tellNotAvailable(subject, findings);
-    tellFixedActions(subject, findings);
-    tellDirectedTaps(subject, findings);
-    tellUndirectedSwipes(subject, findings);
-    tellModesCase(subject, findings);
+    reportUnknownKeys(subject, findings);
+    reportConvertedValues(subject, findings);
+    reportOverriddenZones(subject, findings);
+    reportOddZones(subject, findings);
+    reportUnusedZones(subject, findings);
+    reportDuplicateActions(subject, findings);
+    reportUnusedActions(subject, findings);
+    reportUnusedGroups(subject, findings);
+    reportShortTitles(subject, findings);
+    reportDeepPaths(subject, findings);
+    reportUnsaveableActions(subject, findings);
+    reportShadowed(subject, findings);
+    reportDuplicateIds(subject, findings);
+    reportFallbacks(subject, findings);
+    reportNotAvailable(subject, findings);
+    reportFixedActions(subject, findings);
+    reportDirectedTaps(subject, findings);
+    reportUndirectedSwipes(subject, findings);
+    reportModesCase(subject, findings);
     // This machine is hardly the device.
     if (!isDeviceChosen)
         return;
-    tellNoAction(subject, findings);
-    tellDeadTouches(subject, findings);
+    reportNoAction(subject, findings);
+    reportDeadTouches(subject, findings);
 }
 
 Findings Check::checkOn(const FeaturesProvider &features, const Document &document,
@@ -198,15 +198,15 @@ Findings Check::checkOn(const FeaturesProvider &features, const Document &docume
 {
     Findings found;
     QObject owner;
-    const Subject subject = takeApart(*document.text, document.value, &features, &owner, &found);
+    const Subject subject = readSubject(*document.text, document.value, &features, &owner, &found);
     const auto whole =
             Configuration::fromVariant(document.value, &features, GestureService::predefinedZones, {}, &owner);
     // Whatever it is that the entries did not show.
     if (whole.isLeft() && found.count(Severity::Error) == 0)
         found.add(rules::refused, document.text->place(), wordsOf(whole));
-    tellAll(subject, !m_devices.isEmpty(), &found);
+    reportAll(subject, !m_devices.isEmpty(), &found);
     if (choices)
-        tellBindings(subject, *choices, bindings->place()[QStringLiteral("actions")], &found);
+        reportBindings(subject, *choices, bindings->place()[QStringLiteral("actions")], &found);
     return found;
 }
 

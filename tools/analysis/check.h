@@ -38,7 +38,7 @@ private:
     };
     using Choices = QMap<QString, QVariant>;
 
-    /// `consequence` is what a file that is none means.
+    /// `consequence` says what follows when the file cannot be read.
     Document read(const QString &path, const QString &consequence);
     std::optional<Choices> readBindings(const Document &document);
     Findings checkOn(const vellix::gesture::FeaturesProvider &features, const Document &document,

@@ -50,7 +50,7 @@ QString nearestTo(const QString &name, const QStringList &known)
     return nearest;
 }
 
-void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings)
+void reportUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings)
 {
     for (auto member = object.cbegin(); member != object.cend(); ++member) {
         if (known.contains(member.key()))
@@ -63,20 +63,20 @@ void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStrin
     }
 }
 
-void tellConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings)
+void reportConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings)
 {
     findings->add(rules::convertedValue, place, typeNameOf(value) + QStringLiteral(" is read as ") + readAs);
 }
 
-void tellConvertedElements(const QVariant &list, const Place &place, Findings *findings)
+void reportConvertedElements(const QVariant &list, const Place &place, Findings *findings)
 {
     if (list.userType() != QMetaType::QVariantList)
         return;
     const QVariantList values = list.toList();
     for (int i = 0; i < values.size(); ++i) {
         if (values.at(i).userType() != QMetaType::QString)
-            tellConverted(values.at(i), place[i], QLatin1Char('"') + values.at(i).toString() + QLatin1Char('"'),
-                          findings);
+            reportConverted(values.at(i), place[i], QLatin1Char('"') + values.at(i).toString() + QLatin1Char('"'),
+                            findings);
     }
 }
 

@@ -13,11 +13,11 @@ QString typeNameOf(const QVariant &value);
 QString nearestTo(const QString &name, const QStringList &known);
 
 /// The members of an object that nobody reads.
-void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings);
+void reportUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings);
 
 /// The elements of a list that are no strings, though the library takes them as such.
-void tellConvertedElements(const QVariant &list, const Place &place, Findings *findings);
+void reportConvertedElements(const QVariant &list, const Place &place, Findings *findings);
 
-void tellConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings);
+void reportConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings);
 
 }

@@ -4,54 +4,54 @@
 
 namespace analysis {
 
-using Tell = std::function<void(const Place &, const QString &)>;
+using Report = std::function<void(const Place &, const QString &)>;
 
-// With sound values for all members that are there, what is left are members that are missing or exclude each other.
-static Mended tellMembers(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                          const Reader &reader, const Tell &tell)
+// With valid values in place of all members, only missing ones and those that exclude each other remain.
+static Repaired reportMembers(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                              const Reader &reader, const Report &report)
 {
     QVariantMap tried = object;
     for (const Field &field : fields) {
         if (tried.contains(field.name))
-            tried.insert(field.name, field.sound);
+            tried.insert(field.name, field.valid);
     }
-    Mended mended{object, {}};
+    Repaired repaired{object, {}};
     for (QString words = reader(tried); !words.isNull(); words = reader(tried)) {
         const auto helps = [&](const Field &field) {
             QVariantMap other = tried;
             if (other.remove(field.name) == 0)
-                other.insert(field.name, field.sound);
-            return !mended.changed.contains(field.name) && reader(other) != words;
+                other.insert(field.name, field.valid);
+            return !repaired.changed.contains(field.name) && reader(other) != words;
         };
-        // The last of two that exclude each other is the one too many.
+        // Of two members that exclude each other, report the later.
         const auto cure = std::find_if(fields.crbegin(), fields.crend(), helps);
         if (cure == fields.crend()) {
-            tell(place, words);
-            mended.changed.append(QString());
+            report(place, words);
+            repaired.changed.append(QString());
             break;
         }
         const bool isTooMany = object.contains(cure->name);
-        tell(isTooMany ? place[cure->name].name() : place, words);
-        mended.changed.append(cure->name);
-        for (QVariantMap *map : {&tried, &mended.map}) {
+        report(isTooMany ? place[cure->name].name() : place, words);
+        repaired.changed.append(cure->name);
+        for (QVariantMap *map : {&tried, &repaired.map}) {
             if (map->remove(cure->name) == 0)
-                map->insert(cure->name, cure->sound);
+                map->insert(cure->name, cure->valid);
         }
     }
-    return mended;
+    return repaired;
 }
 
-Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                    const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader,
-                    const Tell &tell)
+Repaired reportRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                        const QVariantMap &valid, const QMap<QString, QString> &instead, const Reader &reader,
+                        const Report &report)
 {
-    Mended mended = tellMembers(object, place, fields, reader, tell);
+    Repaired repaired = reportMembers(object, place, fields, reader, report);
     for (const Field &field : fields) {
         const auto value = object.constFind(field.name);
         if (value == object.constEnd())
             continue;
-        // The rest of this object is sound: what the reader says of it is the value's fault.
-        QVariantMap tried = sound;
+        // The rest of this object is valid: a failure is the fault of this value.
+        QVariantMap tried = valid;
         tried.remove(instead.value(field.name));
         tried.insert(field.name, *value);
         const QString words = reader(tried);
@@ -59,12 +59,12 @@ Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector
             continue;
         const Place where = place[field.name];
         if (!field.within || !field.within(*value, where))
-            tell(where, words);
-        if (mended.map.contains(field.name))
-            mended.map.insert(field.name, field.sound);
-        mended.changed.append(field.name);
+            report(where, words);
+        if (repaired.map.contains(field.name))
+            repaired.map.insert(field.name, field.valid);
+        repaired.changed.append(field.name);
     }
-    return mended;
+    return repaired;
 }
 
 }

@@ -28,22 +28,22 @@ using Reader = std::function<QString(const QVariantMap &)>;
 struct Field
 {
     QString name;
-    QVariant sound; // a value that it takes
-    /// Tells the faults within a value, so that they are not told for the whole of it; whether there were any.
+    QVariant valid; // a value that it accepts
+    /// Reports the faults within a value, so that they are not reported for the whole of it; whether there were any.
     std::function<bool(const QVariant &, const Place &)> within = {};
 };
 
-/// What there is in place of an object that a reader refuses.
-struct Mended
+/// The nearest object that the reader accepts, and what was changed to get it.
+struct Repaired
 {
-    QVariantMap map;     // which it takes
+    QVariantMap map;
     QStringList changed; // the members that it refused or missed
 };
 
-/// Tells every fault of an object. `sound` is one that the reader takes; a field that cannot stand beside another names
-/// that in `instead`, which is taken out for it.
-Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                    const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader,
-                    const std::function<void(const Place &, const QString &)> &tell);
+/// Reports every fault of an object. `valid` is one that the reader accepts; a field that cannot stand beside another
+/// names that in `instead`, which is taken out for it.
+Repaired reportRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                        const QVariantMap &valid, const QMap<QString, QString> &instead, const Reader &reader,
+                        const std::function<void(const Place &, const QString &)> &report);
 
 }

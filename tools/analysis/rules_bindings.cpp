@@ -24,8 +24,8 @@ static bool isFixed(const Entry &entry)
     return entry.map.contains(QStringLiteral("currentAction"));
 }
 
-static void tellBinding(const Subject &subject, const Entry &entry, const Action *action, const Place &place,
-                        Findings *findings)
+static void reportBinding(const Subject &subject, const Entry &entry, const Action *action, const Place &place,
+                          Findings *findings)
 {
     const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
     const QString path = action->path();
@@ -43,7 +43,7 @@ static void tellBinding(const Subject &subject, const Entry &entry, const Action
                       quoted(path) + QStringLiteral(" is what ") + gesture + QStringLiteral(" does by default"));
 }
 
-static void tellUnknown(const Subject &subject, const QString &id, const Place &place, Findings *findings)
+static void reportUnknown(const Subject &subject, const QString &id, const Place &place, Findings *findings)
 {
     QStringList ids;
     for (const Entry &entry : subject.entries) {
@@ -56,12 +56,12 @@ static void tellUnknown(const Subject &subject, const QString &id, const Place &
                   meant.isEmpty() ? QString() : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
 }
 
-static void tellChoice(const Subject &subject, const QString &id, const QString &path, const Place &place,
-                       Findings *findings)
+static void reportChoice(const Subject &subject, const QString &id, const QString &path, const Place &place,
+                         Findings *findings)
 {
     const QVector<Entry> entries = entriesOf(subject, id);
     if (entries.isEmpty()) {
-        tellUnknown(subject, id, place, findings);
+        reportUnknown(subject, id, place, findings);
         return;
     }
     const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(),
@@ -74,7 +74,7 @@ static void tellChoice(const Subject &subject, const QString &id, const QString 
     }
     for (const Entry &entry : entries) {
         if (!isFixed(entry))
-            tellBinding(subject, entry, *action, place[id], findings);
+            reportBinding(subject, entry, *action, place[id], findings);
     }
     // A save writes what a fixed gesture does, too.
     const Gesture *fixed = entries.first().gesture;
@@ -84,12 +84,12 @@ static void tellChoice(const Subject &subject, const QString &id, const QString 
                               + quoted(fixed->currentAction()->path()));
 }
 
-void tellBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
-                  Findings *findings)
+void reportBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
+                    Findings *findings)
 {
     for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
         if (choice->userType() == QMetaType::QString)
-            tellChoice(subject, choice.key(), choice->toString(), place, findings);
+            reportChoice(subject, choice.key(), choice->toString(), place, findings);
     }
 }
 

@@ -5,7 +5,7 @@
 namespace analysis {
 
 /// What a user's choices do to a configuration: `choices` are those of the file, by the id of a gesture.
-void tellBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
-                  Findings *findings);
+void reportBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
+                    Findings *findings);
 
 }

@@ -53,7 +53,7 @@ static QVector<RawEntry> rawEntries(const Subject &subject)
     return entries;
 }
 
-static void tellDuplicateKeys(const JsonText &text, const JsonText::Node &node, Findings *findings)
+static void reportDuplicateKeys(const JsonText &text, const JsonText::Node &node, Findings *findings)
 {
     QSet<QString> known;
     for (const JsonText::Node &child : node.children) {
@@ -63,13 +63,13 @@ static void tellDuplicateKeys(const JsonText &text, const JsonText::Node &node, 
                               quoted(child.name) + QStringLiteral(" was set before: that value is lost"));
             known.insert(child.name);
         }
-        tellDuplicateKeys(text, child, findings);
+        reportDuplicateKeys(text, child, findings);
     }
 }
 
-void tellDuplicateKeys(const JsonText &text, Findings *findings)
+void reportDuplicateKeys(const JsonText &text, Findings *findings)
 {
-    tellDuplicateKeys(text, text.root(), findings);
+    reportDuplicateKeys(text, text.root(), findings);
 }
 
 /// Every rectangle of the file, by itself or in a gesture.
@@ -89,61 +89,63 @@ static void forEachRectangle(const Subject &subject,
     }
 }
 
-void tellUnknownKeys(const Subject &subject, Findings *findings)
+void reportUnknownKeys(const Subject &subject, Findings *findings)
 {
-    tellUnknownKeys(subject.root, subject.place(),
-                    {QStringLiteral("zones"), QStringLiteral("actions"), QStringLiteral("actionGroups"),
-                     QStringLiteral("gestures"), QStringLiteral("$schema")},
-                    findings);
+    reportUnknownKeys(subject.root, subject.place(),
+                      {QStringLiteral("zones"), QStringLiteral("actions"), QStringLiteral("actionGroups"),
+                       QStringLiteral("gestures"), QStringLiteral("$schema")},
+                      findings);
     forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
-        tellUnknownKeys(map, place,
-                        {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"), QStringLiteral("h")}, findings);
+        reportUnknownKeys(map, place,
+                          {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"), QStringLiteral("h")},
+                          findings);
     });
     for (const ActionValue &value : subject.actionValues)
-        tellUnknownKeys(
+        reportUnknownKeys(
                 value.value.toMap(), value.place,
                 {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("titles"), QStringLiteral("features")},
                 findings);
     const QVector<RawEntry> entries = rawEntries(subject);
     for (const RawEntry &entry : entries)
-        tellUnknownKeys(entry.map, entry.place,
-                        {QStringLiteral("id"), QStringLiteral("modes"), QStringLiteral("kind"), QStringLiteral("zone"),
-                         QStringLiteral("direction"), QStringLiteral("availableActions"),
-                         QStringLiteral("defaultAction"), QStringLiteral("currentAction"), QStringLiteral("features")},
-                        findings);
+        reportUnknownKeys(entry.map, entry.place,
+                          {QStringLiteral("id"), QStringLiteral("modes"), QStringLiteral("kind"),
+                           QStringLiteral("zone"), QStringLiteral("direction"), QStringLiteral("availableActions"),
+                           QStringLiteral("defaultAction"), QStringLiteral("currentAction"),
+                           QStringLiteral("features")},
+                          findings);
 }
 
-static void tellConvertedText(const QVariantMap &map, const Place &place, const QString &key, Findings *findings)
+static void reportConvertedText(const QVariantMap &map, const Place &place, const QString &key, Findings *findings)
 {
     const auto value = map.constFind(key);
     if (value != map.constEnd() && !isString(*value))
-        tellConverted(*value, place[key], QLatin1Char('"') + value->toString() + QLatin1Char('"'), findings);
+        reportConverted(*value, place[key], QLatin1Char('"') + value->toString() + QLatin1Char('"'), findings);
 }
 
-void tellConvertedValues(const Subject &subject, Findings *findings)
+void reportConvertedValues(const Subject &subject, Findings *findings)
 {
     forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
         for (const char *side : {"x", "y", "w", "h"}) {
             const auto value = map.constFind(QLatin1String(side));
             if (value != map.constEnd() && typeNameOf(*value) != QLatin1String("a number"))
-                tellConverted(*value, place[QLatin1String(side)], QString::number(value->toDouble()), findings);
+                reportConverted(*value, place[QLatin1String(side)], QString::number(value->toDouble()), findings);
         }
     });
     for (const ActionValue &value : subject.actionValues) {
         const QVariantMap map = value.value.toMap();
-        tellConvertedText(map, value.place, QStringLiteral("path"), findings);
+        reportConvertedText(map, value.place, QStringLiteral("path"), findings);
         for (const QString &key : {QStringLiteral("titles"), QStringLiteral("features")})
-            tellConvertedElements(map.value(key), value.place[key], findings);
+            reportConvertedElements(map.value(key), value.place[key], findings);
     }
     const QVector<RawEntry> entries = rawEntries(subject);
     for (const RawEntry &entry : entries) {
-        tellConvertedText(entry.map, entry.place, QStringLiteral("id"), findings);
+        reportConvertedText(entry.map, entry.place, QStringLiteral("id"), findings);
         for (const QString &key : {QStringLiteral("modes"), QStringLiteral("features")})
-            tellConvertedElements(entry.map.value(key), entry.place[key], findings);
+            reportConvertedElements(entry.map.value(key), entry.place[key], findings);
     }
 }
 
-void tellOverriddenZones(const Subject &subject, Findings *findings)
+void reportOverriddenZones(const Subject &subject, Findings *findings)
 {
     const QVariantMap zones = subject.root.value(QStringLiteral("zones")).toMap();
     for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
@@ -154,7 +156,7 @@ void tellOverriddenZones(const Subject &subject, Findings *findings)
     }
 }
 
-static void tellOddZone(const QRectF &zone, const Place &place, Findings *findings)
+static void reportOddZone(const QRectF &zone, const Place &place, Findings *findings)
 {
     // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
     const double rounding = 1e-9;
@@ -177,16 +179,16 @@ static void tellOddZone(const QRectF &zone, const Place &place, Findings *findin
         findings->add(rules::zoneOutside, place, QStringLiteral("the zone reaches beyond the screen"));
 }
 
-void tellOddZones(const Subject &subject, Findings *findings)
+void reportOddZones(const Subject &subject, Findings *findings)
 {
     forEachRectangle(subject, [findings](const QVariantMap &map, const Place &place) {
         const auto zone = Gesture::rectfFromVariant(map);
         if (zone.isRight())
-            tellOddZone(zone.right(), place, findings);
+            reportOddZone(zone.right(), place, findings);
     });
 }
 
-void tellUnusedZones(const Subject &subject, Findings *findings)
+void reportUnusedZones(const Subject &subject, Findings *findings)
 {
     QSet<QString> used;
     const QVector<RawEntry> entries = rawEntries(subject);
@@ -200,7 +202,7 @@ void tellUnusedZones(const Subject &subject, Findings *findings)
     }
 }
 
-void tellDuplicateActions(const Subject &subject, Findings *findings)
+void reportDuplicateActions(const Subject &subject, Findings *findings)
 {
     QMap<QString, int> lines;
     for (const ActionValue &value : subject.actionValues) {
@@ -215,7 +217,7 @@ void tellDuplicateActions(const Subject &subject, Findings *findings)
     }
 }
 
-void tellUnusedActions(const Subject &subject, Findings *findings)
+void reportUnusedActions(const Subject &subject, Findings *findings)
 {
     QSet<QString> used;
     for (const ActionValue &value : subject.actionValues) {
@@ -242,7 +244,7 @@ static QSet<QString> usedGroups(const Subject &subject)
     return used;
 }
 
-void tellUnusedGroups(const Subject &subject, Findings *findings)
+void reportUnusedGroups(const Subject &subject, Findings *findings)
 {
     const QSet<QString> used = usedGroups(subject);
     const QVariantMap groups = subject.root.value(QStringLiteral("actionGroups")).toMap();
@@ -253,7 +255,7 @@ void tellUnusedGroups(const Subject &subject, Findings *findings)
     }
 }
 
-void tellDeepPaths(const Subject &subject, Findings *findings)
+void reportDeepPaths(const Subject &subject, Findings *findings)
 {
     for (const ActionValue &value : subject.actionValues) {
         const int segments = value.path().count(QLatin1Char('/')) + 1;
@@ -263,7 +265,7 @@ void tellDeepPaths(const Subject &subject, Findings *findings)
     }
 }
 
-void tellShortTitles(const Subject &subject, Findings *findings)
+void reportShortTitles(const Subject &subject, Findings *findings)
 {
     for (const ActionValue &value : subject.actionValues) {
         const QVariantMap map = value.value.toMap();
@@ -281,7 +283,7 @@ void tellShortTitles(const Subject &subject, Findings *findings)
     }
 }
 
-void tellUnsaveableActions(const Subject &subject, Findings *findings)
+void reportUnsaveableActions(const Subject &subject, Findings *findings)
 {
     const QSet<QString> groups = usedGroups(subject);
     for (const ActionValue &value : subject.actionValues) {
@@ -315,7 +317,7 @@ static Position positionOf(const Place &place)
     return place.text().positionOf(place.span().begin);
 }
 
-// Where something is, said at another place: the line tells nothing in a file that is all one line.
+// Where something is, said at another place: the line says nothing in a file that is all one line.
 static QString placeText(const Position &position, const Position &from)
 {
     if (position.line != from.line)
@@ -379,7 +381,7 @@ static QVector<Loser> losersOf(const Entry &entry, const QVector<Mode> &modes, c
     return losers;
 }
 
-static void tellLosers(const Entry &entry, const QVector<Loser> &losers, Findings *findings)
+static void reportLosers(const Entry &entry, const QVector<Loser> &losers, Findings *findings)
 {
     const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
     const QString never = gesture + QStringLiteral(" never fires");
@@ -424,7 +426,7 @@ static QList<Gesture *> gesturesOf(const Subject &subject)
     return gestures;
 }
 
-void tellShadowed(const Subject &subject, Findings *findings)
+void reportShadowed(const Subject &subject, Findings *findings)
 {
     const QList<Gesture *> gestures = gesturesOf(subject);
     const QVector<Mode> modes = modesOf(gestures);
@@ -433,11 +435,11 @@ void tellShadowed(const Subject &subject, Findings *findings)
         places.insert(entry.gesture, positionOf(entry.place));
     for (const Entry &entry : subject.entries) {
         if (entry.hasTouches() && !onScreen(entry.gesture->zone()).isNull())
-            tellLosers(entry, losersOf(entry, ownModes(entry, modes), gestures, places), findings);
+            reportLosers(entry, losersOf(entry, ownModes(entry, modes), gestures, places), findings);
     }
 }
 
-void tellDuplicateIds(const Subject &subject, Findings *findings)
+void reportDuplicateIds(const Subject &subject, Findings *findings)
 {
     QMap<QString, Entry> known;
     for (const Entry &entry : subject.entries) {
@@ -468,8 +470,8 @@ static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVari
 }
 
 // The loader stops at the first alternative that the device supports, and does not see those behind it.
-static void tellAlternatives(const Subject &subject, const QVariantList &alternatives, const Place &place,
-                             Findings *findings)
+static void reportAlternatives(const Subject &subject, const QVariantList &alternatives, const Place &place,
+                               Findings *findings)
 {
     bool isCertain = !alternatives.isEmpty();
     bool isEnded = false;
@@ -490,15 +492,15 @@ static void tellAlternatives(const Subject &subject, const QVariantList &alterna
                       QStringLiteral("every action of the fallback list needs a feature that a device may lack"));
 }
 
-void tellFallbacks(const Subject &subject, Findings *findings)
+void reportFallbacks(const Subject &subject, Findings *findings)
 {
     const QVector<RawEntry> entries = rawEntries(subject);
     for (const RawEntry &entry : entries)
-        tellAlternatives(subject, entry.map.value(QStringLiteral("defaultAction")).toList(),
-                         entry.place[QStringLiteral("defaultAction")], findings);
+        reportAlternatives(subject, entry.map.value(QStringLiteral("defaultAction")).toList(),
+                           entry.place[QStringLiteral("defaultAction")], findings);
 }
 
-void tellNotAvailable(const Subject &subject, Findings *findings)
+void reportNotAvailable(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const QStringList offered = subject.offeredPaths(entry);
@@ -507,7 +509,7 @@ void tellNotAvailable(const Subject &subject, Findings *findings)
         for (const ActionValue &value : subject.actionValues) {
             if (value.entry != entry.index || value.role == Role::Available || offered.contains(value.path()))
                 continue;
-            if (value.isName() && !subject.isDefined(value.path())) // which is told
+            if (value.isName() && !subject.isDefined(value.path())) // which is reported elsewhere
                 continue;
             findings->add(rules::notAvailable, value.place,
                           QStringLiteral("gesture %1 does not offer its own action %2")
@@ -516,7 +518,7 @@ void tellNotAvailable(const Subject &subject, Findings *findings)
     }
 }
 
-void tellFixedActions(const Subject &subject, Findings *findings)
+void reportFixedActions(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         if (entry.hasId() && entry.map.contains(QStringLiteral("currentAction")))
@@ -526,7 +528,7 @@ void tellFixedActions(const Subject &subject, Findings *findings)
     }
 }
 
-void tellDirectedTaps(const Subject &subject, Findings *findings)
+void reportDirectedTaps(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const Gesture::Kind kind = entry.gesture->kind();
@@ -540,7 +542,7 @@ void tellDirectedTaps(const Subject &subject, Findings *findings)
     }
 }
 
-void tellUndirectedSwipes(const Subject &subject, Findings *findings)
+void reportUndirectedSwipes(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const bool isUndirected = entry.gesture->direction() == Gesture::NoDirection;
@@ -553,10 +555,10 @@ void tellUndirectedSwipes(const Subject &subject, Findings *findings)
     }
 }
 
-void tellModesCase(const Subject &subject, Findings *findings)
+void reportModesCase(const Subject &subject, Findings *findings)
 {
     QMap<QString, QPair<QString, int>> known; // by what they have in common: the first spelling, and its line
-    QSet<QString> told;
+    QSet<QString> reported;
     const QVector<RawEntry> entries = rawEntries(subject);
     for (const RawEntry &entry : entries) {
         const QVariantList modes = entry.map.value(QStringLiteral("modes")).toList();
@@ -566,8 +568,8 @@ void tellModesCase(const Subject &subject, Findings *findings)
             const auto first = known.constFind(mode.toCaseFolded());
             if (first == known.constEnd()) {
                 known.insert(mode.toCaseFolded(), {mode, lineOf(place)});
-            } else if (first->first != mode && !told.contains(mode)) {
-                told.insert(mode);
+            } else if (first->first != mode && !reported.contains(mode)) {
+                reported.insert(mode);
                 findings->add(rules::modesCase, place,
                               QStringLiteral("mode %1 is not %2 of line %3: they differ in case")
                                       .arg(quoted(mode), quoted(first->first), QString::number(first->second)));
@@ -576,7 +578,7 @@ void tellModesCase(const Subject &subject, Findings *findings)
     }
 }
 
-void tellNoAction(const Subject &subject, Findings *findings)
+void reportNoAction(const Subject &subject, Findings *findings)
 {
     for (const Entry &entry : subject.entries) {
         const Action *action = entry.gesture->currentAction();
@@ -618,7 +620,7 @@ static QHash<const Gesture *, QStringList> victimsOf(const Subject &subject)
     return victims;
 }
 
-void tellDeadTouches(const Subject &subject, Findings *findings)
+void reportDeadTouches(const Subject &subject, Findings *findings)
 {
     const QHash<const Gesture *, QStringList> victims = victimsOf(subject);
     for (const Entry &entry : subject.entries) {

@@ -6,31 +6,31 @@
 
 namespace analysis {
 
-void tellDuplicateKeys(const JsonText &text, Findings *findings);
-void tellUnknownKeys(const Subject &subject, Findings *findings);
-void tellConvertedValues(const Subject &subject, Findings *findings);
+void reportDuplicateKeys(const JsonText &text, Findings *findings);
+void reportUnknownKeys(const Subject &subject, Findings *findings);
+void reportConvertedValues(const Subject &subject, Findings *findings);
 
-void tellOverriddenZones(const Subject &subject, Findings *findings);
-void tellOddZones(const Subject &subject, Findings *findings);
-void tellUnusedZones(const Subject &subject, Findings *findings);
+void reportOverriddenZones(const Subject &subject, Findings *findings);
+void reportOddZones(const Subject &subject, Findings *findings);
+void reportUnusedZones(const Subject &subject, Findings *findings);
 
-void tellDuplicateActions(const Subject &subject, Findings *findings);
-void tellUnusedActions(const Subject &subject, Findings *findings);
-void tellUnusedGroups(const Subject &subject, Findings *findings);
-void tellShortTitles(const Subject &subject, Findings *findings);
-void tellDeepPaths(const Subject &subject, Findings *findings);
-void tellUnsaveableActions(const Subject &subject, Findings *findings);
+void reportDuplicateActions(const Subject &subject, Findings *findings);
+void reportUnusedActions(const Subject &subject, Findings *findings);
+void reportUnusedGroups(const Subject &subject, Findings *findings);
+void reportShortTitles(const Subject &subject, Findings *findings);
+void reportDeepPaths(const Subject &subject, Findings *findings);
+void reportUnsaveableActions(const Subject &subject, Findings *findings);
 
-void tellShadowed(const Subject &subject, Findings *findings);
-void tellDuplicateIds(const Subject &subject, Findings *findings);
-void tellFallbacks(const Subject &subject, Findings *findings);
-void tellNotAvailable(const Subject &subject, Findings *findings);
-void tellFixedActions(const Subject &subject, Findings *findings);
-void tellDirectedTaps(const Subject &subject, Findings *findings);
-void tellUndirectedSwipes(const Subject &subject, Findings *findings);
-void tellModesCase(const Subject &subject, Findings *findings);
+void reportShadowed(const Subject &subject, Findings *findings);
+void reportDuplicateIds(const Subject &subject, Findings *findings);
+void reportFallbacks(const Subject &subject, Findings *findings);
+void reportNotAvailable(const Subject &subject, Findings *findings);
+void reportFixedActions(const Subject &subject, Findings *findings);
+void reportDirectedTaps(const Subject &subject, Findings *findings);
+void reportUndirectedSwipes(const Subject &subject, Findings *findings);
+void reportModesCase(const Subject &subject, Findings *findings);
 /// Of a device that was asked for.
-void tellNoAction(const Subject &subject, Findings *findings);
-void tellDeadTouches(const Subject &subject, Findings *findings);
+void reportNoAction(const Subject &subject, Findings *findings);
+void reportDeadTouches(const Subject &subject, Findings *findings);
 
 }

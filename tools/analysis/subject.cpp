@@ -63,14 +63,14 @@ bool isOf(const QVariant &value, QMetaType::Type type)
 }
 
 /// Takes one configuration apart.
-class Reading
+class SubjectReader
 {
 public:
-    Reading(const Reading &) = delete;
-    Reading &operator=(const Reading &) = delete;
-    Reading(Subject *subject, const FeaturesProvider *features, QObject *owner, Findings *findings)
+    SubjectReader(const SubjectReader &) = delete;
+    SubjectReader &operator=(const SubjectReader &) = delete;
+    SubjectReader(Subject *subject, const FeaturesProvider *features, QObject *owner, Findings *findings)
         : m_subject(subject), m_features(features), m_owner(owner), m_findings(findings),
-          m_sound(new Action(QStringLiteral("\001sound"), {QStringLiteral("t")}, {}, owner))
+          m_validAction(new Action(QStringLiteral("\001sound"), {QStringLiteral("t")}, {}, owner))
     {
     }
 
@@ -81,7 +81,7 @@ public:
             QObject owner;
             return wordsOf(Configuration::fromVariant(root, m_features, GestureService::predefinedZones, {}, &owner));
         };
-        const auto tell = [this](const Place &where, const QString &words) { refuse(where, words); };
+        const auto report = [this](const Place &where, const QString &words) { refuse(where, words); };
         if (!isOf(document, QMetaType::QVariantMap)) {
             QObject owner;
             refuse(place,
@@ -89,7 +89,7 @@ public:
                                                       &owner)));
             return;
         }
-        // What a section holds is told entry by entry below; here only what it is counts.
+        // The faults within a section are reported entry by entry below; here only its type counts.
         QVariantMap outline = m_subject->root;
         for (QVariant &section : outline) {
             if (isOf(section, QMetaType::QVariantMap))
@@ -97,17 +97,17 @@ public:
             else if (isOf(section, QMetaType::QVariantList))
                 section = QVariantList();
         }
-        tellRefusals(outline, place,
-                     {{QStringLiteral("zones"), QVariantMap()},
-                      {QStringLiteral("actions"), QVariantList()},
-                      {QStringLiteral("actionGroups"), QVariantMap()},
-                      {QStringLiteral("gestures"), QVariantList()}},
-                     {{QStringLiteral("gestures"), QVariantList()}}, {}, whole, tell);
+        reportRefusals(outline, place,
+                       {{QStringLiteral("zones"), QVariantMap()},
+                        {QStringLiteral("actions"), QVariantList()},
+                        {QStringLiteral("actionGroups"), QVariantMap()},
+                        {QStringLiteral("gestures"), QVariantList()}},
+                       {{QStringLiteral("gestures"), QVariantList()}}, {}, whole, report);
         readZones(section(QStringLiteral("zones")).toMap(), place[QStringLiteral("zones")]);
         readActions(section(QStringLiteral("actions")), place[QStringLiteral("actions")]);
         readGroups(section(QStringLiteral("actionGroups")).toMap(), place[QStringLiteral("actionGroups")]);
         readGestures(section(QStringLiteral("gestures")), place[QStringLiteral("gestures")]);
-        tellNeighbours();
+        reportNeighbours();
     }
 
 private:
@@ -149,33 +149,33 @@ private:
 
     void refuse(const Rule &rule, const Place &place, const QString &words) { m_findings->add(rule, place, words); }
 
-    Mended tellAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                   const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader)
+    Repaired reportAll(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
+                       const QVariantMap &valid, const QMap<QString, QString> &instead, const Reader &reader)
     {
-        return tellRefusals(object, place, fields, sound, instead, reader,
-                            [this](const Place &where, const QString &words) { refuse(where, words); });
+        return reportRefusals(object, place, fields, valid, instead, reader,
+                              [this](const Place &where, const QString &words) { refuse(where, words); });
     }
 
     // A rectangle that lacks a side. A name that is not known is the whole value's fault.
-    bool tellZone(const QVariant &value, const Place &place)
+    bool reportZone(const QVariant &value, const Place &place)
     {
         if (!isOf(value, QMetaType::QVariantMap))
             return false;
         QVector<Field> fields;
-        QVariantMap sound;
+        QVariantMap valid;
         for (const char *side : {"x", "y", "w", "h"}) {
             fields.append({QLatin1String(side), 0.0});
-            sound.insert(QLatin1String(side), 0.0);
+            valid.insert(QLatin1String(side), 0.0);
         }
         const Reader reader = [](const QVariantMap &map) { return wordsOf(Gesture::rectfFromVariant(map)); };
-        return !tellAll(value.toMap(), place, fields, sound, {}, reader).changed.isEmpty();
+        return !reportAll(value.toMap(), place, fields, valid, {}, reader).changed.isEmpty();
     }
 
     void readZones(const QVariantMap &zones, const Place &place)
     {
         for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
             const auto read = Gesture::zoneFromVariant(*zone, GestureService::predefinedZones, nullptr);
-            if (read.isLeft() && !tellZone(*zone, place[zone.key()]))
+            if (read.isLeft() && !reportZone(*zone, place[zone.key()]))
                 refuse(place[zone.key()], wordsOf(read));
             // Of a refused one nobody knows where it is: it takes nothing from others.
             m_subject->zones.insert(zone.key(), read.isRight() ? read.right() : QRectF());
@@ -186,7 +186,7 @@ private:
     }
 
     // The names that no device knows, in a list of features.
-    bool tellFeatures(const QVariant &value, const Place &place)
+    bool reportFeatures(const QVariant &value, const Place &place)
     {
         if (!isOf(value, QMetaType::QVariantList))
             return false;
@@ -202,35 +202,35 @@ private:
         return any;
     }
 
-    // Null when it is refused, which is told.
+    // Null when it is refused, which is reported.
     Action *readAction(const QVariant &value, const Place &place)
     {
         const auto read = Action::fromVariant(value, m_features, m_byPath, m_owner);
         if (read.isRight())
             return read.right();
-        if (!isOf(value, QMetaType::QVariantMap) || !tellAction(value.toMap(), place))
+        if (!isOf(value, QMetaType::QVariantMap) || !reportAction(value.toMap(), place))
             refuse(place, wordsOf(read));
         return nullptr;
     }
 
-    bool tellAction(const QVariantMap &map, const Place &place)
+    bool reportAction(const QVariantMap &map, const Place &place)
     {
         const QString title = QStringLiteral("title");
         const QString titles = QStringLiteral("titles");
         const QString path = QStringLiteral("path");
-        const Mended mended =
-                tellAll(map, place,
-                        {{title, QStringLiteral("t")},
-                         {titles, QVariantList{QStringLiteral("t")}},
-                         {QStringLiteral("features"), QVariantList(),
-                          [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }},
-                         {path, QStringLiteral("p")}},
-                        {{title, QStringLiteral("t")}, {path, QStringLiteral("p")}}, {{titles, title}},
-                        [this](const QVariantMap &tried) {
-                            QObject owner;
-                            return wordsOf(Action::fromVariant(tried, m_features, QList<Action *>(), &owner));
-                        });
-        return !mended.changed.isEmpty();
+        const Repaired repaired =
+                reportAll(map, place,
+                          {{title, QStringLiteral("t")},
+                           {titles, QVariantList{QStringLiteral("t")}},
+                           {QStringLiteral("features"), QVariantList(),
+                            [this](const QVariant &value, const Place &where) { return reportFeatures(value, where); }},
+                           {path, QStringLiteral("p")}},
+                          {{title, QStringLiteral("t")}, {path, QStringLiteral("p")}}, {{titles, title}},
+                          [this](const QVariantMap &tried) {
+                              QObject owner;
+                              return wordsOf(Action::fromVariant(tried, m_features, QList<Action *>(), &owner));
+                          });
+        return !repaired.changed.isEmpty();
     }
 
     void readActions(const QVariant &section, const Place &place)
@@ -239,7 +239,7 @@ private:
         for (int i = 0; i < values.size(); ++i) {
             const ActionValue value{Role::Defined, values.at(i), place[i], {}};
             Action *action = readAction(value.value, value.place);
-            // Who names it is not to blame.
+            // Keep references to it from being reported as undefined.
             if (!action && !value.isName()) {
                 action = new Action(value.path(), {}, {}, m_owner);
                 m_subject->refusedActions.append(action);
@@ -251,12 +251,12 @@ private:
             m_subject->actionValues.append(value);
         }
         m_known = m_subject->actions;
-        m_known.append(m_sound);
+        m_known.append(m_validAction);
         for (Action *action : qAsConst(m_known))
             m_byPath.insert(action->path(), action);
     }
 
-    // The elements of an action list, told one by one; whether there were faults.
+    // Reports the elements of an action list one by one; whether there were faults.
     bool readElements(const QVariant &list, const ActionValue &where)
     {
         const bool isList = isOf(list, QMetaType::QVariantList);
@@ -286,18 +286,18 @@ private:
             const Place where = place[group.key()];
             const auto read = Action::actionGroupsFromVariant({{group.key(), *group}}, m_known, nullptr, m_owner);
             m_subject->groups.insert(group.key(), read.isRight() ? read.right().value(group.key()) : QList<Action *>());
-            bool told = false;
+            bool isReported = false;
             if (isOf(*group, QMetaType::QVariantList) || isOf(*group, QMetaType::QVariantMap)) {
                 const int first = m_subject->actionValues.size();
-                told = readElements(*group, {Role::InGroup, {}, where, group.key()});
-                told = tellGroupFeatures(first) || told;
+                isReported = readElements(*group, {Role::InGroup, {}, where, group.key()});
+                isReported = reportGroupFeatures(first) || isReported;
             }
-            if (read.isLeft() && !told)
+            if (read.isLeft() && !isReported)
                 refuse(where, wordsOf(read));
         }
     }
 
-    bool tellGroupFeatures(int first)
+    bool reportGroupFeatures(int first)
     {
         bool any = false;
         for (int i = first; i < m_subject->actionValues.size(); ++i) {
@@ -306,13 +306,13 @@ private:
                 continue;
             any = true;
             const QVariant features = value.value.toMap().value(QStringLiteral("features"));
-            const QVariantMap sound{{QStringLiteral("title"), QStringLiteral("t")},
+            const QVariantMap valid{{QStringLiteral("title"), QStringLiteral("t")},
                                     {QStringLiteral("path"), QStringLiteral("p")},
                                     {QStringLiteral("features"), features}};
-            // The name of a feature that none knows was told already.
-            if (Action::fromVariant(sound, m_features, m_byPath, m_owner).isRight())
+            // An unknown feature was reported already.
+            if (Action::fromVariant(valid, m_features, m_byPath, m_owner).isRight())
                 refuse(rules::groupFeatures, value.place[QStringLiteral("features")],
-                       wordsOf(Action::fromVariant(sound, nullptr, m_byPath, m_owner)));
+                       wordsOf(Action::fromVariant(valid, nullptr, m_byPath, m_owner)));
         }
         return any;
     }
@@ -332,7 +332,7 @@ private:
             if (read.isRight())
                 m_subject->entries.append({i, map, place[i], read.right().first(), {}});
             else
-                mendGesture(map, place[i], i, wordsOf(read));
+                repairGesture(map, place[i], i, wordsOf(read));
         }
     }
 
@@ -357,7 +357,7 @@ private:
     }
 
     // Each element by itself; a fallback list as a whole can still be refused.
-    bool tellElements(const QVariant &value, const Place &place)
+    bool reportElements(const QVariant &value, const Place &place)
     {
         if (isOf(value, QMetaType::QVariantMap))
             return !readAction(value, place);
@@ -372,19 +372,21 @@ private:
         return any;
     }
 
-    bool tellDefault(const QVariant &value, const Place &place)
+    bool reportDefault(const QVariant &value, const Place &place)
     {
         if (!isOf(value, QMetaType::QVariantList))
             return false;
-        if (!tellElements(value, place))
+        if (!reportElements(value, place))
             refuse(rules::noSupportedAction, place,
                    wordsOf(Action::firstSupportedFromVariant(value.toList(), m_features, m_known, m_owner)));
         return true;
     }
 
-    void mendGesture(const QVariantMap &map, const Place &place, int index, const QString &words)
+    void repairGesture(const QVariantMap &map, const Place &place, int index, const QString &words)
     {
-        const auto elements = [this](const QVariant &value, const Place &where) { return tellElements(value, where); };
+        const auto elements = [this](const QVariant &value, const Place &where) {
+            return reportElements(value, where);
+        };
         const QString kind = QStringLiteral("kind");
         const QString zone = QStringLiteral("zone");
         const QString defaultAction = QStringLiteral("defaultAction");
@@ -392,29 +394,31 @@ private:
         const auto read = [this](const QVariantMap &tried) {
             return Gesture::fromVariant(tried, m_features, m_known, m_subject->groups, m_subject->zones, {}, m_owner);
         };
-        const Mended mended = tellAll(
+        const Repaired repaired = reportAll(
                 map, place,
                 {{kind, QStringLiteral("tap")},
                  {zone, QStringLiteral("whole"),
-                  [this](const QVariant &value, const Place &where) { return tellZone(value, where); }},
+                  [this](const QVariant &value, const Place &where) { return reportZone(value, where); }},
                  {QStringLiteral("direction"), QStringLiteral("no")},
                  {QStringLiteral("modes"), QVariantList()},
                  {QStringLiteral("availableActions"), QVariantList(), elements},
-                 {defaultAction, m_sound->path(),
-                  [this](const QVariant &value, const Place &where) { return tellDefault(value, where); }},
-                 {QStringLiteral("currentAction"), m_sound->path(),
+                 {defaultAction, m_validAction->path(),
+                  [this](const QVariant &value, const Place &where) { return reportDefault(value, where); }},
+                 {QStringLiteral("currentAction"), m_validAction->path(),
                   [this](const QVariant &value, const Place &where) {
                       return isOf(value, QMetaType::QVariantMap) && !readAction(value, where);
                   }},
                  {QStringLiteral("features"), QVariantList(),
-                  [this](const QVariant &value, const Place &where) { return tellFeatures(value, where); }}},
-                {{kind, QStringLiteral("tap")}, {zone, QStringLiteral("whole")}, {defaultAction, m_sound->path()}}, {},
-                [&read](const QVariantMap &tried) { return wordsOf(read(tried)); });
-        if (mended.changed.isEmpty())
+                  [this](const QVariant &value, const Place &where) { return reportFeatures(value, where); }}},
+                {{kind, QStringLiteral("tap")},
+                 {zone, QStringLiteral("whole")},
+                 {defaultAction, m_validAction->path()}},
+                {}, [&read](const QVariantMap &tried) { return wordsOf(read(tried)); });
+        if (repaired.changed.isEmpty())
             refuse(place, words);
-        const auto gesture = read(mended.map);
+        const auto gesture = read(repaired.map);
         if (gesture.isRight())
-            m_subject->entries.append({index, map, place, gesture.right(), mended.changed});
+            m_subject->entries.append({index, map, place, gesture.right(), repaired.changed});
     }
 
     // In the loader's own words, which it says of two gestures as of a whole list.
@@ -430,7 +434,7 @@ private:
                                                   nullptr, GestureService::predefinedZones, {}, &owner));
     }
 
-    void tellNeighbours()
+    void reportNeighbours()
     {
         for (int i = 1; i < m_subject->entries.size(); ++i) {
             const Entry &entry = m_subject->entries.at(i);
@@ -445,18 +449,18 @@ private:
     const FeaturesProvider *const m_features;
     QObject *const m_owner;
     Findings *const m_findings;
-    Action *const m_sound;            // what a sound entry does
+    Action *const m_validAction;      // the action of a valid entry
     QList<Action *> m_known;          // those of "actions", and that one
     QMap<QString, Action *> m_byPath; // of these, once they are read
 };
 
 }
 
-Subject takeApart(const JsonText &text, const QVariant &document, const FeaturesProvider *features, QObject *owner,
-                  Findings *findings)
+Subject readSubject(const JsonText &text, const QVariant &document, const FeaturesProvider *features, QObject *owner,
+                    Findings *findings)
 {
     Subject subject{&text, document.toMap(), {}, {}, {}, {}, {}, {}, {}};
-    Reading(&subject, features, owner, findings).read(document);
+    SubjectReader(&subject, features, owner, findings).read(document);
     return subject;
 }
 

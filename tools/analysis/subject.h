@@ -15,7 +15,7 @@
 namespace analysis {
 
 /// A gesture, and the entry that it comes from. When the library refuses the entry, it is the gesture of what is left
-/// of it with sound values in place of the refused ones.
+/// of it with valid values in place of the refused ones.
 struct Entry
 {
     int index; // among "gestures"
@@ -69,7 +69,7 @@ struct Subject
 /// Reads each entry by itself, so that the faults of all are found, each in the library's own words and at the value
 /// that it refuses. What it refuses is left out, or stands for itself where others name it. The objects belong to
 /// `owner`.
-Subject takeApart(const JsonText &text, const QVariant &document, const vellix::gesture::FeaturesProvider *features,
-                  QObject *owner, Findings *findings);
+Subject readSubject(const JsonText &text, const QVariant &document, const vellix::gesture::FeaturesProvider *features,
+                    QObject *owner, Findings *findings);
 
 }
