@@ -7,10 +7,13 @@
 #include <gesture_api/gestureservice.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <QSet>
 
 #include <memory>
 
@@ -30,6 +33,11 @@ static QString shown(const Findings &findings)
                                   finding.devices.isEmpty() ? QString() : " (" + finding.devices + ")"));
     }
     return lines.join('\n');
+}
+
+static bool isOf(const Finding &finding, const char *rule)
+{
+    return qstrcmp(finding.rule->id, rule) == 0;
 }
 
 static bool loads(const QString &file)
@@ -985,13 +993,13 @@ private Q_SLOTS:
         check.configuration(file);
         const Findings findings = check.findings();
         const auto fault = std::find_if(findings.list().cbegin(), findings.list().cend(), [](const Finding &one) {
-            return one.rule == &rules::notStrict || one.rule == &rules::syntax;
+            return isOf(one, "not-strict") || isOf(one, "syntax");
         });
         QVERIFY(fault != findings.list().cend());
         const Position position = fault->file->positionOf(fault->span.begin);
         const QString consequence = " The application has no gestures then.";
         QString reason = fault->text;
-        if (fault->rule == &rules::syntax) {
+        if (isOf(*fault, "syntax")) {
             QVERIFY2(fault->hint.endsWith(consequence), qPrintable(fault->hint));
             reason = fault->hint.chopped(consequence.size());
         }
@@ -1035,7 +1043,7 @@ private Q_SLOTS:
         check.configuration(file);
         const Findings findings = check.findings();
         const auto refused = std::find_if(findings.list().cbegin(), findings.list().cend(),
-                                          [](const Finding &one) { return one.rule == &rules::refused; });
+                                          [](const Finding &one) { return isOf(one, "refused"); });
         QVERIFY(refused != findings.list().cend());
         QTEST(refused->hint, "hint");
     }
@@ -1077,7 +1085,7 @@ private Q_SLOTS:
             QVector<Findings> all(devices.size());
             for (int i = 0; i < devices.size(); ++i) {
                 if (some.contains(devices.at(i)))
-                    all[i].add(rules::refused, text.place(), "x");
+                    all[i].add("refused", text.place(), "x");
             }
             const Findings one = merged(all, devices);
             return one.list().first().devices;
@@ -1360,8 +1368,37 @@ private Q_SLOTS:
         check.configuration(file);
         const Findings findings = check.findings();
         const auto first = std::find_if(findings.list().cbegin(), findings.list().cend(),
-                                        [](const Finding &one) { return one.rule != &rules::notStrict; });
+                                        [](const Finding &one) { return !isOf(one, "not-strict"); });
         QTEST(toText(*first).replace(file, "FILE"), "expected");
+    }
+
+    // Rules are named by their ids alone: each report names one that there is, and each rule is reported somewhere.
+    void rules()
+    {
+        QStringList ids;
+        QSet<int> numbers;
+        for (const Rule *rule : allRules()) {
+            ids.append(rule->id);
+            numbers.insert(rule->number);
+            QCOMPARE(&ruleOf(rule->id), rule);
+        }
+        QCOMPARE(numbers.size(), ids.size());
+        QCOMPARE(*std::min_element(numbers.cbegin(), numbers.cend()), 1);
+        QCOMPARE(*std::max_element(numbers.cbegin(), numbers.cend()), ids.size());
+
+        const QRegularExpression report("\\badd\\(\\s*\"([^\"]*)\"");
+        QSet<QString> reported;
+        QDirIterator sources(SOURCE_DIR "/tools/analysis", {"*.cpp"}, QDir::Files, QDirIterator::Subdirectories);
+        while (sources.hasNext()) {
+            const QString text = QString::fromUtf8(testing::readFile(sources.next()));
+            auto reports = report.globalMatch(text);
+            while (reports.hasNext())
+                reported.insert(reports.next().captured(1));
+        }
+        QStringList found = reported.values();
+        found.sort();
+        ids.sort();
+        QCOMPARE(found, ids);
     }
 
     // The manual's table is the rules.

@@ -36,13 +36,12 @@ private:
         const JsonText *text;
         QVariant value; // not valid when it is no document
     };
-    using Choices = QMap<QString, QVariant>;
 
     /// `consequence` says what follows when the file cannot be read.
     Document read(const QString &path, const QString &consequence);
     std::optional<Choices> readBindings(const Document &document);
     Findings checkOn(const vellix::gesture::FeaturesProvider &features, const Document &document,
-                     const std::optional<Choices> &choices, const JsonText *bindings) const;
+                     const std::optional<Choices> &choices) const;
 
     QVector<QStringList> m_devices;
     Findings m_findings;

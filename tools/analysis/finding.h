@@ -24,7 +24,8 @@ struct Finding
 class Findings
 {
 public:
-    void add(const Rule &rule, const Place &place, const QString &text, const QString &hint = QString());
+    /// `ruleId` must be the id of a rule. Without a hint of its own the finding has that of its rule.
+    void add(const char *ruleId, const Place &place, const QString &text, const QString &hint = QString());
     const QVector<Finding> &list() const & { return m_list; }
     const QVector<Finding> &list() const && = delete; // it would be gone
     bool hasErrorAt(const Place &place) const;

@@ -89,6 +89,8 @@ public:
 
     const JsonText &text() const { return *m_text; }
     Span span() const { return m_span; }
+    /// Where it begins.
+    Position position() const { return m_text->positionOf(m_span.begin); }
 
 private:
     Place to(const JsonText::Node *node) const;

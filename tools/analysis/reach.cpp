@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 #include <set>
 
@@ -109,6 +110,14 @@ QVector<Mode> modesOf(const QList<Gesture *> &gestures)
     if (isAnyOpen)
         modes.append(std::nullopt);
     return modes;
+}
+
+QVector<Mode> modesOf(const Gesture *gesture, const QVector<Mode> &modes)
+{
+    QVector<Mode> own;
+    std::copy_if(modes.cbegin(), modes.cend(), std::back_inserter(own),
+                 [gesture](const Mode &mode) { return applies(gesture, mode); });
+    return own;
 }
 
 }

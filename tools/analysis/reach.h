@@ -42,4 +42,7 @@ Reach reachOf(const vellix::gesture::Gesture *gesture, const QList<vellix::gestu
 /// The modes that these gestures name, sorted, and the unnamed one last when a gesture applies in every mode.
 QVector<Mode> modesOf(const QList<vellix::gesture::Gesture *> &gestures);
 
+/// Those of the modes in which the lookup considers a gesture.
+QVector<Mode> modesOf(const vellix::gesture::Gesture *gesture, const QVector<Mode> &modes);
+
 }

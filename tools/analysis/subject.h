@@ -10,9 +10,19 @@
 #include <QSet>
 #include <QVariant>
 
+#include <functional>
+#include <optional>
+
 // A gesture configuration entry by entry, as the library reads it on one device.
 
 namespace analysis {
+
+/// An entry of "gestures" that is an object, whether the library accepts it or not.
+struct WrittenEntry
+{
+    QVariantMap map;
+    Place place;
+};
 
 /// A gesture, and the entry that it comes from. When the library refuses the entry, it is the gesture of what is left
 /// of it with valid values in place of the refused ones.
@@ -24,11 +34,11 @@ struct Entry
     vellix::gesture::Gesture *gesture;
     QStringList refused; // members
 
-    /// Whether the library takes what the gesture matches.
+    /// Whether the library accepts what the gesture matches.
     bool hasTouches() const;
-    /// Whether it is this id that the gesture has.
+    /// Whether the gesture has its own id.
     bool hasId() const;
-    /// Whether the library takes what the gesture does.
+    /// Whether the library accepts what the gesture does.
     bool hasActions() const;
 };
 
@@ -46,30 +56,40 @@ struct ActionValue
 
     bool isName() const { return value.userType() == QMetaType::QString; }
     QString path() const;
+    /// Whether it is an object with a path of its own; without one it is refused.
+    bool definesPath() const { return value.toMap().contains(QStringLiteral("path")); }
+};
+
+/// What a bindings file holds.
+struct Choices
+{
+    QVariantMap byGesture;
+    Place place;
 };
 
 struct Subject
 {
     const JsonText *text;
     QVariantMap root;
-    QMap<QString, QRectF> zones;                     // in force
-    QList<vellix::gesture::Action *> actions;        // those of "actions"
-    QList<vellix::gesture::Action *> refusedActions; // that stand for themselves among those
-    QSet<QString> definedPaths;                      // of those
-    QMap<QString, QList<vellix::gesture::Action *>> groups;
-    QVector<Entry> entries;            // those that are objects
-    QVector<ActionValue> actionValues; // in the order of the sections
+    QVector<WrittenEntry> writtenEntries = {};
+    QMap<QString, QRectF> zones = {};                     // in force
+    QList<vellix::gesture::Action *> actions = {};        // those of "actions"
+    QList<vellix::gesture::Action *> refusedActions = {}; // that stand for themselves among those
+    QSet<QString> definedPaths = {};                      // of those
+    QMap<QString, QList<vellix::gesture::Action *>> groups = {};
+    QVector<Entry> entries = {};            // those that are objects
+    QVector<ActionValue> actionValues = {}; // in the order of the sections
+    std::optional<Choices> choices = {};    // null when no bindings are checked
 
     Place place() const { return text->place(); }
     /// What a gesture offers, on whatever device.
     QStringList offeredPaths(const Entry &entry) const;
     bool isDefined(const QString &path) const { return definedPaths.contains(path); }
+    /// The gestures that the lookup knows, in its order.
+    QList<vellix::gesture::Gesture *> matchableGestures() const;
+    QStringList groupNames() const { return root.value(QStringLiteral("actionGroups")).toMap().keys(); }
+    /// Every rectangle of the file, by itself or in a gesture.
+    void forEachRectangle(const std::function<void(const QVariantMap &, const Place &)> &function) const;
 };
-
-/// Reads each entry by itself, so that the faults of all are found, each in the library's own words and at the value
-/// that it refuses. What it refuses is left out, or stands for itself where others name it. The objects belong to
-/// `owner`.
-Subject readSubject(const JsonText &text, const QVariant &document, const vellix::gesture::FeaturesProvider *features,
-                    QObject *owner, Findings *findings);
 
 }

@@ -3,6 +3,7 @@
 #include <vellix/platform/baseutil.h>
 
 #include <QString>
+#include <QStringList>
 
 // How texts of files, of the library and of numbers stand in what a person reads.
 
@@ -18,6 +19,9 @@ QString shownJson(const QString &json);
 
 /// A name as messages write it, in quotes.
 QString quoted(const QString &name);
+
+/// "a, b and c"
+QString listed(const QStringList &texts);
 
 /// A share of 1, in tenths of a percent; never rounded to nothing or to all.
 QString percent(double share);

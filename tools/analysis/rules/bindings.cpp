@@ -1,7 +1,9 @@
-#include "rules_bindings.h"
+#include "families.h"
 
-#include "keys.h"
-#include "refusal.h"
+#include <analysis/hint.h>
+#include <analysis/refusal.h>
+#include <analysis/subject.h>
+#include <analysis/values.h>
 
 #include <algorithm>
 #include <iterator>
@@ -30,20 +32,19 @@ static void reportBinding(const Subject &subject, const Entry &entry, const Acti
     const QString gesture = QStringLiteral("gesture ") + quoted(entry.gesture->id());
     const QString path = action->path();
     if (entry.gesture->supported() && !action->supported())
-        findings->add(rules::unsupportedBinding, place,
+        findings->add("unsupported-binding", place,
                       QStringLiteral("the device does not support the action ") + quoted(path));
     const QStringList offered = subject.offeredPaths(entry);
     if (!offered.isEmpty() && !offered.contains(path))
-        findings->add(rules::notAvailable, place,
-                      gesture + QStringLiteral(" does not offer the action ") + quoted(path));
+        findings->add("not-available", place, gesture + QStringLiteral(" does not offer the action ") + quoted(path));
     // Of a fallback list it depends on the device what repeats it.
-    const bool isList = entry.map.value(QStringLiteral("defaultAction")).userType() == QMetaType::QVariantList;
-    if (entry.hasActions() && !isList && entry.gesture->defaultAction()->path() == path)
-        findings->add(rules::repeatedDefault, place,
+    const bool isFallbacks = isList(entry.map.value(QStringLiteral("defaultAction")));
+    if (entry.hasActions() && !isFallbacks && entry.gesture->defaultAction()->path() == path)
+        findings->add("repeated-default", place,
                       quoted(path) + QStringLiteral(" is what ") + gesture + QStringLiteral(" does by default"));
 }
 
-static void reportUnknown(const Subject &subject, const QString &id, const Place &place, Findings *findings)
+static void reportUnknownGesture(const Subject &subject, const QString &id, const Place &place, Findings *findings)
 {
     QStringList ids;
     for (const Entry &entry : subject.entries) {
@@ -51,9 +52,8 @@ static void reportUnknown(const Subject &subject, const QString &id, const Place
             return;
         ids.append(entry.gesture->id());
     }
-    const QString meant = nearestTo(id, ids);
-    findings->add(rules::unknownGesture, place[id].name(), QStringLiteral("there is no gesture ") + quoted(id),
-                  meant.isEmpty() ? QString() : QStringLiteral("Did you mean '") + meant + QStringLiteral("'?"));
+    findings->add("unknown-gesture", place[id].name(), QStringLiteral("there is no gesture ") + quoted(id),
+                  nearestHint(id, ids));
 }
 
 static void reportChoice(const Subject &subject, const QString &id, const QString &path, const Place &place,
@@ -61,14 +61,14 @@ static void reportChoice(const Subject &subject, const QString &id, const QStrin
 {
     const QVector<Entry> entries = entriesOf(subject, id);
     if (entries.isEmpty()) {
-        reportUnknown(subject, id, place, findings);
+        reportUnknownGesture(subject, id, place, findings);
         return;
     }
     const auto action = std::find_if(subject.actions.crbegin(), subject.actions.crend(),
                                      [&path](const Action *candidate) { return candidate->path() == path; });
     if (action == subject.actions.crend()) {
         QObject owner;
-        findings->add(rules::undefinedBinding, place[id],
+        findings->add("undefined-binding", place[id],
                       wordsOf(Action::fromVariant(path, nullptr, QMap<QString, Action *>(), &owner)));
         return;
     }
@@ -79,18 +79,37 @@ static void reportChoice(const Subject &subject, const QString &id, const QStrin
     // A save writes what a fixed gesture does, too.
     const Gesture *fixed = entries.first().gesture;
     if (std::all_of(entries.cbegin(), entries.cend(), isFixed) && fixed->currentAction()->path() != path)
-        findings->add(rules::hiddenBinding, place[id],
+        findings->add("hidden-binding", place[id],
                       QStringLiteral("gesture ") + quoted(id) + QStringLiteral(" always does ")
                               + quoted(fixed->currentAction()->path()));
 }
 
-void reportBindings(const Subject &subject, const QMap<QString, QVariant> &choices, const Place &place,
-                    Findings *findings)
+static void findBindings(const Subject &subject, Findings *findings)
 {
-    for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
-        if (choice->userType() == QMetaType::QString)
-            reportChoice(subject, choice.key(), choice->toString(), place, findings);
+    if (!subject.choices)
+        return;
+    const QVariantMap &byGesture = subject.choices->byGesture;
+    for (auto choice = byGesture.cbegin(); choice != byGesture.cend(); ++choice) {
+        if (isString(*choice))
+            reportChoice(subject, choice.key(), choice->toString(), subject.choices->place, findings);
     }
+}
+
+Rules bindingRules()
+{
+    const Severity warning = Severity::Warning;
+    return {
+            {8, "undefined-binding", Severity::Error, "A binding names an action that is not defined.",
+             "The library loads no gesture at all with this binding: remove it, or define the action.", findBindings},
+            {37, "unknown-gesture", warning, "A binding is of no gesture.",
+             "It has no effect, and the next save drops it.", findBindings},
+            {38, "unsupported-binding", warning, "The device does not support a bound action.",
+             "The gesture is loaded and its action does nothing.", findBindings},
+            {39, "hidden-binding", warning, "A binding never shows: its gesture has a \"currentAction\".",
+             "Remove the binding, or change the gesture to a \"defaultAction\".", findBindings},
+            {40, "repeated-default", warning, "A binding only repeats the default.",
+             "It hides every later change of the default: remove it.", findBindings},
+    };
 }
 
 }
