@@ -9,7 +9,7 @@
 
 namespace analysis {
 
-/// What the library makes of a value of another type.
+/// How the library converts a value of another type.
 enum class Conversion { None, Text, Texts, Number };
 
 struct Field
@@ -22,7 +22,7 @@ struct Field
     QString excluded = {}; // a needed member that cannot stand beside it
 };
 
-/// In the order in which a person is shown them.
+/// In the order of the hint that lists them.
 using Fields = QVector<Field>;
 
 namespace format {

@@ -4,7 +4,7 @@
 
 namespace analysis {
 
-/// What to write in place of what the library refuses with these words; empty when that is unknown.
+/// A correction for a value that the library refuses with these words; empty when none is known.
 QString hintFor(const QString &words, const Subject &subject);
 
 /// "Did you mean 'NAME'?" with the known name that is nearest; empty when none is near.

@@ -6,8 +6,8 @@
 #include <QRectF>
 #include <QVector>
 
-// Which part of its zone a gesture really gets: the lookup takes the first gesture that matches, so that
-// what stands before it takes touches away.
+// The part of its zone in which a gesture is found. The lookup takes the first gesture that matches, so earlier
+// gestures take touches away.
 
 namespace analysis {
 
@@ -17,7 +17,7 @@ constexpr double sliver = 1e-12;
 /// Where touches of a zone can start: its sides turned to positive ones, cut to the screen. Null when that has no area.
 QRectF onScreen(const QRectF &zone);
 
-/// What an earlier gesture takes from a later one.
+/// The touches that an earlier gesture takes from a later one.
 struct Loss
 {
     const vellix::gesture::Gesture *to;

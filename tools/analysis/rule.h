@@ -2,7 +2,7 @@
 
 #include <QVector>
 
-// What a check looks for. Each rule is an entry of its family's table in rules/, with the function that finds it.
+// The rules of the check. Each is an entry of its family's table in rules/, beside the function that finds it.
 
 namespace analysis {
 
@@ -16,7 +16,7 @@ struct Rule
     /// Reports all that it finds. Rules that stand together in a table may share one, which is called once.
     using Finder = void (*)(const Subject &, Findings *);
 
-    int number; // the order of every list of rules; a new rule takes the next one
+    int number; // its turn in every list of rules; a new rule takes the next number
     const char *id;
     Severity severity;
     const char *meaning;     // one sentence

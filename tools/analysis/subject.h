@@ -36,13 +36,13 @@ struct Entry
 
     /// Whether the library accepts what the gesture matches.
     bool hasTouches() const;
-    /// Whether the gesture has its own id.
+    /// Whether the gesture has the id that the library would give it.
     bool hasId() const;
     /// Whether the library accepts what the gesture does.
     bool hasActions() const;
 };
 
-/// Where an action may stand.
+/// The places in a file where an action can stand.
 enum class Role { Defined, InGroup, Available, Default, Current };
 
 /// A name or a definition of an action, wherever it stands.
@@ -51,8 +51,8 @@ struct ActionValue
     Role role;
     QVariant value; // a path or an object
     Place place;
-    QString group;  // of a group
-    int entry = -1; // of a gesture: its index among "gestures"
+    QString group;  // whose element it is
+    int entry = -1; // the index among "gestures" of the gesture that has it
 
     bool isName() const { return value.userType() == QMetaType::QString; }
     QString path() const;
@@ -60,7 +60,7 @@ struct ActionValue
     bool definesPath() const { return value.toMap().contains(QStringLiteral("path")); }
 };
 
-/// What a bindings file holds.
+/// The bindings of a file.
 struct Choices
 {
     QVariantMap byGesture;
@@ -74,15 +74,15 @@ struct Subject
     QVector<WrittenEntry> writtenEntries = {};
     QMap<QString, QRectF> zones = {};                     // in force
     QList<vellix::gesture::Action *> actions = {};        // those of "actions"
-    QList<vellix::gesture::Action *> refusedActions = {}; // that stand for themselves among those
-    QSet<QString> definedPaths = {};                      // of those
+    QList<vellix::gesture::Action *> refusedActions = {}; // of those: refused, but kept for references to them
+    QSet<QString> definedPaths = {};                      // the paths of "actions"
     QMap<QString, QList<vellix::gesture::Action *>> groups = {};
-    QVector<Entry> entries = {};            // those that are objects
+    QVector<Entry> entries = {};            // of the objects among "gestures"
     QVector<ActionValue> actionValues = {}; // in the order of the sections
     std::optional<Choices> choices = {};    // null when no bindings are checked
 
     Place place() const { return text->place(); }
-    /// What a gesture offers, on whatever device.
+    /// The paths of the actions that a gesture offers, on any device.
     QStringList offeredPaths(const Entry &entry) const;
     bool isDefined(const QString &path) const { return definedPaths.contains(path); }
     /// The gestures that the lookup knows, in its order.

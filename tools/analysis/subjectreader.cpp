@@ -270,7 +270,7 @@ private:
         note("currentAction", Role::Current);
     }
 
-    // Each element by itself; a fallback list as a whole can still be refused.
+    // Reports each element by itself; whether there were faults. A fallback list can still be refused as a whole.
     bool reportElements(const QVariant &value, const Place &place)
     {
         if (isObject(value))

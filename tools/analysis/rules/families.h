@@ -6,7 +6,7 @@
 
 namespace analysis {
 
-/// What the readers report: a file, an entry or a value that the library refuses.
+/// Files, entries and values that the library refuses. The readers report them.
 Rules readingRules();
 /// Keys that the library ignores and values that it converts.
 Rules keyRules();
@@ -15,7 +15,7 @@ Rules zoneRules();
 Rules actionRules();
 /// Which of several gestures the lookup finds.
 Rules lookupRules();
-/// What a gesture does, and the touches that it is for.
+/// The action and the touches of a single gesture.
 Rules gestureRules();
 /// The user's bindings for a configuration.
 Rules bindingRules();
