@@ -30,8 +30,8 @@ static QString reasonOf(const Error &error, const QString &path)
     return words.startsWith(path + QStringLiteral(": ")) ? words.mid(path.size() + 2) : words;
 }
 
-// The library's words, at the place where the strict reader stops: the library's own is mostly behind the fault, or far
-// off.
+// The library's words, at the place where the strict parser stops: the library's own place is mostly after the fault,
+// or far off.
 static void reportSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
                          Findings *findings)
 {
@@ -44,7 +44,7 @@ Check::Document Check::read(const QString &path, const QString &consequence)
 {
     const QString file = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
     m_files.append(file);
-    // It knows what is no file, and does not wait for a pipe.
+    // The loader recognises what is not a regular file, and does not wait for a pipe.
     const auto document = components::VariantLoader::loadJson(file);
     QByteArray bytes;
     QFile opened(file);
@@ -69,8 +69,9 @@ Check::Document Check::read(const QString &path, const QString &consequence)
 }
 
 static const QString noGestures = QStringLiteral("The application has no gestures then.");
-static const QString noChoices = QStringLiteral("The library ignores the file, and gestures do their defaults.");
-static const QString ownPaths = QStringLiteral("The library uses its own paths in place of this file.");
+static const QString noChoices =
+        QStringLiteral("The library ignores the file: gestures perform their default actions.");
+static const QString ownPaths = QStringLiteral("The library uses its built-in paths instead.");
 
 ApplicationPathsConfiguration Check::paths(const QString &path)
 {
@@ -96,7 +97,7 @@ ApplicationPathsConfiguration Check::paths(const QString &path)
     return paths.isRight() ? paths.right() : ApplicationPathsConfiguration::newDefault();
 }
 
-// As the service says it; the loader only gives the number.
+// The service's words for another version; the loader only returns the number.
 static QString wordsOfBindings(const QVariantMap &root)
 {
     const auto read = ActionBindings::fromVariant(root);
@@ -130,7 +131,7 @@ static bool reportChoices(const QVariant &value, const Place &place, const Repor
     return any;
 }
 
-// What the loader says of the version alone; null when it accepts it, or when there is none.
+// The loader's words about the version alone; null when it accepts the version, or when there is none.
 static QString wordsOfVersion(const QVariantMap &root)
 {
     if (!root.contains(versionKey))
@@ -184,7 +185,7 @@ Findings Check::checkOn(const FeaturesProvider &features, const Document &docume
     subject.choices = choices;
     const auto whole =
             Configuration::fromVariant(document.value, &features, GestureService::predefinedZones, {}, &owner);
-    // Whatever the entries did not show.
+    // A fault that no entry showed.
     if (whole.isLeft() && found.count(Severity::Error) == 0)
         found.add("refused", document.text->place(), wordsOf(whole));
     findAll(subject, !m_devices.isEmpty(), &found);

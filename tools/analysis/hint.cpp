@@ -17,7 +17,7 @@ QString nearestHint(const QString &name, const QStringList &known)
     return meant.isEmpty() ? QString() : QStringLiteral("Did you mean ") + quoted(meant) + QLatin1Char('?');
 }
 
-// What a message calls a zone, an action, an action group or a feature: the names of all of them.
+// The names of all zones, actions, action groups or features; `kind` is what the library's words call them.
 static QStringList knownNames(const QString &kind, const Subject &subject)
 {
     if (kind == QLatin1String("zone"))
@@ -33,10 +33,10 @@ static QStringList knownNames(const QString &kind, const Subject &subject)
 //
 //   {"actions": [{"path": "page/next", "title": "Next"}],
 //    "actionGroups": {"reading": ["page/next"]},
-//    "gestures": [{"kind": "tap", "zone": "rigth", "defaultAction": "reading"}]}
+//    "gestures": [{"kind": "tap", "zone": "Right", "defaultAction": "reading"}]}
 //
-// 1. At "rigth" the words are "zone 'rigth' not defined": a zone of the name `rigth` is unknown. The nearest of the
-//    zones in force is `right`, two letters away. The hint is "Did you mean 'right'?"
+// 1. At "Right" the words are "zone 'Right' not defined". The nearest of the zones in force is `right`, which only
+//    differs in case (as many as two letters may differ). The hint is "Did you mean 'right'?"
 // 2. At "reading" the words are "action 'reading' not defined". A group has this name, so the name is right but stands
 //    in the wrong place. The hint says where a group can be named.
 // 3. Were the kind "tip", the words would be "kind can be only ...", and the hint would list the kinds.
@@ -46,14 +46,14 @@ QString hintFor(const QString &words, const Subject &subject)
     static const QRegularExpression undefined(
             QStringLiteral("^(zone|action group|action) '(.*)' not defined$|^unknown (feature): `(.*)`$"));
     if (words.startsWith(QLatin1String("kind can be only")))
-        return QStringLiteral("It is one of tap, hold, swipe and drag.");
+        return QStringLiteral("Use tap, hold, swipe or drag.");
     const auto match = undefined.match(words);
     if (!match.hasMatch())
         return {};
     const QString kind = match.captured(1) + match.captured(3);
     const QString name = match.captured(2) + match.captured(4);
     if (kind == QLatin1String("action") && subject.groupNames().contains(name))
-        return QStringLiteral("It is a group: only \"availableActions\" names one, and not in a list.");
+        return QStringLiteral("This is a group. Only \"availableActions\" can name a group, and not in a list.");
     return nearestHint(name, knownNames(kind, subject));
 }
 

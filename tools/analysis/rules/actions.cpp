@@ -16,7 +16,7 @@ static void findDuplicateActions(const Subject &subject, Findings *findings)
         const auto known = lines.constFind(value.path());
         if (known != lines.constEnd())
             findings->add("duplicate-action", value.place[QStringLiteral("path")],
-                          QStringLiteral("action %1 was defined before, in line %2: that one is lost")
+                          QStringLiteral("action %1 was defined before, in line %2: that definition is ignored")
                                   .arg(quoted(value.path()), QString::number(*known)));
         lines.insert(value.path(), value.place.position().line);
     }
@@ -32,7 +32,7 @@ static void findUnusedActions(const Subject &subject, Findings *findings)
     for (const ActionValue &value : subject.actionValues) {
         if (value.role == Role::Defined && value.definesPath() && !used.contains(value.path()))
             findings->add("unused-action", value.place[QStringLiteral("path")],
-                          QStringLiteral("no gesture or group names the action ") + quoted(value.path()));
+                          QStringLiteral("action %1 is not used by any gesture or group").arg(quoted(value.path())));
     }
 }
 
@@ -54,7 +54,7 @@ static void findUnusedGroups(const Subject &subject, Findings *findings)
     for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
         if (!used.contains(group.key()))
             findings->add("unused-group", subject.place()[QStringLiteral("actionGroups")][group.key()].name(),
-                          QStringLiteral("no gesture offers the group ") + quoted(group.key()));
+                          QStringLiteral("group %1 is not used by any gesture").arg(quoted(group.key())));
     }
 }
 
@@ -78,11 +78,10 @@ static void findShortTitles(const Subject &subject, Findings *findings)
         const int segments = value.path().split(QLatin1Char('/')).size();
         if (!titles.isValid() || !value.definesPath() || count >= segments)
             continue;
-        findings->add(
-                "short-titles", value.place[isMany ? QStringLiteral("titles") : QStringLiteral("title")],
-                QStringLiteral("the path %1 has %2 segments, and there %3")
-                        .arg(quoted(value.path()), QString::number(segments),
-                             count == 1 ? QStringLiteral("is one title") : QStringLiteral("are %1 titles").arg(count)));
+        findings->add("short-titles", value.place[isMany ? QStringLiteral("titles") : QStringLiteral("title")],
+                      QStringLiteral("the path %1 has %2 segments but only %3")
+                              .arg(quoted(value.path()), QString::number(segments),
+                                   count == 1 ? QStringLiteral("one title") : QStringLiteral("%1 titles").arg(count)));
     }
 }
 
@@ -95,7 +94,7 @@ static void findUnsaveableActions(const Subject &subject, Findings *findings)
         if (!isChoosable || !value.definesPath() || subject.isDefined(value.path()))
             continue;
         findings->add("unsaveable-action", value.place,
-                      QStringLiteral("once %1 is saved, the next load is refused: action %1 not defined")
+                      QStringLiteral("after %1 is saved, the next load fails: action %1 not defined")
                               .arg(quoted(value.path())));
     }
 }
@@ -104,18 +103,18 @@ Rules actionRules()
 {
     const Severity warning = Severity::Warning;
     return {
-            {24, "duplicate-action", warning, "Two actions have the same path.", "References find the last of them.",
-             findDuplicateActions},
-            {22, "unused-action", warning, "No gesture or group uses an action.", "Drop it, or offer it.",
+            {24, "duplicate-action", warning, "Two actions have the same path.",
+             "Remove one of them. References find the last one.", findDuplicateActions},
+            {22, "unused-action", warning, "No gesture or group uses an action.", "Use the action, or remove it.",
              findUnusedActions},
-            {23, "unused-group", warning, "No gesture uses a group.", "Drop it, or use it.", findUnusedGroups},
+            {23, "unused-group", warning, "No gesture uses a group.", "Use the group, or remove it.", findUnusedGroups},
             {25, "short-titles", warning, "An action has fewer titles than its path has segments.",
-             "The menu shows a title for each segment, from the outermost to the action's own.", findShortTitles},
+             "Write a title for each segment, from the outermost menu to the action itself.", findShortTitles},
             {26, "deep-path", warning, "The path of an action has more than 64 segments.",
-             "Each segment but the last is a menu within the one before: nobody walks so many.", findDeepPaths},
+             "Shorten the path. Each segment but the last is a menu within the one before.", findDeepPaths},
             {9, "unsaveable-action", Severity::Error, "An action that a user can choose is not among \"actions\".",
-             "A save writes the current action of every gesture, and an application whose saved action is not defined "
-             "has no gestures at all: define it in \"actions\" and name its path here.",
+             "Define it in \"actions\" and name its path here. A save writes the current action of every gesture, and "
+             "if a saved action is not defined, the application has no gestures.",
              findUnsaveableActions},
     };
 }

@@ -37,22 +37,22 @@ static void reportBinding(const Subject &subject, const Entry &entry, const Acti
     const QStringList offered = subject.offeredPaths(entry);
     if (!offered.isEmpty() && !offered.contains(path))
         findings->add("not-available", place, gesture + QStringLiteral(" does not offer the action ") + quoted(path));
-    // Of a fallback list it depends on the device what repeats it.
+    // The default of a fallback list depends on the device.
     const bool isFallbacks = isList(entry.map.value(QStringLiteral("defaultAction")));
     if (entry.hasActions() && !isFallbacks && entry.gesture->defaultAction()->path() == path)
         findings->add("repeated-default", place,
-                      quoted(path) + QStringLiteral(" is what ") + gesture + QStringLiteral(" does by default"));
+                      quoted(path) + QStringLiteral(" is already the default of ") + gesture);
 }
 
 static void reportUnknownGesture(const Subject &subject, const QString &id, const Place &place, Findings *findings)
 {
     QStringList ids;
     for (const Entry &entry : subject.entries) {
-        if (!entry.hasId()) // it may be this one
+        if (!entry.hasId()) // this gesture may be the one
             return;
         ids.append(entry.gesture->id());
     }
-    findings->add("unknown-gesture", place[id].name(), QStringLiteral("there is no gesture ") + quoted(id),
+    findings->add("unknown-gesture", place[id].name(), QStringLiteral("unknown gesture ") + quoted(id),
                   nearestHint(id, ids));
 }
 
@@ -80,7 +80,7 @@ static void reportChoice(const Subject &subject, const QString &id, const QStrin
     const Gesture *fixed = entries.first().gesture;
     if (std::all_of(entries.cbegin(), entries.cend(), isFixed) && fixed->currentAction()->path() != path)
         findings->add("hidden-binding", place[id],
-                      QStringLiteral("gesture ") + quoted(id) + QStringLiteral(" always does ")
+                      QStringLiteral("gesture ") + quoted(id) + QStringLiteral(" always performs ")
                               + quoted(fixed->currentAction()->path()));
 }
 
@@ -100,15 +100,16 @@ Rules bindingRules()
     const Severity warning = Severity::Warning;
     return {
             {8, "undefined-binding", Severity::Error, "A binding names an action that is not defined.",
-             "The library loads no gesture at all with this binding: remove it, or define the action.", findBindings},
-            {37, "unknown-gesture", warning, "A binding is of no gesture.",
-             "It has no effect, and the next save drops it.", findBindings},
+             "Remove the binding, or define the action. With this binding the library loads no gestures.",
+             findBindings},
+            {37, "unknown-gesture", warning, "A binding refers to an unknown gesture.",
+             "Remove the binding. It has no effect, and the next save drops it.", findBindings},
             {38, "unsupported-binding", warning, "The device does not support a bound action.",
-             "The gesture is loaded and its action does nothing.", findBindings},
-            {39, "hidden-binding", warning, "A binding never shows: its gesture has a \"currentAction\".",
+             "Bind another action. The gesture is loaded, but this action does nothing.", findBindings},
+            {39, "hidden-binding", warning, "A binding has no effect: its gesture has a \"currentAction\".",
              "Remove the binding, or change the gesture to a \"defaultAction\".", findBindings},
             {40, "repeated-default", warning, "A binding only repeats the default.",
-             "It hides every later change of the default: remove it.", findBindings},
+             "Remove the binding. It hides every later change of the default.", findBindings},
     };
 }
 

@@ -14,7 +14,7 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-// Whether every device supports an alternative; not known of one that is refused.
+// Whether every device supports an alternative; null, which is unknown, for a refused one.
 static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVariant &alternative)
 {
     if (isObject(alternative))
@@ -80,7 +80,7 @@ static void findFixedActions(const Subject &subject, Findings *findings)
     for (const Entry &entry : subject.entries) {
         if (entry.hasId() && entry.map.contains(QStringLiteral("currentAction")))
             findings->add("fixed-action", entry.place[QStringLiteral("currentAction")].name(),
-                          QStringLiteral("gesture %1 always does this: what a user chooses never shows")
+                          QStringLiteral("gesture %1 always performs this action: a user's choice has no effect")
                                   .arg(quoted(entry.gesture->id())));
     }
 }
@@ -94,7 +94,7 @@ static void findDirectedTaps(const Subject &subject, Findings *findings)
         if ((kind != Gesture::Tap && kind != Gesture::Hold) || entry.gesture->direction() == Gesture::NoDirection)
             continue;
         findings->add("directed-tap", entry.place[QStringLiteral("direction")],
-                      QStringLiteral("a %1 goes in no direction: gesture %2 never fires")
+                      QStringLiteral("a %1 has no direction: gesture %2 never fires")
                               .arg(Gesture::kindToVariant(kind).toString(), quoted(entry.gesture->id())));
     }
 }
@@ -104,17 +104,17 @@ static void findUndirectedSwipes(const Subject &subject, Findings *findings)
     for (const Entry &entry : subject.entries) {
         const bool isUndirected = entry.gesture->direction() == Gesture::NoDirection;
         if (entry.hasTouches() && entry.gesture->kind() == Gesture::Swipe && isUndirected)
-            findings->add("undirected-swipe",
-                          entry.place[entry.map.contains(QStringLiteral("direction")) ? QStringLiteral("direction")
-                                                                                      : QStringLiteral("kind")],
-                          QStringLiteral("a swipe goes in a direction: gesture %1 has none")
-                                  .arg(quoted(entry.gesture->id())));
+            findings->add(
+                    "undirected-swipe",
+                    entry.place[entry.map.contains(QStringLiteral("direction")) ? QStringLiteral("direction")
+                                                                                : QStringLiteral("kind")],
+                    QStringLiteral("a swipe needs a direction: gesture %1 has none").arg(quoted(entry.gesture->id())));
     }
 }
 
 static void findModesCase(const Subject &subject, Findings *findings)
 {
-    QMap<QString, QPair<QString, int>> known; // by what they have in common: the first spelling, and its line
+    QMap<QString, QPair<QString, int>> known; // by the case-folded mode: the first spelling, and its line
     QSet<QString> reported;
     for (const WrittenEntry &entry : subject.writtenEntries) {
         const QVariantList modes = entry.map.value(QStringLiteral("modes")).toList();
@@ -127,7 +127,7 @@ static void findModesCase(const Subject &subject, Findings *findings)
             } else if (first->first != mode && !reported.contains(mode)) {
                 reported.insert(mode);
                 findings->add("modes-case", place,
-                              QStringLiteral("mode %1 is not %2 of line %3: they differ in case")
+                              QStringLiteral("mode %1 and mode %2 of line %3 differ only in case")
                                       .arg(quoted(mode), quoted(first->first), QString::number(first->second)));
             }
         }
@@ -154,7 +154,7 @@ static void findNoAction(const Subject &subject, Findings *findings)
     }
 }
 
-// What loses touches to a gesture that the device does not support, for each such one.
+// The gestures that lose touches to one that the device does not support, by that one.
 static QHash<const Gesture *, QStringList> victimsOf(const Subject &subject)
 {
     const QList<Gesture *> gestures = subject.matchableGestures();
@@ -192,28 +192,34 @@ Rules gestureRules()
     const Severity warning = Severity::Warning;
     return {
             {27, "fallback-end", warning, "A fallback list has no action that every device supports.",
-             "A device that supports none of them loads nothing of the file: end the list with an action without "
-             "features.",
+             "End the list with an action without features. On a device that supports none of them the library rejects "
+             "the whole file.",
              findFallbacks},
             {28, "undefined-fallback", warning, "A fallback list names an action that is not defined.",
-             "A device that supports no earlier alternative loads nothing of the file.", findFallbacks},
-            {29, "unreachable-fallback", warning, "An alternative stands behind one that always works.",
-             "The first supported action is taken: move it forward, or drop it.", findFallbacks},
-            {30, "not-available", warning, "An action that a gesture does is not among those that it offers.",
-             "The menu cannot show it, and who chooses another cannot return to it: offer it, too.", findNotAvailable},
-            {31, "fixed-action", warning, "\"currentAction\" hides what a user chooses.",
-             "Use \"defaultAction\", unless the gesture is to be fixed.", findFixedActions},
+             "Define the action, or remove its name. On a device that supports no earlier alternative the library "
+             "rejects the whole file.",
+             findFallbacks},
+            {29, "unreachable-fallback", warning, "An alternative follows one that every device supports.",
+             "Move it forward, or remove it. The first supported action is used.", findFallbacks},
+            {30, "not-available", warning, "A gesture performs an action that it does not offer.",
+             "The menu cannot show it, so a user who picks another action cannot go back. Add it to "
+             "\"availableActions\".",
+             findNotAvailable},
+            {31, "fixed-action", warning, "\"currentAction\" hides the user's choice.",
+             "Use \"defaultAction\", unless the gesture is meant to be fixed.", findFixedActions},
             {32, "directed-tap", warning, "A tap or hold has a direction.",
-             "Only swipes and drags have one: drop the direction.", findDirectedTaps},
+             "Remove the direction. Only swipes and drags have one.", findDirectedTaps},
             {33, "undirected-swipe", warning, "A swipe has no direction.",
-             "It matches no movement but an exact diagonal: set its direction, once for each.", findUndirectedSwipes},
-            {34, "modes-case", warning, "Modes differ only in case.", "The lookup tells them apart.", findModesCase},
+             "Set a direction, and write one gesture for each. Without a direction it only matches an exact diagonal.",
+             findUndirectedSwipes},
+            {34, "modes-case", warning, "Two modes differ only in case.",
+             "Spell them alike. The lookup distinguishes case.", findModesCase},
             {35, "no-action", warning, "A gesture has no action that the device supports.",
-             "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's own.",
-             findNoAction, true},
+             "Use a fallback list as \"defaultAction\", or add the features to those of the gesture.", findNoAction,
+             true},
             {36, "dead-touches", warning, "A gesture that the device does not support takes touches from others.",
-             "The lookup finds it all the same: in place of its \"features\", end its \"defaultAction\" list with what "
-             "the others do.",
+             "Remove its \"features\", and end its \"defaultAction\" list with the action of the others. The lookup "
+             "also finds unsupported gestures.",
              findDeadTouches, true},
     };
 }

@@ -20,7 +20,7 @@ static void reportDuplicateKeysIn(const JsonText &text, const JsonText::Node &no
         if (child.nameSpan.end > 0) {
             if (known.contains(child.name))
                 findings->add("duplicate-key", Place(&text, &child, child.nameSpan),
-                              quoted(child.name) + QStringLiteral(" was set before: that value is lost"));
+                              quoted(child.name) + QStringLiteral(" was set before: the earlier value is ignored"));
             known.insert(child.name);
         }
         reportDuplicateKeysIn(text, child, findings);
@@ -39,8 +39,8 @@ void reportUnknownKeys(const QVariantMap &object, const Place &place, const Fiel
             continue;
         const QStringList known = namesOf(fields);
         const QString nearest = nearestHint(member.key(), known);
-        findings->add("unknown-key", place[member.key()].name(), QStringLiteral("nobody reads ") + quoted(member.key()),
-                      nearest.isEmpty() ? QStringLiteral("Known here: ") + known.join(QStringLiteral(", ")) : nearest);
+        findings->add("unknown-key", place[member.key()].name(), QStringLiteral("unknown key ") + quoted(member.key()),
+                      nearest.isEmpty() ? QStringLiteral("Known keys: ") + known.join(QStringLiteral(", ")) : nearest);
     }
 }
 
@@ -112,10 +112,12 @@ Rules keyRules()
     const Severity warning = Severity::Warning;
     return {
             // In every file, as soon as its text is read.
-            {11, "duplicate-key", warning, "An object has two members of one name.", "Only the last of them counts."},
-            {12, "unknown-key", warning, "Nobody reads a key.", "The library ignores it.", findUnknownKeys},
-            {13, "converted-value", warning, "A value of another type is converted.", "Write what is meant.",
-             findConvertedValues},
+            {11, "duplicate-key", warning, "An object has the same key twice.",
+             "Remove one of them. Only the last one counts."},
+            {12, "unknown-key", warning, "A key is unknown.", "Correct or remove it. The library ignores it.",
+             findUnknownKeys},
+            {13, "converted-value", warning, "A value of another type is converted.",
+             "Write the value in the expected type.", findConvertedValues},
     };
 }
 

@@ -11,14 +11,14 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-// Where an entry says which touches are its own.
+// The place where an entry says which touches are its own.
 static Place placeOfZone(const Entry &entry)
 {
     return entry
             .place[entry.map.contains(QStringLiteral("zone")) ? QStringLiteral("zone") : QStringLiteral("direction")];
 }
 
-// Where something is, said at another place: the line says nothing in a file that is all one line.
+// A position as seen from another one: on the same line, only the column helps.
 static QString placeText(const Position &position, const Position &from)
 {
     if (position.line != from.line)
@@ -27,7 +27,7 @@ static QString placeText(const Position &position, const Position &from)
 }
 
 namespace {
-/// What a gesture loses to the same others in some modes.
+/// The losses of a gesture to the same others in some modes.
 struct Loser
 {
     Reach reach;
@@ -63,7 +63,7 @@ static QString takenText(const Loser &loser, const QString &modes)
             + QStringLiteral(" 100 % of its zone") + modes;
 }
 
-// One for all modes in which the same gestures take the same.
+// One entry for all modes in which the same gestures take the same parts.
 static QVector<Loser> losersOf(const Entry &entry, const QVector<Mode> &modes, const QList<Gesture *> &gestures,
                                const QHash<const Gesture *, Position> &places)
 {
@@ -143,11 +143,12 @@ Rules lookupRules()
     const Severity warning = Severity::Warning;
     return {
             {14, "shadowed", warning, "A gesture can never fire.",
-             "The first gesture that matches wins: move this one before the other, or drop one of them.", findShadowed},
-            {15, "partly-shadowed", warning, "A part of a gesture's zone can never fire it.",
-             "The first gesture that matches wins. If that is meant, --ignore partly-shadowed.", findShadowed},
+             "Move this gesture before the other, or remove one of them. The first gesture that matches wins.",
+             findShadowed},
+            {15, "partly-shadowed", warning, "A gesture never gets the touches of a part of its zone.",
+             "The first gesture that matches wins. If this is intended, use --ignore partly-shadowed.", findShadowed},
             {16, "duplicate-id", warning, "Two gestures have the same id.",
-             "A user's choice for one of them is the other's, too.", findDuplicateIds},
+             "Give one of them another id. A user's choice applies to both.", findDuplicateIds},
     };
 }
 

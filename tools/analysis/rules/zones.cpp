@@ -18,7 +18,7 @@ static void findOverriddenZones(const Subject &subject, Findings *findings)
         if (GestureService::predefinedZones.contains(zone.key()))
             findings->add("overridden-zone", subject.place()[QStringLiteral("zones")][zone.key()].name(),
                           QStringLiteral("the predefined zone ") + quoted(zone.key())
-                                  + QStringLiteral(" is used in place of this one"));
+                                  + QStringLiteral(" is used instead of this one"));
     }
 }
 
@@ -27,8 +27,8 @@ static void reportOddZone(const QRectF &zone, const Place &place, Findings *find
     // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
     const double rounding = 1e-9;
     const QRectF normal = zone.normalized();
-    if (!(normal.width() > sliver) || !(normal.height() > sliver)) { // or no number
-        findings->add("zone-empty", place, QStringLiteral("the zone has no area: no touch is in it"));
+    if (!(normal.width() > sliver) || !(normal.height() > sliver)) { // also when one is NaN
+        findings->add("zone-empty", place, QStringLiteral("the zone has no area: no touch can hit it"));
         return;
     }
     if (zone.width() < 0 || zone.height() < 0)
@@ -63,7 +63,7 @@ static void findUnusedZones(const Subject &subject, Findings *findings)
     for (auto zone = zones.cbegin(); zone != zones.cend(); ++zone) {
         if (!used.contains(zone.key()))
             findings->add("unused-zone", subject.place()[QStringLiteral("zones")][zone.key()].name(),
-                          QStringLiteral("no gesture is in the zone ") + quoted(zone.key()));
+                          QStringLiteral("zone %1 is not used by any gesture").arg(quoted(zone.key())));
     }
 }
 
@@ -71,15 +71,16 @@ Rules zoneRules()
 {
     const Severity warning = Severity::Warning;
     return {
-            {17, "overridden-zone", warning, "A zone has the name of a predefined one, which wins.",
-             "Give it another name.", findOverriddenZones},
-            {18, "zone-outside", warning, "A zone is outside the screen.",
-             "Touches are between 0 and 1, x to the right and y down.", findOddZones},
-            {19, "zone-empty", warning, "A zone without width or height contains nothing.",
-             "\"w\" and \"h\" are its width and height.", findOddZones},
+            {17, "overridden-zone", warning, "A zone has the name of a predefined zone.",
+             "Give it another name. The predefined zone wins.", findOverriddenZones},
+            {18, "zone-outside", warning, "A zone is outside the screen or reaches beyond it.",
+             "Use coordinates from 0 to 1, x to the right and y down.", findOddZones},
+            {19, "zone-empty", warning, "A zone has no width or no height.",
+             "Set its width \"w\" and its height \"h\".", findOddZones},
             {20, "zone-negative", warning, "A zone has a negative side.",
-             "It is turned to the other side: write the top left corner and positive sides.", findOddZones},
-            {21, "unused-zone", warning, "No gesture uses a zone.", "Drop it, or use it.", findUnusedZones},
+             "Write the top left corner and positive sides. A negative side extends to the left or upwards.",
+             findOddZones},
+            {21, "unused-zone", warning, "No gesture uses a zone.", "Use the zone, or remove it.", findUnusedZones},
     };
 }
 
