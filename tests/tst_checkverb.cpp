@@ -102,8 +102,8 @@ private Q_SLOTS:
                            " takes 100 % of its zone [shadowed]\n"
                            "            {\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}\n"
                            "                                    ^~~~~~\n"
-                           "    hint: The first gesture that matches wins: move this one before the other, or drop one "
-                           "of them.\n"
+                           "    hint: Move this gesture before the other, or remove one of them. The first gesture "
+                           "that matches wins.\n"
                            "\n"
                            "0 errors and 1 warning in 1 file\n");
         testing::writeFile(file, sound);
@@ -131,8 +131,7 @@ private Q_SLOTS:
                 {"rule", "no-action"},
                 {"text", "gesture 'lamp' has no action: 'light' needs frontlight"},
                 {"devices", "without frontlight"},
-                {"hint",
-                 "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's own."}};
+                {"hint", "Use a fallback list as \"defaultAction\", or add the features to those of the gesture."}};
         const QJsonObject expected{
                 {"files", QJsonArray{file}}, {"errors", 0}, {"warnings", 1}, {"findings", QJsonArray{finding}}};
         QCOMPARE(report, expected);
@@ -186,7 +185,8 @@ private Q_SLOTS:
         QCOMPARE(ids.at(result.value("ruleIndex").toInt()), QString("refused"));
         QCOMPARE(result.value("level").toString(), QString("error"));
         QCOMPARE(result.value("message").toObject().value("text").toString(),
-                 QString("'gestures' field must be 'list'\nOne such place and nothing of the whole file is loaded."));
+                 QString("'gestures' field must be 'list'\nA single error of this kind makes the library reject the "
+                         "whole file."));
         const QJsonObject place =
                 result.value("locations").toArray().first().toObject().value("physicalLocation").toObject();
         QCOMPARE(QUrl(place.value("artifactLocation").toObject().value("uri").toString()).toLocalFile(), file);
@@ -206,8 +206,7 @@ private Q_SLOTS:
         QCOMPARE(results.at(0).toObject().value("level").toString(), QString("warning"));
         QCOMPARE(results.at(1).toObject().value("message").toObject().value("text").toString(),
                  QString("gesture 'lamp' has no action: 'light' needs frontlight (without frontlight)\n"
-                         "Use a \"defaultAction\" with a fallback list, or name the features among the gesture's "
-                         "own."));
+                         "Use a fallback list as \"defaultAction\", or add the features to those of the gesture."));
     }
 
     // The user's own bindings belong to an application, others are named.
@@ -218,7 +217,7 @@ private Q_SLOTS:
         const QString other = m_tree->root() + "/other.json";
         testing::writeFile(other, R"({"version": 1, "actions": {"nobody": "a"}})");
         const QString gone = m_tree->userFile("app") + ":1:50: error: action 'gone' not defined [undefined-binding]";
-        const QString nobody = other + ":1:28: warning: there is no gesture 'nobody' [unknown-gesture]";
+        const QString nobody = other + ":1:28: warning: unknown gesture 'nobody' [unknown-gesture]";
 
         for (const char *own : {"--app app", "--all-apps"}) {
             const Run run = check(own);

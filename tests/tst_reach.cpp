@@ -1,6 +1,10 @@
 #include "testing.h"
 
+#include <analysis/lookup.h>
 #include <analysis/reach.h>
+
+#include <gesture_api/configuration.h>
+#include <gesture_api/gestureservice.h>
 
 #include <QRandomGenerator>
 
@@ -9,7 +13,7 @@
 #include <vector>
 
 using namespace analysis;
-using vellix::gesture::Gesture;
+using namespace vellix::gesture;
 
 namespace {
 struct Entry
@@ -43,6 +47,57 @@ static QString lossesOf(const QList<Entry> &entries, const Mode &mode)
     for (const Loss &loss : reach.losses)
         texts.append(loss.to->id() + QStringLiteral(" ") + QString::number(loss.share, 'g', 6));
     return texts.join(", ") + (reach.none ? " none" : "");
+}
+
+// Zones with common edges and outside the screen, without area and with negative sides; gestures of no, one and two
+// modes, a part of them not supported.
+static QList<Gesture *> randomGestures(QRandomGenerator *random, QObject *owner)
+{
+    const auto edge = [&] { return (int(random->bounded(13)) - 2) / 8.0; };
+    auto *const lacking = new Feature(
+            "lacking", [] { return false; }, owner);
+    QList<Gesture *> gestures;
+    for (int i = 0; i < 24; ++i) {
+        QStringList modes;
+        for (const char *mode : {"a", "b"}) {
+            if (random->bounded(3) == 0)
+                modes << mode;
+        }
+        const double x = edge();
+        const double y = edge();
+        gestures.append(new Gesture(QString::number(i), modes, Gesture::Kind(random->bounded(4)),
+                                    QRectF(x, y, edge() - x, edge() - y), Gesture::Direction(random->bounded(5)), {},
+                                    nullptr, nullptr,
+                                    random->bounded(4) ? QList<Feature *>() : QList<Feature *>{lacking}, owner));
+    }
+    return gestures;
+}
+
+static QList<Gesture *> sampleGestures(const char *application, const FeaturesProvider *features, QObject *owner)
+{
+    const auto loaded = Configuration::loadJson(
+            QStringLiteral(SOURCE_DIR "/examples/data/vellix/config/gestures/apps/default/%1/cfg.json")
+                    .arg(application),
+            features, GestureService::predefinedZones, {}, owner);
+    return loaded.isRight() ? loaded.right() : QList<Gesture *>();
+}
+
+// Modes that are named, and the one that is not; corners and edges of zones as often as what lies between.
+static Touch randomTouch(QRandomGenerator *random, const QList<Gesture *> &gestures)
+{
+    const Gesture *like = gestures.at(random->bounded(gestures.size()));
+    QVector<Mode> modes{Mode("a"), Mode(QString()), std::nullopt};
+    for (const QString &mode : like->modes())
+        modes.append(mode);
+    const auto coordinate = [&](double from, double to) {
+        const double coordinates[] = {from, to, (from + to) / 2, random->bounded(1.0)};
+        return coordinates[random->bounded(4)];
+    };
+    const QRectF zone = like->zone();
+    return {modes.at(random->bounded(modes.size())),
+            random->bounded(3) ? like->kind() : Gesture::Kind(random->bounded(4)),
+            random->bounded(3) ? like->direction() : Gesture::Direction(random->bounded(5)),
+            QPointF(coordinate(zone.left(), zone.right()), coordinate(zone.top(), zone.bottom()))};
 }
 
 class tst_Reach : public QObject
@@ -133,6 +188,58 @@ private Q_SLOTS:
                  (QVector<Mode>{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
         QCOMPARE(modesOf(made({{{}, whole}, {{"a"}, whole}}, &owner)), (QVector<Mode>{QStringLiteral("a"), {}}));
         QCOMPARE(modesOf({}), QVector<Mode>());
+    }
+
+    void lookup_data()
+    {
+        QTest::addColumn<QString>("application"); // empty for random gestures
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 0; seed < 40; ++seed)
+            QTest::addRow("random %u", seed) << QString() << seed;
+        QTest::addRow("reader") << "reader" << 1U;
+        QTest::addRow("notes") << "notes" << 2U;
+    }
+
+    // The first gesture that fails no test is the one that the library finds.
+    void lookup()
+    {
+        QFETCH(QString, application);
+        QFETCH(quint32, seed);
+        QRandomGenerator random(seed);
+        QObject owner;
+        const DefaultFeaturesProvider features;
+        const QList<Gesture *> gestures = application.isEmpty()
+                ? randomGestures(&random, &owner)
+                : sampleGestures(qPrintable(application), &features, &owner);
+        QVERIFY(!gestures.isEmpty());
+        const GestureService service(ApplicationPaths("app", {}, {}), &features, true,
+                                     GestureService::GestureList([&gestures] { return gestures; }), false);
+
+        int found = 0;
+        QMap<std::optional<Test>, int> failed;
+        for (int i = 0; i < 1000; ++i) {
+            const Touch touch = randomTouch(&random, gestures);
+            const auto first = std::find_if(gestures.cbegin(), gestures.cend(),
+                                            [&](const Gesture *gesture) { return !firstFailed(gesture, touch); });
+            const Gesture *expected =
+                    service.findGesture(touch.mode.value_or("unnamed"), touch.kind, touch.direction, *touch.position);
+            QCOMPARE(first == gestures.cend() ? -1 : int(first - gestures.cbegin()),
+                     expected ? service.gestureList().indexOf(const_cast<Gesture *>(expected)) : -1);
+            found += expected ? 1 : 0;
+            for (const Gesture *gesture : gestures)
+                ++failed[firstFailed(gesture, touch)];
+        }
+        QVERIFY2(found > 100 && found < 900, qPrintable(QString::number(found)));
+        if (application.isEmpty())
+            QCOMPARE(failed.size(), 5); // each test, and none
+    }
+
+    void namesOfTests()
+    {
+        QCOMPARE(nameOf(Test::Modes), QString("mode"));
+        QCOMPARE(nameOf(Test::Kind), QString("kind"));
+        QCOMPARE(nameOf(Test::Direction), QString("direction"));
+        QCOMPARE(nameOf(Test::Zone), QString("zone"));
     }
 
     // Zones on the lines of a grid, so that each of its squares is wholly inside or outside: a touch at its centre,

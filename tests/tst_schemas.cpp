@@ -1,5 +1,7 @@
 #include "testing.h"
 
+#include <analysis/format.h>
+
 #include <gesture_api/applicationpaths.h>
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
@@ -66,6 +68,10 @@ private:
 };
 
 }
+
+// The members of an object as the check knows them.
+using FieldsFunction = const analysis::Fields &(*)();
+Q_DECLARE_METATYPE(FieldsFunction)
 
 static const char *const examples = SOURCE_DIR "/examples/data/vellix/config/gestures/";
 
@@ -697,6 +703,81 @@ private Q_SLOTS:
             features.append(feature->name());
         features.sort();
         QCOMPARE(names(parts["features"]["items"]["enum"]), features);
+    }
+
+    void fieldsOfTheCheck_data()
+    {
+        QTest::addColumn<FieldsFunction>("fields");
+        QTest::addColumn<QString>("schemaName");
+        QTest::addColumn<QStringList>("parts");   // in which the schema describes it; empty for the document
+        QTest::addColumn<QByteArray>("document"); // with such an object in place of '@'
+        const QString configuration = "gesture-config";
+        const QStringList whole;
+        const QByteArray itself = "@";
+        namespace format = analysis::format;
+        QTest::newRow("configuration") << FieldsFunction(format::configuration) << configuration << whole << itself;
+        QTest::newRow("rectangle") << FieldsFunction(format::rectangle) << configuration << QStringList("coordinates")
+                                   << QByteArray(R"({"zones": {"z": @}, "gestures": []})");
+        QTest::newRow("action") << FieldsFunction(format::action) << configuration
+                                << QStringList{"action", "pathAndTitles"}
+                                << QByteArray(R"({"actions": [@], "gestures": []})");
+        QTest::newRow("gesture") << FieldsFunction(format::gesture) << configuration << QStringList("gesture")
+                                 << gestures("@");
+        QTest::newRow("bindings") << FieldsFunction(format::bindings) << "bindings" << whole << itself;
+        QTest::newRow("paths") << FieldsFunction(format::paths) << "application-paths" << whole << itself;
+    }
+
+    // They are those of the schema, need what it requires, and hold values that it accepts.
+    void fieldsOfTheCheck()
+    {
+        QFETCH(FieldsFunction, fields);
+        QFETCH(QString, schemaName);
+        QFETCH(QStringList, parts);
+        QFETCH(QByteArray, document);
+        const QJsonObject root = schema(qPrintable(schemaName));
+        QStringList described = parts.isEmpty() ? root["properties"].toObject().keys() : QStringList();
+        for (const QString &part : qAsConst(parts))
+            described += root["$defs"][part]["properties"].toObject().keys();
+        QStringList known = namesOf(fields());
+        known.removeAll("$schema");
+        described.sort();
+        known.sort();
+        QCOMPARE(known, described);
+
+        Corpus corpus;
+        QVector<bool> expected;
+        const auto expect = [&](const QString &what, const QVariantMap &object, bool isAccepted) {
+            const QByteArray text = QJsonDocument(QJsonObject::fromVariantMap(object)).toJson(QJsonDocument::Compact);
+            add(corpus, what, QByteArray(document).replace('@', text));
+            expected.append(isAccepted);
+        };
+        const QVariantMap valid = validObject(fields());
+        expect("the smallest", valid, true);
+        for (const analysis::Field &field : fields()) {
+            QVariantMap object = valid;
+            object.remove(field.name);
+            expect("without " + field.name, object, !field.isNeeded);
+            object = valid;
+            object.remove(field.excluded);
+            object[field.name] = field.valid;
+            expect("a valid " + field.name, object, true);
+            const bool isNumber = field.conversion == analysis::Conversion::Number;
+            object[field.name] = isNumber ? QVariant("5") : QVariant(5);
+            expect("another type of " + field.name, object,
+                   field.check == 0 || isNumber || field.conversion == analysis::Conversion::Text);
+            object[field.name] = field.valid;
+            if (!field.excluded.isEmpty()) {
+                object[field.excluded] = valid[field.excluded];
+                expect(field.name + " beside " + field.excluded, object, false);
+            }
+        }
+        QString error;
+        const QVector<QString> verdicts = schemaVerdicts(schemaFile(qPrintable(schemaName)), corpus, &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(verdicts.size(), corpus.size());
+        for (int i = 0; i < corpus.size(); ++i)
+            QVERIFY2(verdicts.at(i).isNull() == expected.at(i),
+                     qPrintable(corpus.at(i).name + ": " + corpus.at(i).text + ' ' + verdicts.at(i)));
     }
 
     void pathsExampleIsTheLibrarysDefault()

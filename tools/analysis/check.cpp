@@ -1,9 +1,10 @@
 #include "check.h"
 
-#include "keys.h"
+#include "format.h"
 #include "refusal.h"
-#include "rules_bindings.h"
-#include "rules_configuration.h"
+#include "rules/keys.h"
+#include "subjectreader.h"
+#include "values.h"
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
@@ -29,13 +30,13 @@ static QString reasonOf(const Error &error, const QString &path)
     return words.startsWith(path + QStringLiteral(": ")) ? words.mid(path.size() + 2) : words;
 }
 
-// The library's words, at the place where the strict reader stops: the library's own is mostly behind the fault, or far
-// off.
-static void tellSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
-                       Findings *findings)
+// The library's words, at the place where the strict parser stops: the library's own place is mostly after the fault,
+// or far off.
+static void reportSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
+                         Findings *findings)
 {
     const int offset = text.fault() ? text.fault()->offset : qMax(0, error.offset - 1);
-    findings->add(rules::syntax, text.placeAt(qMin(offset, text.bytes().size())), error.errorString(),
+    findings->add("syntax", text.placeAt(qMin(offset, text.bytes().size())), error.errorString(),
                   text.fault() ? text.fault()->reason + QLatin1Char(' ') + consequence : consequence);
 }
 
@@ -43,7 +44,7 @@ Check::Document Check::read(const QString &path, const QString &consequence)
 {
     const QString file = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
     m_files.append(file);
-    // It knows what is no file, and does not wait for a pipe.
+    // The loader recognises what is not a regular file, and does not wait for a pipe.
     const auto document = components::VariantLoader::loadJson(file);
     QByteArray bytes;
     QFile opened(file);
@@ -56,56 +57,47 @@ Check::Document Check::read(const QString &path, const QString &consequence)
         QJsonParseError error;
         QJsonDocument::fromJson(bytes, &error);
         if (!opened.isOpen() || error.error == QJsonParseError::NoError)
-            m_findings.add(rules::unreadable, text.placeAt(0), reasonOf(document.left(), file), consequence);
+            m_findings.add("unreadable", text.placeAt(0), reasonOf(document.left(), file), consequence);
         else
-            tellSyntax(text, error, consequence, &m_findings);
+            reportSyntax(text, error, consequence, &m_findings);
         return {&text, QVariant()};
     }
     if (text.fault())
-        m_findings.add(rules::notStrict, text.placeAt(text.fault()->offset), text.fault()->reason);
-    tellDuplicateKeys(text, &m_findings);
+        m_findings.add("not-strict", text.placeAt(text.fault()->offset), text.fault()->reason);
+    reportDuplicateKeys(text, &m_findings);
     return {&text, document.right()};
 }
 
 static const QString noGestures = QStringLiteral("The application has no gestures then.");
-static const QString noChoices = QStringLiteral("The library ignores the file, and gestures do their defaults.");
-static const QString ownPaths = QStringLiteral("The library uses its own paths in place of this file.");
+static const QString noChoices =
+        QStringLiteral("The library ignores the file: gestures perform their default actions.");
+static const QString ownPaths = QStringLiteral("The library uses its built-in paths instead.");
 
 ApplicationPathsConfiguration Check::paths(const QString &path)
 {
     const Document document = read(path, ownPaths);
     if (!document.value.isValid())
         return ApplicationPathsConfiguration::newDefault();
-    const auto refuse = [this](const Place &place, const QString &words) {
-        m_findings.add(rules::refused, place, words, ownPaths);
+    const auto report = [this](const Place &place, const QString &words) {
+        m_findings.add("refused", place, words, ownPaths);
     };
-    const auto read = ApplicationPathsConfiguration::fromVariant(document.value);
-    if (document.value.userType() != QMetaType::QVariantMap) {
-        refuse(document.text->place(), wordsOf(read));
+    const Place place = document.text->place();
+    const auto paths = ApplicationPathsConfiguration::fromVariant(document.value);
+    if (!isObject(document.value)) {
+        report(place, wordsOf(paths));
         return ApplicationPathsConfiguration::newDefault();
     }
-    const QString text = QStringLiteral("t");
-    const QVector<Field> fields{{QStringLiteral("current"), text},
-                                {QStringLiteral("default"), text},
-                                {QStringLiteral("filename"), text},
-                                {QStringLiteral("prohibitedApps"), QVariantList()}};
-    const QVariantMap map = document.value.toMap();
-    const Place place = document.text->place();
-    tellRefusals(
-            map, place, fields,
-            {{QStringLiteral("current"), text}, {QStringLiteral("default"), text}, {QStringLiteral("filename"), text}},
-            {}, [](const QVariantMap &tried) { return wordsOf(ApplicationPathsConfiguration::fromVariant(tried)); },
-            refuse);
-    QStringList known{QStringLiteral("$schema")};
-    for (const Field &field : fields)
-        known.prepend(field.name);
-    tellUnknownKeys(map, place, known, &m_findings);
-    tellConvertedElements(map.value(QStringLiteral("prohibitedApps")), place[QStringLiteral("prohibitedApps")],
-                          &m_findings);
-    return read.isRight() ? read.right() : ApplicationPathsConfiguration::newDefault();
+    const QVariantMap root = document.value.toMap();
+    reportRefusals(
+            root, place, format::paths(), {},
+            [](const QVariantMap &tried) { return wordsOf(ApplicationPathsConfiguration::fromVariant(tried)); },
+            report);
+    reportUnknownKeys(root, place, format::paths(), &m_findings);
+    reportConvertedValues(root, place, format::paths(), &m_findings);
+    return paths.isRight() ? paths.right() : ApplicationPathsConfiguration::newDefault();
 }
 
-// As the service says it; the loader only gives the number.
+// The service's words for another version; the loader only returns the number.
 static QString wordsOfBindings(const QVariantMap &root)
 {
     const auto read = ActionBindings::fromVariant(root);
@@ -119,115 +111,101 @@ static QString wordsOfBindings(const QVariantMap &root)
             .arg(ActionBindings::version);
 }
 
-std::optional<Check::Choices> Check::readBindings(const Document &document)
+static const QString versionKey = QStringLiteral("version");
+static const QString actionsKey = QStringLiteral("actions");
+
+// Reports the refused choices one by one; whether there were any.
+static bool reportChoices(const QVariant &value, const Place &place, const Report &report)
+{
+    const QVariantMap choices = value.toMap();
+    bool any = false;
+    for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
+        QVariantMap tried = validObject(format::bindings());
+        tried.insert(actionsKey, QVariantMap{{choice.key(), *choice}});
+        const QString words = wordsOfBindings(tried);
+        if (words.isNull())
+            continue;
+        any = true;
+        report(place[choice.key()], words);
+    }
+    return any;
+}
+
+// The loader's words about the version alone; null when it accepts the version, or when there is none.
+static QString wordsOfVersion(const QVariantMap &root)
+{
+    if (!root.contains(versionKey))
+        return {};
+    QVariantMap tried = validObject(format::bindings());
+    tried.insert(versionKey, root.value(versionKey));
+    return wordsOfBindings(tried);
+}
+
+static void reportConvertedVersion(const QVariant &version, const Place &place, Findings *findings)
+{
+    const bool isNumber = typeNameOf(version) == QLatin1String("a number");
+    if (!isNumber || version.toDouble() != ActionBindings::version)
+        reportConverted(version, place, QString::number(version.toInt()), findings);
+}
+
+std::optional<Choices> Check::readBindings(const Document &document)
 {
     if (!document.value.isValid())
         return {};
     const Place place = document.text->place();
-    if (document.value.userType() != QMetaType::QVariantMap) {
-        m_findings.add(rules::refused, place,
-                       QLatin1Char('`') + document.text->path() + QStringLiteral("` root bust be map<>"), noChoices);
+    const auto report = [this](const Place &where, const QString &words) {
+        m_findings.add("refused", where, words, noChoices);
+    };
+    if (!isObject(document.value)) {
+        report(place, QLatin1Char('`') + document.text->path() + QStringLiteral("` root bust be map<>"));
         return {};
     }
-    const QString version = QStringLiteral("version");
-    const QString actions = QStringLiteral("actions");
     const QVariantMap root = document.value.toMap();
-    const QString other = root.contains(version)
-            ? wordsOfBindings({{version, root.value(version)}, {actions, QVariantMap()}})
-            : QString();
-    if (other.startsWith(QLatin1String("version not match"))) {
-        m_findings.add(rules::version, place[version], other);
+    const QString words = wordsOfVersion(root);
+    if (words.startsWith(QLatin1String("version not match"))) {
+        m_findings.add("version", place[versionKey], words);
         return {};
     }
-    const auto tell = [this](const Place &where, const QString &words) {
-        m_findings.add(rules::refused, where, words, noChoices);
-    };
-    const auto within = [&tell](const QVariant &value, const Place &where) {
-        const QVariantMap choices = value.toMap();
-        bool any = false;
-        for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice) {
-            const QString words = wordsOfBindings({{QStringLiteral("version"), ActionBindings::version},
-                                                   {QStringLiteral("actions"), QVariantMap{{choice.key(), *choice}}}});
-            if (words.isNull())
-                continue;
-            any = true;
-            tell(where[choice.key()], words);
-        }
-        return any;
-    };
-    tellRefusals(root, place, {{version, ActionBindings::version}, {actions, QVariantMap(), within}},
-                 {{version, ActionBindings::version}, {actions, QVariantMap()}}, {}, wordsOfBindings, tell);
-    tellUnknownKeys(root, place, {actions, version, QStringLiteral("$schema")}, &m_findings);
-    const QVariant found = root.value(version);
-    const bool isExact = typeNameOf(found) == QLatin1String("a number") && found.toDouble() == ActionBindings::version;
-    if (root.contains(version) && other.isNull() && !isExact)
-        tellConverted(found, place[version], QString::number(found.toInt()), &m_findings);
-    return root.value(actions).toMap();
-}
-
-static void tellAll(const Subject &subject, bool isDeviceChosen, Findings *findings)
-{
-    tellUnknownKeys(subject, findings);
-    tellConvertedValues(subject, findings);
-    tellOverriddenZones(subject, findings);
-    tellOddZones(subject, findings);
-    tellUnusedZones(subject, findings);
-    tellDuplicateActions(subject, findings);
-    tellUnusedActions(subject, findings);
-    tellUnusedGroups(subject, findings);
-    tellShortTitles(subject, findings);
-    tellDeepPaths(subject, findings);
-    tellUnsaveableActions(subject, findings);
-    tellShadowed(subject, findings);
-    tellDuplicateIds(subject, findings);
-    tellFallbacks(subject, findings);
-    tellNotAvailable(subject, findings);
-    tellFixedActions(subject, findings);
-    tellDirectedTaps(subject, findings);
-    tellUndirectedSwipes(subject, findings);
-    tellModesCase(subject, findings);
-    // This machine is hardly the device.
-    if (!isDeviceChosen)
-        return;
-    tellNoAction(subject, findings);
-    tellDeadTouches(subject, findings);
+    const WithinMembers within{{actionsKey, [&report](const QVariant &value, const Place &where) {
+                                    return reportChoices(value, where, report);
+                                }}};
+    reportRefusals(root, place, format::bindings(), within, wordsOfBindings, report);
+    reportUnknownKeys(root, place, format::bindings(), &m_findings);
+    if (root.contains(versionKey) && words.isNull())
+        reportConvertedVersion(root.value(versionKey), place[versionKey], &m_findings);
+    return Choices{root.value(actionsKey).toMap(), place[actionsKey]};
 }
 
 Findings Check::checkOn(const FeaturesProvider &features, const Document &document,
-                        const std::optional<Choices> &choices, const JsonText *bindings) const
+                        const std::optional<Choices> &choices) const
 {
     Findings found;
     QObject owner;
-    const Subject subject = takeApart(*document.text, document.value, &features, &owner, &found);
+    Subject subject = readSubject(*document.text, document.value, &features, &owner, &found);
+    subject.choices = choices;
     const auto whole =
             Configuration::fromVariant(document.value, &features, GestureService::predefinedZones, {}, &owner);
-    // Whatever it is that the entries did not show.
+    // A fault that no entry showed.
     if (whole.isLeft() && found.count(Severity::Error) == 0)
-        found.add(rules::refused, document.text->place(), wordsOf(whole));
-    tellAll(subject, !m_devices.isEmpty(), &found);
-    if (choices)
-        tellBindings(subject, *choices, bindings->place()[QStringLiteral("actions")], &found);
+        found.add("refused", document.text->place(), wordsOf(whole));
+    findAll(subject, !m_devices.isEmpty(), &found);
     return found;
 }
 
 void Check::configuration(const QString &path, const QString &bindingsPath)
 {
     const Document document = read(path, noGestures);
-    Document bindings{nullptr, {}};
-    std::optional<Choices> choices;
-    if (!bindingsPath.isEmpty()) {
-        bindings = read(bindingsPath, noChoices);
-        choices = readBindings(bindings);
-    }
+    const std::optional<Choices> choices =
+            bindingsPath.isEmpty() ? std::nullopt : readBindings(read(bindingsPath, noChoices));
     if (!document.value.isValid())
         return;
     if (m_devices.isEmpty()) {
-        m_findings.append(checkOn(DefaultFeaturesProvider(), document, choices, bindings.text));
+        m_findings.append(checkOn(DefaultFeaturesProvider(), document, choices));
         return;
     }
     QVector<Findings> found;
     for (const QStringList &device : qAsConst(m_devices))
-        found.append(checkOn(Device(device), document, choices, bindings.text));
+        found.append(checkOn(Device(device), document, choices));
     m_findings.append(merged(found, m_devices));
 }
 

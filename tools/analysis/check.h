@@ -12,21 +12,22 @@
 
 namespace analysis {
 
-/// Checks files as the library reads them, on one or several devices. Whatever the files hold, it finds words for it.
+/// Checks files as the library reads them, on one or several devices. It reports faults and never fails itself.
 class Check
 {
 public:
-    /// Without devices on this one.
+    /// Checks on these devices; without any, on this one.
     explicit Check(const QVector<QStringList> &devices = {});
 
-    /// The paths of all applications; without a file the library's own.
+    /// The paths of all applications. If the file cannot be used, they are the library's built-in ones.
     vellix::gesture::ApplicationPathsConfiguration paths(const QString &path);
     /// The configuration of an application, and its user's bindings when a file is named.
     void configuration(const QString &path, const QString &bindings = QString());
     /// A bindings file by itself.
     void bindings(const QString &path);
 
-    /// File by file in the order of the calls, each from its start to its end. They point into what this object keeps.
+    /// File by file in the order of the calls, each from its start to its end. They point into texts that this object
+    /// owns.
     Findings findings() const;
     const QStringList &files() const { return m_files; }
 
@@ -34,15 +35,14 @@ private:
     struct Document
     {
         const JsonText *text;
-        QVariant value; // not valid when it is no document
+        QVariant value; // invalid when the file cannot be read or parsed
     };
-    using Choices = QMap<QString, QVariant>;
 
-    /// `consequence` is what a file that is none means.
+    /// `consequence` says what follows when the file cannot be read.
     Document read(const QString &path, const QString &consequence);
     std::optional<Choices> readBindings(const Document &document);
     Findings checkOn(const vellix::gesture::FeaturesProvider &features, const Document &document,
-                     const std::optional<Choices> &choices, const JsonText *bindings) const;
+                     const std::optional<Choices> &choices) const;
 
     QVector<QStringList> m_devices;
     Findings m_findings;

@@ -41,7 +41,7 @@ QVector<QStringList> allDevices()
     return devices;
 }
 
-// "without tts", or the devices one by one when no common feature tells them from the others.
+// "without tts", or the devices one by one when no common feature distinguishes them from the others.
 static QString namesOf(const QVector<QStringList> &some, const QVector<QStringList> &all)
 {
     QStringList with;

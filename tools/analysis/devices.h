@@ -28,7 +28,7 @@ private:
 /// Every combination of the known features.
 QVector<QStringList> allDevices();
 
-/// The findings of several devices as one list: what is so on some only says on which.
+/// The findings of several devices as one list. A finding on only some of them names those.
 Findings merged(const QVector<Findings> &found, const QVector<QStringList> &devices);
 
 }

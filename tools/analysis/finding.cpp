@@ -4,8 +4,9 @@
 
 namespace analysis {
 
-void Findings::add(const Rule &rule, const Place &place, const QString &text, const QString &hint)
+void Findings::add(const char *ruleId, const Place &place, const QString &text, const QString &hint)
 {
+    const Rule &rule = ruleOf(ruleId);
     m_list.append({&rule, text, hint.isEmpty() ? QString::fromUtf8(rule.hint) : hint, &place.text(), place.span(), {}});
 }
 

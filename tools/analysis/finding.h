@@ -18,15 +18,16 @@ struct Finding
     QString hint;
     const JsonText *file;
     Span span;
-    QString devices; // on which it is so, when not on all that were asked for
+    QString devices; // that have it; empty when all that were asked for do
 };
 
 class Findings
 {
 public:
-    void add(const Rule &rule, const Place &place, const QString &text, const QString &hint = QString());
+    /// `ruleId` must be the id of a rule. Without a hint of its own the finding has that of its rule.
+    void add(const char *ruleId, const Place &place, const QString &text, const QString &hint = QString());
     const QVector<Finding> &list() const & { return m_list; }
-    const QVector<Finding> &list() const && = delete; // it would be gone
+    const QVector<Finding> &list() const && = delete; // it would be destroyed
     bool hasErrorAt(const Place &place) const;
     int count(Severity severity) const;
     void append(const Finding &one) { m_list.append(one); }

@@ -122,10 +122,10 @@ static QString reasonOf(rapidjson::ParseErrorCode code, const QByteArray &found)
     if (code == rapidjson::kParseErrorTermination)
         return QStringLiteral("Too many levels.");
     if (isInString && !found.isEmpty() && static_cast<unsigned char>(found.at(0)) < 0x20)
-        return QStringLiteral("A control character stands raw in a string.");
+        return QStringLiteral("A string contains a raw control character.");
     if ((code == rapidjson::kParseErrorValueInvalid && found == "]")
         || (code == rapidjson::kParseErrorObjectMissName && found == "}"))
-        return QStringLiteral("A comma too many.");
+        return QStringLiteral("Unexpected comma.");
     return QString::fromLatin1(rapidjson::GetParseError_En(code));
 }
 

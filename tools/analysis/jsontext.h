@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// A JSON file with the place of everything in it. What the values are is the library's reader's to say.
+// A JSON file with the place of everything in it. The library's reader says what the values are.
 
 namespace analysis {
 
@@ -29,7 +29,7 @@ class Place;
 class JsonText
 {
 public:
-    /// Nothing is deeper than Qt's reader goes.
+    /// The deepest level that Qt's reader accepts.
     static const int maximumDepth = 1024;
 
     /// One value; of a member also its name.
@@ -46,7 +46,7 @@ public:
         QString reason;
     };
 
-    /// Of text that is no strict JSON, as much is known as stands before the fault.
+    /// If the text is not strict JSON, only the part before the fault is known.
     JsonText(const QString &path, const QByteArray &bytes);
 
     const QString &path() const { return m_path; }
@@ -55,7 +55,7 @@ public:
     const std::optional<Fault> &fault() const { return m_fault; }
 
     Position positionOf(int offset) const;
-    /// The line that holds a byte, without what ends it.
+    /// The line that holds a byte, without its line end.
     Span lineOf(int offset) const;
 
     /// The place of the whole document.
@@ -77,11 +77,11 @@ private:
 class Place
 {
 public:
-    /// Without a node it only is a part of the text.
+    /// A place without a node is only a part of the text.
     Place(const JsonText *text, const JsonText::Node *node, Span span) : m_text(text), m_node(node), m_span(span) {}
 
-    /// The value of the last member of this name, which is the one that counts, or of an element. When there is none it
-    /// stays here, whatever is asked for then.
+    /// The value of the last member of this name (only that one counts), or of an element. If there is none, the place
+    /// and all that is asked of it stay here.
     Place operator[](const QString &name) const;
     Place operator[](int index) const;
     /// The member's name in place of its value.
@@ -89,6 +89,8 @@ public:
 
     const JsonText &text() const { return *m_text; }
     Span span() const { return m_span; }
+    /// Where it begins.
+    Position position() const { return m_text->positionOf(m_span.begin); }
 
 private:
     Place to(const JsonText::Node *node) const;

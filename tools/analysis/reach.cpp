@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 #include <set>
 
@@ -10,11 +11,6 @@ using namespace vellix::gesture;
 namespace analysis {
 
 static const double negligible = 1e-9;
-
-bool applies(const Gesture *gesture, const Mode &mode)
-{
-    return gesture->modes().isEmpty() || (mode && gesture->modes().contains(*mode));
-}
 
 QRectF onScreen(const QRectF &zone)
 {
@@ -78,13 +74,13 @@ double Reach::lostShare() const
 Reach reachOf(const Gesture *gesture, const QList<Gesture *> &gestures, const Mode &mode)
 {
     const QRectF zone = onScreen(gesture->zone());
+    const Touch touch{mode, gesture->kind(), gesture->direction(), std::nullopt};
     Reach reach;
     appendUnlessSliver(&reach.left, zone);
     for (const Gesture *earlier : gestures) {
         if (earlier == gesture || reach.left.isEmpty())
             break;
-        if (earlier->kind() != gesture->kind() || earlier->direction() != gesture->direction()
-            || !applies(earlier, mode))
+        if (firstFailed(earlier, touch))
             continue;
         const QRectF taken = onScreen(earlier->zone());
         QVector<QRectF> rest;
@@ -114,6 +110,14 @@ QVector<Mode> modesOf(const QList<Gesture *> &gestures)
     if (isAnyOpen)
         modes.append(std::nullopt);
     return modes;
+}
+
+QVector<Mode> modesOf(const Gesture *gesture, const QVector<Mode> &modes)
+{
+    QVector<Mode> own;
+    std::copy_if(modes.cbegin(), modes.cend(), std::back_inserter(own),
+                 [gesture](const Mode &mode) { return applies(gesture, mode); });
+    return own;
 }
 
 }

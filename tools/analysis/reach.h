@@ -1,32 +1,23 @@
 #pragma once
 
-#include <gesture_api/gesture.h>
+#include "lookup.h"
 
 #include <QList>
 #include <QRectF>
-#include <QString>
 #include <QVector>
 
-#include <optional>
-
-// Which part of its zone a gesture really gets: the lookup takes the first gesture that matches, so that
-// what stands before it takes touches away.
+// The part of its zone in which a gesture is found. The lookup takes the first gesture that matches, so earlier
+// gestures take touches away.
 
 namespace analysis {
 
-/// A mode of the application; none stands for every mode that no gesture names.
-using Mode = std::optional<QString>;
-
-/// Whether the lookup considers a gesture in a mode.
-bool applies(const vellix::gesture::Gesture *gesture, const Mode &mode);
-
-/// What is thinner no touch can hit. Edges such as 0.1 + 0.2 and 0.3 leave such slivers between them.
+/// Anything thinner cannot be touched. Edges such as 0.1 + 0.2 and 0.3 leave such slivers between them.
 constexpr double sliver = 1e-12;
 
 /// Where touches of a zone can start: its sides turned to positive ones, cut to the screen. Null when that has no area.
 QRectF onScreen(const QRectF &zone);
 
-/// What an earlier gesture takes from a later one.
+/// The touches that an earlier gesture takes from a later one.
 struct Loss
 {
     const vellix::gesture::Gesture *to;
@@ -50,5 +41,8 @@ Reach reachOf(const vellix::gesture::Gesture *gesture, const QList<vellix::gestu
 
 /// The modes that these gestures name, sorted, and the unnamed one last when a gesture applies in every mode.
 QVector<Mode> modesOf(const QList<vellix::gesture::Gesture *> &gestures);
+
+/// Those of the modes in which the lookup considers a gesture.
+QVector<Mode> modesOf(const vellix::gesture::Gesture *gesture, const QVector<Mode> &modes);
 
 }

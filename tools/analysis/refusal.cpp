@@ -4,67 +4,86 @@
 
 namespace analysis {
 
-using Tell = std::function<void(const Place &, const QString &)>;
+// Takes the member out of an object that has it; otherwise puts a valid one in.
+static bool toggle(QVariantMap *map, const Field &field)
+{
+    const bool isTakenOut = map->remove(field.name) > 0;
+    if (!isTakenOut)
+        map->insert(field.name, field.valid);
+    return isTakenOut;
+}
 
-// With sound values for all members that are there, what is left are members that are missing or exclude each other.
-static Mended tellMembers(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                          const Reader &reader, const Tell &tell)
+// Reports members that are missing and those that exclude each other.
+static Repaired reportMembers(const QVariantMap &object, const Place &place, const Fields &fields, const Reader &reader,
+                              const Report &report)
 {
     QVariantMap tried = object;
     for (const Field &field : fields) {
         if (tried.contains(field.name))
-            tried.insert(field.name, field.sound);
+            tried.insert(field.name, field.valid);
     }
-    Mended mended{object, {}};
+    Repaired repaired{object, {}};
     for (QString words = reader(tried); !words.isNull(); words = reader(tried)) {
         const auto helps = [&](const Field &field) {
             QVariantMap other = tried;
-            if (other.remove(field.name) == 0)
-                other.insert(field.name, field.sound);
-            return !mended.changed.contains(field.name) && reader(other) != words;
+            toggle(&other, field);
+            return !repaired.changed.contains(field.name) && reader(other) != words;
         };
-        // The last of two that exclude each other is the one too many.
+        // Of two members that exclude each other, report the later.
         const auto cure = std::find_if(fields.crbegin(), fields.crend(), helps);
         if (cure == fields.crend()) {
-            tell(place, words);
-            mended.changed.append(QString());
+            report(place, words);
+            repaired.changed.append(QString());
             break;
         }
-        const bool isTooMany = object.contains(cure->name);
-        tell(isTooMany ? place[cure->name].name() : place, words);
-        mended.changed.append(cure->name);
-        for (QVariantMap *map : {&tried, &mended.map}) {
-            if (map->remove(cure->name) == 0)
-                map->insert(cure->name, cure->sound);
-        }
+        report(object.contains(cure->name) ? place[cure->name].name() : place, words);
+        repaired.changed.append(cure->name);
+        toggle(&tried, *cure);
+        toggle(&repaired.map, *cure);
     }
-    return mended;
+    return repaired;
 }
 
-Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                    const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader,
-                    const Tell &tell)
+// An action as an example:
+//
+//   {"path": "p", "title": "A", "titles": ["B"], "features": 5}
+//
+// 1. reportMembers() puts valid values in place of all that are there, so that only the members themselves can be at
+//    fault: {"path": "p", "title": "t", "titles": ["t"], "features": []}. The reader refuses this: "fields 'title' or
+//    'titles' can not be set simultaneously".
+// 2. It takes one member after the other out, from the last check to the first, until the reader's words change.
+//    Without "path" and without "features" they stay; without "titles" the reader accepts the object. So the words are
+//    reported at the name "titles", and it is left out from here on. (A missing member is found the same way: it is
+//    put in, and its words are reported at the whole object.)
+// 3. Then each value is tried by itself, in the smallest valid object {"path": "p", "title": "t"}. With "features": 5
+//    the reader refuses that: "'features' must be list<str>." The words are reported at the 5, unless `within` finds
+//    the fault inside of the value. "titles" is tried without "title", which it excludes; ["B"] is accepted.
+// 4. The result is {"path": "p", "title": "A", "features": []}, with "titles" and "features" changed.
+Repaired reportRefusals(const QVariantMap &object, const Place &place, const Fields &fields,
+                        const WithinMembers &within, const Reader &reader, const Report &report)
 {
-    Mended mended = tellMembers(object, place, fields, reader, tell);
-    for (const Field &field : fields) {
+    const Fields checked = checkedOf(fields);
+    Repaired repaired = reportMembers(object, place, checked, reader, report);
+    for (const Field &field : checked) {
         const auto value = object.constFind(field.name);
         if (value == object.constEnd())
             continue;
-        // The rest of this object is sound: what the reader says of it is the value's fault.
-        QVariantMap tried = sound;
-        tried.remove(instead.value(field.name));
+        // The rest of this object is valid: a failure is the fault of this value.
+        QVariantMap tried = validObject(fields);
+        tried.remove(field.excluded);
         tried.insert(field.name, *value);
         const QString words = reader(tried);
         if (words.isNull())
             continue;
         const Place where = place[field.name];
-        if (!field.within || !field.within(*value, where))
-            tell(where, words);
-        if (mended.map.contains(field.name))
-            mended.map.insert(field.name, field.sound);
-        mended.changed.append(field.name);
+        const auto faultsWithin = within.value(field.name);
+        if (!faultsWithin || !faultsWithin(*value, where))
+            report(where, words);
+        if (repaired.map.contains(field.name))
+            repaired.map.insert(field.name, field.valid);
+        repaired.changed.append(field.name);
     }
-    return mended;
+    return repaired;
 }
 
 }

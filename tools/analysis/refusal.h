@@ -1,16 +1,17 @@
 #pragma once
 
 #include "finding.h"
+#include "format.h"
 
 #include <vellix/either.h>
 
+#include <QMap>
 #include <QStringList>
 #include <QVariant>
-#include <QVector>
 
 #include <functional>
 
-// Finds out which value of an object a reader refuses, and all of them, though the reader stops at the first.
+// Finds every value of an object that a reader refuses, though the reader stops at the first.
 
 namespace analysis {
 
@@ -21,29 +22,24 @@ QString wordsOf(const vellix::Either<vellix::Error, T> &result)
     return result.isRight() ? QString() : messageOf(result.left());
 }
 
-/// What a reader says of an object; null when it takes it.
+/// Why a reader refuses an object; null when it accepts it.
 using Reader = std::function<QString(const QVariantMap &)>;
 
-/// One member that the reader knows.
-struct Field
-{
-    QString name;
-    QVariant sound; // a value that it takes
-    /// Tells the faults within a value, so that they are not told for the whole of it; whether there were any.
-    std::function<bool(const QVariant &, const Place &)> within = {};
-};
+using Report = std::function<void(const Place &, const QString &)>;
 
-/// What there is in place of an object that a reader refuses.
-struct Mended
+/// By the name of a member: reports the faults within its value, so that they are not reported for the whole of it.
+/// Returns whether there were any.
+using WithinMembers = QMap<QString, std::function<bool(const QVariant &, const Place &)>>;
+
+/// The nearest object that the reader accepts, and what was changed to get it.
+struct Repaired
 {
-    QVariantMap map;     // which it takes
+    QVariantMap map;
     QStringList changed; // the members that it refused or missed
 };
 
-/// Tells every fault of an object. `sound` is one that the reader takes; a field that cannot stand beside another names
-/// that in `instead`, which is taken out for it.
-Mended tellRefusals(const QVariantMap &object, const Place &place, const QVector<Field> &fields,
-                    const QVariantMap &sound, const QMap<QString, QString> &instead, const Reader &reader,
-                    const std::function<void(const Place &, const QString &)> &tell);
+/// Reports every fault of an object.
+Repaired reportRefusals(const QVariantMap &object, const Place &place, const Fields &fields,
+                        const WithinMembers &within, const Reader &reader, const Report &report);
 
 }

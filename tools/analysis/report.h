@@ -5,7 +5,7 @@
 #include <QJsonDocument>
 #include <QString>
 
-// What a check found, for a person, a program and a code review.
+// Findings as text for a person, JSON for a program and SARIF for a code review.
 
 namespace analysis {
 

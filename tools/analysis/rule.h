@@ -2,68 +2,38 @@
 
 #include <QVector>
 
-// What a check looks for.
+// The rules of the check. Each is an entry of its family's table in rules/, beside the function that finds it.
 
 namespace analysis {
+
+class Findings;
+struct Subject;
 
 enum class Severity { Error, Warning };
 
 struct Rule
 {
+    /// Reports all that it finds. Rules that stand together in a table may share one, which is called once.
+    using Finder = void (*)(const Subject &, Findings *);
+
+    int number; // its turn in every list of rules; a new rule takes the next number
     const char *id;
     Severity severity;
-    const char *meaning; // one sentence
-    const char *hint;    // what to do about it
+    const char *meaning;     // one sentence
+    const char *hint;        // what to do about it
+    Finder find = nullptr;   // null when the readers report it
+    bool isOfDevice = false; // only looked for on devices that were asked for: this machine is hardly one of them
 };
 
-namespace rules {
+using Rules = QVector<Rule>;
 
-// What the library does not take.
-extern const Rule unreadable;
-extern const Rule syntax;
-extern const Rule refused;
-extern const Rule version;
-extern const Rule duplicateNeighbours;
-extern const Rule groupFeatures;
-extern const Rule noSupportedAction;
-extern const Rule undefinedBinding;
-extern const Rule unsaveableAction;
-
-// What it takes and nobody means.
-extern const Rule notStrict;
-extern const Rule duplicateKey;
-extern const Rule unknownKey;
-extern const Rule convertedValue;
-extern const Rule shadowed;
-extern const Rule partlyShadowed;
-extern const Rule duplicateId;
-extern const Rule overriddenZone;
-extern const Rule zoneOutside;
-extern const Rule zoneEmpty;
-extern const Rule zoneNegative;
-extern const Rule unusedZone;
-extern const Rule unusedAction;
-extern const Rule unusedGroup;
-extern const Rule duplicateAction;
-extern const Rule shortTitles;
-extern const Rule deepPath;
-extern const Rule fallbackEnd;
-extern const Rule undefinedFallback;
-extern const Rule unreachableFallback;
-extern const Rule notAvailable;
-extern const Rule fixedAction;
-extern const Rule directedTap;
-extern const Rule undirectedSwipe;
-extern const Rule modesCase;
-extern const Rule noAction;
-extern const Rule deadTouches;
-extern const Rule unknownGesture;
-extern const Rule unsupportedBinding;
-extern const Rule hiddenBinding;
-extern const Rule repeatedDefault;
-
-}
-
+/// Errors first, each severity by number.
 const QVector<const Rule *> &allRules();
+
+/// The rule of this id, which must be one.
+const Rule &ruleOf(const char *id);
+
+/// Finds everything in a configuration that was read, family by family in the order of the tables.
+void findAll(const Subject &subject, bool isDeviceChosen, Findings *findings);
 
 }

@@ -10,12 +10,22 @@
 #include <QSet>
 #include <QVariant>
 
+#include <functional>
+#include <optional>
+
 // A gesture configuration entry by entry, as the library reads it on one device.
 
 namespace analysis {
 
+/// An entry of "gestures" that is an object, whether the library accepts it or not.
+struct WrittenEntry
+{
+    QVariantMap map;
+    Place place;
+};
+
 /// A gesture, and the entry that it comes from. When the library refuses the entry, it is the gesture of what is left
-/// of it with sound values in place of the refused ones.
+/// of it with valid values in place of the refused ones.
 struct Entry
 {
     int index; // among "gestures"
@@ -24,15 +34,15 @@ struct Entry
     vellix::gesture::Gesture *gesture;
     QStringList refused; // members
 
-    /// Whether the library takes what the gesture matches.
+    /// Whether the library accepts what the gesture matches.
     bool hasTouches() const;
-    /// Whether it is this id that the gesture has.
+    /// Whether the gesture has the id that the library would give it.
     bool hasId() const;
-    /// Whether the library takes what the gesture does.
+    /// Whether the library accepts what the gesture does.
     bool hasActions() const;
 };
 
-/// Where an action may stand.
+/// The places in a file where an action can stand.
 enum class Role { Defined, InGroup, Available, Default, Current };
 
 /// A name or a definition of an action, wherever it stands.
@@ -41,35 +51,45 @@ struct ActionValue
     Role role;
     QVariant value; // a path or an object
     Place place;
-    QString group;  // of a group
-    int entry = -1; // of a gesture: its index among "gestures"
+    QString group;  // whose element it is
+    int entry = -1; // the index among "gestures" of the gesture that has it
 
     bool isName() const { return value.userType() == QMetaType::QString; }
     QString path() const;
+    /// Whether it is an object with a path of its own; without one it is refused.
+    bool definesPath() const { return value.toMap().contains(QStringLiteral("path")); }
+};
+
+/// The bindings of a file.
+struct Choices
+{
+    QVariantMap byGesture;
+    Place place;
 };
 
 struct Subject
 {
     const JsonText *text;
     QVariantMap root;
-    QMap<QString, QRectF> zones;                     // in force
-    QList<vellix::gesture::Action *> actions;        // those of "actions"
-    QList<vellix::gesture::Action *> refusedActions; // that stand for themselves among those
-    QSet<QString> definedPaths;                      // of those
-    QMap<QString, QList<vellix::gesture::Action *>> groups;
-    QVector<Entry> entries;            // those that are objects
-    QVector<ActionValue> actionValues; // in the order of the sections
+    QVector<WrittenEntry> writtenEntries = {};
+    QMap<QString, QRectF> zones = {};                     // in force
+    QList<vellix::gesture::Action *> actions = {};        // those of "actions"
+    QList<vellix::gesture::Action *> refusedActions = {}; // of those: refused, but kept for references to them
+    QSet<QString> definedPaths = {};                      // the paths of "actions"
+    QMap<QString, QList<vellix::gesture::Action *>> groups = {};
+    QVector<Entry> entries = {};            // of the objects among "gestures"
+    QVector<ActionValue> actionValues = {}; // in the order of the sections
+    std::optional<Choices> choices = {};    // null when no bindings are checked
 
     Place place() const { return text->place(); }
-    /// What a gesture offers, on whatever device.
+    /// The paths of the actions that a gesture offers, on any device.
     QStringList offeredPaths(const Entry &entry) const;
     bool isDefined(const QString &path) const { return definedPaths.contains(path); }
+    /// The gestures that the lookup knows, in its order.
+    QList<vellix::gesture::Gesture *> matchableGestures() const;
+    QStringList groupNames() const { return root.value(QStringLiteral("actionGroups")).toMap().keys(); }
+    /// Every rectangle of the file, by itself or in a gesture.
+    void forEachRectangle(const std::function<void(const QVariantMap &, const Place &)> &function) const;
 };
-
-/// Reads each entry by itself, so that the faults of all are found, each in the library's own words and at the value
-/// that it refuses. What it refuses is left out, or stands for itself where others name it. The objects belong to
-/// `owner`.
-Subject takeApart(const JsonText &text, const QVariant &document, const vellix::gesture::FeaturesProvider *features,
-                  QObject *owner, Findings *findings);
 
 }

@@ -70,6 +70,13 @@ QString quoted(const QString &name)
     return QLatin1Char('\'') + name + QLatin1Char('\'');
 }
 
+QString listed(const QStringList &texts)
+{
+    if (texts.size() < 2)
+        return texts.join(QString());
+    return texts.mid(0, texts.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + texts.last();
+}
+
 QString percent(double share)
 {
     if (share < 0.001)

@@ -3,8 +3,9 @@
 #include <vellix/platform/baseutil.h>
 
 #include <QString>
+#include <QStringList>
 
-// How texts of files, of the library and of numbers stand in what a person reads.
+// Texts of files, errors of the library and numbers, as a person reads them.
 
 namespace analysis {
 
@@ -13,11 +14,14 @@ namespace analysis {
 /// stay, a backslash, too. What is shown once more stays the same.
 QString shown(const QString &text);
 
-/// The same for JSON: within its strings, and the same document to who reads it. Ends of lines stay.
+/// The same for JSON: escapes within its strings, so that a parser reads the same document. Ends of lines stay.
 QString shownJson(const QString &json);
 
 /// A name as messages write it, in quotes.
 QString quoted(const QString &name);
+
+/// As "a, b and c".
+QString listed(const QStringList &texts);
 
 /// A share of 1, in tenths of a percent; never rounded to nothing or to all.
 QString percent(double share);

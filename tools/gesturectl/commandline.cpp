@@ -6,8 +6,8 @@
 #include <CLI/CLI.hpp>
 
 #include <analysis/devices.h>
-#include <analysis/keys.h>
 #include <analysis/rule.h>
+#include <analysis/values.h>
 
 #include <limits>
 #include <memory>

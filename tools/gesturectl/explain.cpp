@@ -1,6 +1,8 @@
 #include "output.h"
 #include "verbs.h"
 
+#include <analysis/lookup.h>
+
 #include <gesture_api/action.h>
 
 #include <vellix/platform/vxcomponents.h>
@@ -56,18 +58,10 @@ struct Explanation
 };
 }
 
-// The tests of the lookup in its order.
 static QString failedTest(const Gesture *gesture, const Touch &touch)
 {
-    if (!gesture->modes().isEmpty() && !gesture->modes().contains(touch.mode))
-        return QStringLiteral("mode");
-    if (gesture->kind() != touch.kind)
-        return QStringLiteral("kind");
-    if (gesture->direction() != touch.direction)
-        return QStringLiteral("direction");
-    if (!gesture->zone().contains(touch.position))
-        return QStringLiteral("zone");
-    return {};
+    const auto failed = analysis::firstFailed(gesture, {touch.mode, touch.kind, touch.direction, touch.position});
+    return failed ? analysis::nameOf(*failed) : QString();
 }
 
 static QString kindText(Gesture::Kind kind)

@@ -40,7 +40,7 @@ static Gestures matching(const Gestures &gestures, const Mode &mode, Gesture::Ki
 {
     Gestures some;
     std::copy_if(gestures.cbegin(), gestures.cend(), std::back_inserter(some), [&](const Gesture *gesture) {
-        return gesture->kind() == kind && gesture->direction() == direction && analysis::applies(gesture, mode);
+        return !analysis::firstFailed(gesture, {mode, kind, direction, std::nullopt});
     });
     return some;
 }
@@ -100,7 +100,7 @@ static QVector<QRectF> deadAreas(const Choice &choice)
 
 static Panel panelOf(const Choice &choice, const QMap<QString, QRectF> &zones)
 {
-    Panel panel{titleOf(choice), {}, deadAreas(choice)};
+    Panel panel{titleOf(choice), {choice.mode, choice.kind, choice.direction, std::nullopt}, {}, deadAreas(choice)};
     for (const Gesture *gesture : choice.gestures)
         panel.entries.append(
                 {gesture, zoneText(gesture->zone(), zones), analysis::reachOf(gesture, choice.gestures, choice.mode)});

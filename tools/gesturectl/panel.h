@@ -22,6 +22,7 @@ struct Panel
     };
 
     QString title;
+    analysis::Touch touch;  // at any position
     QVector<Entry> entries; // in the order of the lookup
     QVector<QRectF> dead;   // disjoint: where no gesture matches
 };

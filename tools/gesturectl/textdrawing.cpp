@@ -33,8 +33,10 @@ static QString nameOf(int index)
 
 static int winnerAt(const Panel &panel, const QPointF &position)
 {
+    analysis::Touch touch = panel.touch;
+    touch.position = position;
     for (int i = 0; i < panel.entries.size(); ++i) {
-        if (panel.entries.at(i).gesture->zone().contains(position))
+        if (!analysis::firstFailed(panel.entries.at(i).gesture, touch))
             return i;
     }
     return nobody;

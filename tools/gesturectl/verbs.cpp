@@ -3,6 +3,8 @@
 #include "bindingsfile.h"
 #include "output.h"
 
+#include <analysis/lookup.h>
+
 #include <gesture_api/gestureservice.h>
 
 #include <QFileInfo>
@@ -98,7 +100,7 @@ Result<ExitStatus> list(const QString &appId, const QString &kind, const QString
         for (const Gesture *gesture : loaded.gestures) {
             const bool isOfKind =
                     kind.isEmpty() || Gesture::kindToVariant(gesture->kind()).toString() == kind.toLower();
-            const bool isInMode = mode.isEmpty() || gesture->modes().isEmpty() || gesture->modes().contains(mode);
+            const bool isInMode = mode.isEmpty() || analysis::applies(gesture, mode);
             if (!isOfKind || !isInMode)
                 continue;
             array.append(toJson(gesture));

@@ -1,4 +1,4 @@
-#include "keys.h"
+#include "values.h"
 
 #include <algorithm>
 #include <numeric>
@@ -48,36 +48,6 @@ QString nearestTo(const QString &name, const QStringList &known)
         }
     }
     return nearest;
-}
-
-void tellUnknownKeys(const QVariantMap &object, const Place &place, const QStringList &known, Findings *findings)
-{
-    for (auto member = object.cbegin(); member != object.cend(); ++member) {
-        if (known.contains(member.key()))
-            continue;
-        const QString meant = nearestTo(member.key(), known);
-        findings->add(rules::unknownKey, place[member.key()].name(),
-                      QStringLiteral("nobody reads ") + quoted(member.key()),
-                      meant.isEmpty() ? QStringLiteral("Known here: ") + known.join(QStringLiteral(", "))
-                                      : QStringLiteral("Did you mean ") + quoted(meant) + QLatin1Char('?'));
-    }
-}
-
-void tellConverted(const QVariant &value, const Place &place, const QString &readAs, Findings *findings)
-{
-    findings->add(rules::convertedValue, place, typeNameOf(value) + QStringLiteral(" is read as ") + readAs);
-}
-
-void tellConvertedElements(const QVariant &list, const Place &place, Findings *findings)
-{
-    if (list.userType() != QMetaType::QVariantList)
-        return;
-    const QVariantList values = list.toList();
-    for (int i = 0; i < values.size(); ++i) {
-        if (values.at(i).userType() != QMetaType::QString)
-            tellConverted(values.at(i), place[i], QLatin1Char('"') + values.at(i).toString() + QLatin1Char('"'),
-                          findings);
-    }
 }
 
 }
