@@ -111,6 +111,38 @@ Result<Gestures> gesturesOf(const ApplicationPaths &paths, const FeaturesProvide
             .mapLeft([&](const Error &error) { return refused(paths, bindings, error); });
 }
 
+Result<Loaded> load(const QString &appId, const FeaturesProvider *features, QObject *parent)
+{
+    return pathsOf(appId).flatMap([&](const ApplicationPaths &paths) {
+        return bindingsOf(paths).flatMap([&](const Bindings &bindings) {
+            return gesturesOf(paths, features, bindings, parent).map([&](const Gestures &gestures) {
+                return Loaded{paths, bindings, gestures};
+            });
+        });
+    });
+}
+
+Gesture *gestureById(const Gestures &gestures, const QString &id)
+{
+    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
+                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
+    return found == gestures.cend() ? nullptr : *found;
+}
+
+Result<Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id)
+{
+    if (Gesture *gesture = gestureById(gestures, id))
+        return Right(gesture);
+    return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
+}
+
+bool offers(const Gesture *gesture, const QString &actionPath)
+{
+    const QList<Action *> &available = gesture->availableActions();
+    return std::any_of(available.cbegin(), available.cend(),
+                       [&](const Action *action) { return action->path() == actionPath; });
+}
+
 Result<QMap<QString, QRectF>> zonesOf(const ApplicationPaths &paths)
 {
     const auto document = components::VariantLoader::loadJson(paths.defaultPath());

@@ -44,6 +44,24 @@ Result<Gestures> gesturesOf(const vellix::gesture::ApplicationPaths &paths,
                             const vellix::gesture::FeaturesProvider *features, const Bindings &bindings,
                             QObject *parent);
 
+/// An application with the user's bindings applied, as its programs see it.
+struct Loaded
+{
+    vellix::gesture::ApplicationPaths paths;
+    Bindings bindings;
+    Gestures gestures; // children of `parent`
+};
+Result<Loaded> load(const QString &appId, const vellix::gesture::FeaturesProvider *features, QObject *parent);
+
+/// The first gesture of this id, or null.
+vellix::gesture::Gesture *gestureById(const Gestures &gestures, const QString &id);
+
+/// The same, or a failure that names the application.
+Result<vellix::gesture::Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id);
+
+/// Whether the user may choose this action.
+bool offers(const vellix::gesture::Gesture *gesture, const QString &actionPath);
+
 /// The predefined zones and those of an application's configuration.
 Result<QMap<QString, QRectF>> zonesOf(const vellix::gesture::ApplicationPaths &paths);
 

@@ -10,7 +10,6 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -108,13 +107,6 @@ Result<Bindings> bindingsOfFile(const ApplicationPaths &paths)
     if (!paths.currentPathExists())
         return Left(Failure{BadFiles, resolved(paths.currentPath()) + QStringLiteral(": No such file or directory")});
     return bindingsOf(paths);
-}
-
-Gesture *gestureById(const Gestures &gestures, const QString &id)
-{
-    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
-                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
-    return found == gestures.cend() ? nullptr : *found;
 }
 
 }

@@ -38,7 +38,4 @@ Result<Bindings> bindingsOfFile(const vellix::gesture::ApplicationPaths &paths);
 /// All of a file; nothing of one that cannot be read.
 QByteArray contentOf(const QString &path);
 
-/// The first gesture of this id, or null.
-vellix::gesture::Gesture *gestureById(const Gestures &gestures, const QString &id);
-
 }

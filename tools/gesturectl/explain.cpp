@@ -1,3 +1,4 @@
+#include "gesturetext.h"
 #include "output.h"
 #include "verbs.h"
 
@@ -68,16 +69,6 @@ static QString failedTest(const Gesture *gesture, const Touch &touch)
     if (!gesture->zone().contains(touch.position))
         return QStringLiteral("zone");
     return {};
-}
-
-static QString kindText(Gesture::Kind kind)
-{
-    return Gesture::kindToVariant(kind).toString();
-}
-
-static QString directionText(Gesture::Direction direction)
-{
-    return Gesture::directionToVariant(direction).toString();
 }
 
 // As short as it can be told exactly: what decides at an edge is not rounded away.
@@ -261,7 +252,7 @@ static QJsonValue wantedOf(const Row &row)
     if (row.failed == QLatin1String("direction"))
         return directionText(row.gesture->direction());
     if (row.failed == QLatin1String("zone"))
-        return QJsonObject::fromVariantMap(Gesture::rectfToVariant(row.gesture->zone()).toMap());
+        return toJson(row.gesture->zone());
     return {};
 }
 
@@ -323,20 +314,15 @@ Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
-    const auto paths = pathsOf(appId);
-    if (paths.isLeft())
-        return Left(paths.left());
-    const auto bindings = bindingsOf(paths.right());
-    if (bindings.isLeft())
-        return Left(bindings.left());
-    const auto gestures = gesturesOf(paths.right(), &features, bindings.right(), &owner);
-    if (gestures.isLeft())
-        return Left(gestures.left());
+    const auto loaded = load(appId, &features, &owner);
+    if (loaded.isLeft())
+        return Left(loaded.left());
     // Once more as it is written: a gesture does not tell where its action comes from.
-    const auto document = components::VariantLoader::loadJson(paths.right().defaultPath());
+    const auto document = components::VariantLoader::loadJson(loaded.right().paths.defaultPath());
     const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
 
-    const Explanation explanation = explanationOf(gestures.right(), root, touch, &features, bindings.right());
+    const Explanation explanation =
+            explanationOf(loaded.right().gestures, root, touch, &features, loaded.right().bindings);
     if (json)
         print(QJsonDocument(toJson(explanation)));
     else

@@ -1,4 +1,5 @@
 #include "drawing.h"
+#include "gesturetext.h"
 #include "output.h"
 #include "textdrawing.h"
 #include "verbs.h"
@@ -47,10 +48,8 @@ static Gestures matching(const Gestures &gestures, const Mode &mode, Gesture::Ki
 
 static bool isWanted(const Gesture *gesture, const MapFilter &filter)
 {
-    const QString kind = Gesture::kindToVariant(gesture->kind()).toString();
-    const QString direction = Gesture::directionToVariant(gesture->direction()).toString();
-    return (filter.kind.isEmpty() || kind == filter.kind.toLower())
-            && (filter.direction.isEmpty() || direction == filter.direction);
+    return (filter.kind.isEmpty() || kindText(gesture->kind()) == filter.kind.toLower())
+            && (filter.direction.isEmpty() || directionText(gesture->direction()) == filter.direction);
 }
 
 static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filter)
@@ -74,10 +73,10 @@ static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filt
 
 static QString titleOf(const Choice &choice)
 {
-    QString touch = Gesture::kindToVariant(choice.kind).toString();
+    QString touch = kindText(choice.kind);
     const bool isMovement = choice.kind == Gesture::Swipe || choice.kind == Gesture::Drag;
     if (choice.direction != Gesture::NoDirection)
-        touch += QLatin1Char(' ') + Gesture::directionToVariant(choice.direction).toString();
+        touch += QLatin1Char(' ') + directionText(choice.direction);
     else if (isMovement)
         touch += QStringLiteral(" without direction");
     return QStringLiteral("%1, %2").arg(choice.modeName, touch);
@@ -163,22 +162,17 @@ Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QStr
 {
     const DefaultFeaturesProvider features;
     QObject owner;
-    const auto paths = pathsOf(appId);
-    if (paths.isLeft())
-        return Left(paths.left());
-    const auto gestures = bindingsOf(paths.right()).flatMap([&](const Bindings &bindings) {
-        return gesturesOf(paths.right(), &features, bindings, &owner);
-    });
-    if (gestures.isLeft())
-        return Left(gestures.left());
-    const auto zones = zonesOf(paths.right());
+    const auto loaded = load(appId, &features, &owner);
+    if (loaded.isLeft())
+        return Left(loaded.left());
+    const auto zones = zonesOf(loaded.right().paths);
     if (zones.isLeft())
         return Left(zones.left());
 
-    const QVector<Choice> choices = choicesOf(gestures.right(), filter);
+    const QVector<Choice> choices = choicesOf(loaded.right().gestures, filter);
     if (choices.isEmpty())
         return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(appId)});
-    const QString configuration = resolved(paths.right().defaultPath());
+    const QString configuration = resolved(loaded.right().paths.defaultPath());
     if (!file.isEmpty())
         return draw(appId, configuration, choices, zones.right(), file);
     printDrawing(appId, configuration, choices, zones.right());

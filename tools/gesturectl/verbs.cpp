@@ -1,6 +1,7 @@
 #include "verbs.h"
 
 #include "bindingsfile.h"
+#include "gesturetext.h"
 #include "output.h"
 
 #include <gesture_api/gestureservice.h>
@@ -17,44 +18,6 @@ using namespace vellix::gesture;
 
 namespace gesturectl {
 
-namespace {
-// The gestures of one application as its programs have them.
-struct Loaded
-{
-    ApplicationPaths paths;
-    Bindings bindings;
-    Gestures gestures;
-};
-}
-
-static Result<Loaded> load(const QString &appId, const FeaturesProvider *features, QObject *parent)
-{
-    return pathsOf(appId).flatMap([&](const ApplicationPaths &paths) {
-        return bindingsOf(paths).flatMap([&](const Bindings &bindings) {
-            return gesturesOf(paths, features, bindings, parent).map([&](const Gestures &gestures) {
-                return Loaded{paths, bindings, gestures};
-            });
-        });
-    });
-}
-
-QString pathOf(const Action *action)
-{
-    return action ? action->path() : QStringLiteral("-");
-}
-
-static QJsonValue jsonPathOf(const Action *action)
-{
-    return action ? QJsonValue(action->path()) : QJsonValue();
-}
-
-QString numbersOf(const QRectF &zone, int precision)
-{
-    const auto number = [precision](double value) { return QString::number(value, 'g', precision); };
-    return QStringLiteral("(%1, %2, %3, %4)")
-            .arg(number(zone.x()), number(zone.y()), number(zone.width()), number(zone.height()));
-}
-
 static QString zoneText(const QRectF &zone)
 {
     const QString name = GestureService::predefinedZones.key(zone);
@@ -68,9 +31,9 @@ static QJsonObject toJson(const Gesture *gesture)
         available.append(action->path());
     return {{QStringLiteral("id"), gesture->id()},
             {QStringLiteral("modes"), QJsonArray::fromStringList(gesture->modes())},
-            {QStringLiteral("kind"), Gesture::kindToVariant(gesture->kind()).toString()},
-            {QStringLiteral("direction"), Gesture::directionToVariant(gesture->direction()).toString()},
-            {QStringLiteral("zone"), QJsonObject::fromVariantMap(Gesture::rectfToVariant(gesture->zone()).toMap())},
+            {QStringLiteral("kind"), kindText(gesture->kind())},
+            {QStringLiteral("direction"), directionText(gesture->direction())},
+            {QStringLiteral("zone"), toJson(gesture->zone())},
             {QStringLiteral("availableActions"), available},
             {QStringLiteral("defaultAction"), jsonPathOf(gesture->defaultAction())},
             {QStringLiteral("currentAction"), jsonPathOf(gesture->currentAction())},
@@ -81,8 +44,8 @@ static QStringList toRow(const Gesture *gesture)
 {
     return {gesture->id(),
             gesture->modes().isEmpty() ? QStringLiteral("(all)") : gesture->modes().join(QLatin1Char(',')),
-            Gesture::kindToVariant(gesture->kind()).toString(),
-            Gesture::directionToVariant(gesture->direction()).toString(),
+            kindText(gesture->kind()),
+            directionText(gesture->direction()),
             zoneText(gesture->zone()),
             pathOf(gesture->currentAction())
                     + (gesture->supported() ? QString() : QStringLiteral("  [not on this device]"))};
@@ -96,8 +59,7 @@ Result<ExitStatus> list(const QString &appId, const QString &kind, const QString
         QJsonArray array;
         QList<QStringList> rows;
         for (const Gesture *gesture : loaded.gestures) {
-            const bool isOfKind =
-                    kind.isEmpty() || Gesture::kindToVariant(gesture->kind()).toString() == kind.toLower();
+            const bool isOfKind = kind.isEmpty() || kindText(gesture->kind()) == kind.toLower();
             const bool isInMode = mode.isEmpty() || gesture->modes().isEmpty() || gesture->modes().contains(mode);
             if (!isOfKind || !isInMode)
                 continue;
@@ -141,7 +103,7 @@ Result<ExitStatus> zones(const QString &appId, bool json)
         QJsonObject object;
         QList<QStringList> rows;
         for (auto zone = all.cbegin(); zone != all.cend(); ++zone) {
-            object.insert(zone.key(), QJsonObject::fromVariantMap(Gesture::rectfToVariant(*zone).toMap()));
+            object.insert(zone.key(), toJson(*zone));
             rows.append({zone.key(), numbersOf(*zone)});
         }
         if (json)
@@ -150,13 +112,6 @@ Result<ExitStatus> zones(const QString &appId, bool json)
             printTable(rows);
         return Success;
     });
-}
-
-static Result<Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id)
-{
-    if (Gesture *gesture = gestureById(gestures, id))
-        return Right(gesture);
-    return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
 }
 
 // Whether a node stands for its action itself and not for a menu on the way to it.
@@ -232,13 +187,6 @@ Result<ExitStatus> actions(const QString &appId, const QString &gestureId, bool 
             return Right(Success);
         });
     });
-}
-
-bool offers(const Gesture *gesture, const QString &actionPath)
-{
-    const QList<Action *> &available = gesture->availableActions();
-    return std::any_of(available.cbegin(), available.cend(),
-                       [&](const Action *action) { return action->path() == actionPath; });
 }
 
 Result<ExitStatus> bind(const QString &appId, const QString &gestureId, const QString &actionPath)

@@ -69,11 +69,4 @@ Result<ExitStatus> schema(const QString &name);
 /// Draws to an .svg or .png file, or in characters to standard output when `file` is empty.
 Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file);
 
-/// "(x, y, width, height)"
-QString numbersOf(const QRectF &zone, int precision = 4);
-/// "-" for none.
-QString pathOf(const vellix::gesture::Action *action);
-/// Whether the user may choose this action.
-bool offers(const vellix::gesture::Gesture *gesture, const QString &actionPath);
-
 }
