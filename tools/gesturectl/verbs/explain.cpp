@@ -1,6 +1,8 @@
-#include "gesturetext.h"
-#include "output.h"
 #include "verbs.h"
+
+#include <gesturectl/gesturetext.h>
+#include <gesturectl/output.h>
+#include <gesturectl/touch.h>
 
 #include <gesture_api/action.h>
 
@@ -16,6 +18,13 @@ using namespace vellix::gesture;
 namespace gesturectl {
 
 namespace {
+struct Request
+{
+    QString appId;
+    Touch touch;
+    bool json = false;
+};
+
 // An alternative of a fallback list that the device does not support.
 struct Skipped
 {
@@ -55,6 +64,13 @@ struct Explanation
     QStringList hidden; // later gestures that match as well
     Origin origin;
 };
+}
+
+static void declare(Options *options, Request *request)
+{
+    options->app(&request->appId).required();
+    declareTouch(options, &request->touch);
+    options->json(&request->json);
 }
 
 // The tests of the lookup in its order.
@@ -310,11 +326,11 @@ static QJsonObject toJson(const Explanation &explanation)
     return object;
 }
 
-Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
+static Result<ExitStatus> explain(const Request &request)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
-    const auto loaded = load(appId, &features, &owner);
+    const auto loaded = load(request.appId, &features, &owner);
     if (loaded.isLeft())
         return Left(loaded.left());
     // Once more as it is written: a gesture does not tell where its action comes from.
@@ -322,12 +338,18 @@ Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
     const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
 
     const Explanation explanation =
-            explanationOf(loaded.right().gestures, root, touch, &features, loaded.right().bindings);
-    if (json)
+            explanationOf(loaded.right().gestures, root, request.touch, &features, loaded.right().bindings);
+    if (request.json)
         print(QJsonDocument(toJson(explanation)));
     else
         printText(explanation);
     return Right(explanation.winner ? Success : NoneMatches);
+}
+
+Verb explainVerb()
+{
+    return verb("explain", "Show why a touch matches a gesture, and where its action comes from",
+                "Example: gesturectl explain --app reader --mode reading --kind hold --at 0.5,0.1", declare, explain);
 }
 
 }

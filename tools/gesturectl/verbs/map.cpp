@@ -1,8 +1,9 @@
-#include "drawing.h"
-#include "gesturetext.h"
-#include "output.h"
-#include "textdrawing.h"
 #include "verbs.h"
+
+#include <gesturectl/drawing.h>
+#include <gesturectl/gesturetext.h>
+#include <gesturectl/output.h>
+#include <gesturectl/textdrawing.h>
 
 #include <gesture_api/gestureservice.h>
 
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -26,6 +28,15 @@ static const int mostPanels = 2000;
 static const int mostZones = 20000;
 
 namespace {
+struct Request
+{
+    QString appId;
+    QString mode; // all if empty
+    std::optional<Gesture::Kind> kind;
+    std::optional<Gesture::Direction> direction;
+    QString picture; // .svg or .png; the terminal's characters if empty
+};
+
 // The touches of a panel, and the gestures among which they choose.
 struct Choice
 {
@@ -37,6 +48,25 @@ struct Choice
 };
 }
 
+// By the name alone, before anything is read.
+static std::string checkPicture(const std::string &file)
+{
+    const QString name = text(file);
+    const auto ends = [&name](const char *suffix) { return name.endsWith(QLatin1String(suffix), Qt::CaseInsensitive); };
+    return ends(".svg") || ends(".png") ? std::string() : "'" + file + "' is neither .svg nor .png";
+}
+
+static void declare(Options *options, Request *request)
+{
+    options->app(&request->appId).required();
+    options->mode(&request->mode, "Only what applies in this mode");
+    options->kind(&request->kind, "Only this kind");
+    options->direction(&request->direction, "Only this direction");
+    options->text("-o,--output", &request->picture, "Draw to this .svg or .png file, else in characters")
+            .check(checkPicture)
+            .type("FILE");
+}
+
 static Gestures matching(const Gestures &gestures, const Mode &mode, Gesture::Kind kind, Gesture::Direction direction)
 {
     Gestures some;
@@ -46,15 +76,16 @@ static Gestures matching(const Gestures &gestures, const Mode &mode, Gesture::Ki
     return some;
 }
 
-static bool isWanted(const Gesture *gesture, const MapFilter &filter)
+static bool isWanted(const Gesture *gesture, const Request &request)
 {
-    return (filter.kind.isEmpty() || kindText(gesture->kind()) == filter.kind.toLower())
-            && (filter.direction.isEmpty() || directionText(gesture->direction()) == filter.direction);
+    return (!request.kind || gesture->kind() == *request.kind)
+            && (!request.direction || gesture->direction() == *request.direction);
 }
 
-static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filter)
+static QVector<Choice> choicesOf(const Gestures &gestures, const Request &request)
 {
-    const QVector<Mode> modes = filter.mode.isEmpty() ? analysis::modesOf(gestures) : QVector<Mode>{Mode(filter.mode)};
+    const QVector<Mode> modes =
+            request.mode.isEmpty() ? analysis::modesOf(gestures) : QVector<Mode>{Mode(request.mode)};
     QVector<Choice> choices;
     for (const Mode &mode : modes) {
         const QString name = mode   ? QStringLiteral("mode ") + shortened(*mode)
@@ -62,7 +93,7 @@ static QVector<Choice> choicesOf(const Gestures &gestures, const MapFilter &filt
                                     : QStringLiteral("any other mode");
         std::set<std::pair<Gesture::Kind, Gesture::Direction>> touches;
         for (const Gesture *gesture : gestures) {
-            if (analysis::applies(gesture, mode) && isWanted(gesture, filter))
+            if (analysis::applies(gesture, mode) && isWanted(gesture, request))
                 touches.insert({gesture->kind(), gesture->direction()});
         }
         for (const auto &[kind, direction] : touches)
@@ -158,25 +189,31 @@ static void printDrawing(const QString &appId, const QString &configuration, con
         print(QStringList(QString()) + textDrawing(panelOf(choice, zones)));
 }
 
-Result<ExitStatus> map(const QString &appId, const MapFilter &filter, const QString &file)
+static Result<ExitStatus> map(const Request &request)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
-    const auto loaded = load(appId, &features, &owner);
+    const auto loaded = load(request.appId, &features, &owner);
     if (loaded.isLeft())
         return Left(loaded.left());
     const auto zones = zonesOf(loaded.right().paths);
     if (zones.isLeft())
         return Left(zones.left());
 
-    const QVector<Choice> choices = choicesOf(loaded.right().gestures, filter);
+    const QVector<Choice> choices = choicesOf(loaded.right().gestures, request);
     if (choices.isEmpty())
-        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(appId)});
+        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(request.appId)});
     const QString configuration = resolved(loaded.right().paths.defaultPath());
-    if (!file.isEmpty())
-        return draw(appId, configuration, choices, zones.right(), file);
-    printDrawing(appId, configuration, choices, zones.right());
+    if (!request.picture.isEmpty())
+        return draw(request.appId, configuration, choices, zones.right(), request.picture);
+    printDrawing(request.appId, configuration, choices, zones.right());
     return Right(Success);
+}
+
+Verb mapVerb()
+{
+    return verb("map", "Draw the zones of the gestures, in the order of the lookup",
+                "Example: gesturectl map --app reader --mode reading -o reading.svg", declare, map);
 }
 
 }

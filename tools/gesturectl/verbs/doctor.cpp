@@ -1,7 +1,7 @@
 #include "verbs.h"
 
-#include "bindingsfile.h"
-#include "output.h"
+#include <gesturectl/bindingsfile.h>
+#include <gesturectl/output.h>
 
 #include <gesture_api/gestureservice.h>
 
@@ -26,6 +26,16 @@ using analysis::Reach;
 namespace gesturectl {
 
 namespace {
+struct Request
+{
+    QString oldFile;
+    QString newFile;
+    QString bindings; // a file; the user's own of `appId` if empty
+    QString appId;
+    bool isWriting = false;
+    bool json = false;
+};
+
 enum class State { Kept, Stale, Unknown, Shadowed };
 
 // What becomes of one binding.
@@ -52,6 +62,17 @@ struct Repair
     QStringList dropped;
     QString keptAs;
 };
+}
+
+static void declare(Options *options, Request *request)
+{
+    options->file("--old", &request->oldFile, "The configuration before the update").required();
+    options->file("--new", &request->newFile, "The configuration after it").required();
+    options->file("--bindings", &request->bindings, "A file of choices");
+    options->app(&request->appId, "In place of a file, the user's choices for this application");
+    options->flag("--write", &request->isWriting,
+                  "Drop what the new configuration refuses or has not; the old file is kept");
+    options->json(&request->json);
 }
 
 static QString nameOf(const Action *action)
@@ -399,55 +420,71 @@ static void printJson(const QString &file, const QList<Finding> &findings, const
             {QStringLiteral("keptAs"), repair.keptAs.isEmpty() ? QJsonValue() : QJsonValue(repair.keptAs)}}));
 }
 
-Result<ExitStatus> doctor(const QString &oldFile, const QString &newFile, const QString &bindingsFile,
-                          const QString &appId, bool isWriting, bool json)
+static void printFindings(const QString &file, const QList<Finding> &findings, const Repair &repair, const Request &request)
 {
-    if (bindingsFile.isEmpty() == appId.isEmpty())
-        return Left(Failure{WrongUse, QStringLiteral("one of --bindings and --app must be given")});
+    if (request.json) {
+        printJson(file, findings, repair);
+        return;
+    }
+    printText(file, findings);
+    if (request.isWriting)
+        printRepair(file, repair);
+}
+
+// Judges the bindings, and repairs their file if that is asked for.
+static Result<ExitStatus> examine(const Request &request, const ApplicationPaths &own, const Bindings &bindings)
+{
     const DefaultFeaturesProvider features;
     QObject owner;
-    const Result<ApplicationPaths> own =
-            appId.isEmpty() ? Right(ApplicationPaths(QString(), bindingsFile, newFile)) : pathsOf(appId);
-    if (own.isLeft())
-        return Left(own.left());
-    std::optional<BindLock> lock;
-    if (isWriting)
-        lock.emplace(own.right());
-    if (lock && lock->failure())
-        return Left(*lock->failure());
-
-    const auto bindings = appId.isEmpty() ? bindingsOfFile(own.right()) : bindingsOf(own.right());
-    if (bindings.isLeft())
-        return Left(bindings.left());
-    const QString current = own.right().currentPath();
-    const ApplicationPaths after(appId, current, newFile);
-    const auto update = updateOf(ApplicationPaths(appId, current, oldFile), after, bindings.right(), &features, &owner);
+    const ApplicationPaths before(request.appId, own.currentPath(), request.oldFile);
+    const ApplicationPaths after(request.appId, own.currentPath(), request.newFile);
+    const auto update = updateOf(before, after, bindings, &features, &owner);
     if (update.isLeft())
         return Left(update.left());
 
     QList<Finding> findings;
     QStringList dropped;
-    for (auto binding = bindings.right().cbegin(); binding != bindings.right().cend(); ++binding) {
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding) {
         findings.append(findingOf(binding.key(), *binding, update.right()));
         if (isDropped(findings.last()))
             dropped.append(binding.key());
     }
     const auto repair =
-            isWriting ? repaired(after, bindings.right(), dropped, &features) : Result<Repair>(Right(Repair()));
+            request.isWriting ? repaired(after, bindings, dropped, &features) : Result<Repair>(Right(Repair()));
     if (repair.isLeft())
         return Left(repair.left());
+    printFindings(resolved(own.currentPath()), findings, repair.right(), request);
+    const bool isKept = std::all_of(findings.cbegin(), findings.cend(),
+                                    [](const Finding &finding) { return finding.state == State::Kept; });
+    return Right(isKept || request.isWriting ? Success : NoneMatches);
+}
 
-    const QString file = resolved(current);
-    if (json) {
-        printJson(file, findings, repair.right());
-    } else {
-        printText(file, findings);
-        if (isWriting)
-            printRepair(file, repair.right());
-    }
-    const bool isSound = std::all_of(findings.cbegin(), findings.cend(),
-                                     [](const Finding &finding) { return finding.state == State::Kept; });
-    return Right(isSound || isWriting ? Success : NoneMatches);
+static Result<ExitStatus> doctor(const Request &request)
+{
+    if (request.bindings.isEmpty() == request.appId.isEmpty())
+        return Left(Failure{WrongUse, QStringLiteral("one of --bindings and --app must be given")});
+    const Result<ApplicationPaths> own = request.appId.isEmpty()
+            ? Right(ApplicationPaths(QString(), request.bindings, request.newFile))
+            : pathsOf(request.appId);
+    if (own.isLeft())
+        return Left(own.left());
+    std::optional<BindLock> lock;
+    if (request.isWriting)
+        lock.emplace(own.right());
+    if (lock && lock->failure())
+        return Left(*lock->failure());
+    const auto bindings = request.appId.isEmpty() ? bindingsOfFile(own.right()) : bindingsOf(own.right());
+    if (bindings.isLeft())
+        return Left(bindings.left());
+    return examine(request, own.right(), bindings.right());
+}
+
+Verb doctorVerb()
+{
+    return verb("doctor", "Show what an update of the default configuration does to the user's choices",
+                "Exit status 1 when a choice would be refused or could not be reached any more.\n"
+                "Example: gesturectl doctor --old old.json --new new.json --app reader",
+                declare, doctor);
 }
 
 }
