@@ -420,7 +420,8 @@ static void printJson(const QString &file, const QList<Finding> &findings, const
             {QStringLiteral("keptAs"), repair.keptAs.isEmpty() ? QJsonValue() : QJsonValue(repair.keptAs)}}));
 }
 
-static void printFindings(const QString &file, const QList<Finding> &findings, const Repair &repair, const Request &request)
+static void printFindings(const QString &file, const QList<Finding> &findings, const Repair &repair,
+                          const Request &request)
 {
     if (request.json) {
         printJson(file, findings, repair);

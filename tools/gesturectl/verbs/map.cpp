@@ -1,9 +1,9 @@
 #include "verbs.h"
 
-#include <gesturectl/drawing.h>
 #include <gesturectl/gesturetext.h>
+#include <gesturectl/map/page.h>
+#include <gesturectl/map/textdrawing.h>
 #include <gesturectl/output.h>
-#include <gesturectl/textdrawing.h>
 
 #include <gesture_api/gestureservice.h>
 
@@ -120,8 +120,8 @@ static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
     return name.isEmpty() ? numbersOf(zone) : shortened(name);
 }
 
-// What a gesture for the whole screen behind all others would still get.
-static QVector<QRectF> deadAreas(const Choice &choice)
+// The touches that a last gesture for the whole screen would still get.
+static QVector<QRectF> unmatchedAreas(const Choice &choice)
 {
     Gesture last(QString(), QStringList(), choice.kind, Gesture::wholeZone, choice.direction, {}, nullptr, nullptr, {});
     const analysis::Reach reach = analysis::reachOf(&last, Gestures(choice.gestures) << &last, choice.mode);
@@ -130,7 +130,7 @@ static QVector<QRectF> deadAreas(const Choice &choice)
 
 static Panel panelOf(const Choice &choice, const QMap<QString, QRectF> &zones)
 {
-    Panel panel{titleOf(choice), {}, deadAreas(choice)};
+    Panel panel{titleOf(choice), {}, unmatchedAreas(choice)};
     for (const Gesture *gesture : choice.gestures)
         panel.entries.append(
                 {gesture, zoneText(gesture->zone(), zones), analysis::reachOf(gesture, choice.gestures, choice.mode)});
