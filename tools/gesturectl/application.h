@@ -11,14 +11,14 @@
 #include <QMap>
 #include <QString>
 
-// The files of an application, read so that a person learns what is wrong with them. The library's
-// service reads the same files but only logs their faults.
+// The files of an application, read so that every failure names its place. The library's service reads the same files
+// but only logs their faults.
 
 namespace gesturectl {
 
 enum ExitStatus { Success = 0, NoneMatches = 1, WrongUse = 2, BadFiles = 3 };
 
-/// Why a verb ends: its exit status and one line for a person.
+/// The failure of a verb: its exit status and one line for the user.
 struct Failure
 {
     ExitStatus status;
@@ -36,7 +36,7 @@ extern const QString pathsFile;
 
 Result<vellix::gesture::ApplicationPaths> pathsOf(const QString &appId);
 
-/// The user's bindings; none when there is no file.
+/// The user's bindings; none if there is no file.
 Result<Bindings> bindingsOf(const vellix::gesture::ApplicationPaths &paths);
 
 /// The gestures with these bindings applied, as children of `parent`.

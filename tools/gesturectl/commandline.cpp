@@ -25,7 +25,7 @@ CommandLine::CommandLine()
                   "  2  wrong use\n"
                   "  3  files that do not load or cannot be written\n"
                   "Example: gesturectl list --app reader");
-    m_cli->require_subcommand(0, 1); // none is told behind what was not understood
+    m_cli->require_subcommand(0, 1); // a missing verb is reported last
 
     for (const auto &verb : {listVerb, findVerb, explainVerb, zonesVerb, actionsVerb, mapVerb, bindVerb, resetVerb,
                              watchVerb, checkVerb, doctorVerb, exportVerb, importVerb, schemaVerb})
@@ -34,11 +34,11 @@ CommandLine::CommandLine()
 
 CommandLine::~CommandLine() = default;
 
-// The help of the verb that was given, or the version.
-static void printWanted(const CLI::App &cli, const CLI::Success &wanted)
+// The help of the program or of a verb, or the version.
+static void printHelp(const CLI::App &cli, const CLI::Success &help)
 {
     std::ostringstream text;
-    cli.exit(wanted, text, text);
+    cli.exit(help, text, text);
     QString lines = QString::fromStdString(text.str());
     if (lines.endsWith(QLatin1Char('\n')))
         lines.chop(1);
@@ -47,20 +47,20 @@ static void printWanted(const CLI::App &cli, const CLI::Success &wanted)
 
 std::optional<int> CommandLine::parse(int argc, char *argv[])
 {
-    // Else it is told among all that stands behind it.
+    // CLI11 would list every following argument as unexpected.
     const QString first = argc > 1 ? text(argv[1]) : QString();
     if (!first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !verbs().contains(first)) {
-        const QString meant = analysis::nearestTo(first, verbs());
+        const QString near = analysis::nearestTo(first, verbs());
         printError(QStringLiteral("there is no verb '%1'%2")
                            .arg(first,
-                                meant.isEmpty() ? QStringLiteral(", 'gesturectl --help' shows them")
-                                                : QStringLiteral(", did you mean '") + meant + QStringLiteral("'?")));
+                                near.isEmpty() ? QStringLiteral(", 'gesturectl --help' shows them")
+                                               : QStringLiteral(", did you mean '") + near + QStringLiteral("'?")));
         return WrongUse;
     }
     try {
         m_cli->parse(argc, argv);
-    } catch (const CLI::Success &wanted) { // help, version
-        printWanted(*m_cli, wanted);
+    } catch (const CLI::Success &help) { // or the version
+        printHelp(*m_cli, help);
         return Success;
     } catch (const CLI::ParseError &error) {
         printError(text(error.what()));

@@ -9,17 +9,18 @@
 
 namespace gesturectl {
 
-/// What a person may type: the verbs, each with its options.
+/// The command line: the verbs, each with its options.
 class CommandLine
 {
 public:
     CommandLine();
     ~CommandLine();
 
-    /// The exit status, when nothing is left to run: help was asked for, or the arguments are wrong.
+    /// The exit status if there is nothing to run: the help was printed, or the arguments are invalid.
     std::optional<int> parse(int argc, char *argv[]);
-    /// The name of the verb, and what it does.
+    /// The name of the verb.
     std::string verb() const;
+    /// Does its work.
     Result<ExitStatus> run() const { return m_run(); }
 
 private:

@@ -12,7 +12,7 @@ QString text(const std::string &bytes)
     return QString::fromLocal8Bit(bytes.c_str());
 }
 
-// It becomes a part of paths.
+// The id becomes a part of paths.
 static std::string checkApp(const std::string &app)
 {
     const bool isName = app.find('/') == std::string::npos && app != "." && app != "..";

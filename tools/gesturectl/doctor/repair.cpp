@@ -18,7 +18,7 @@ static Failure failed(const QFile &file)
     return {BadFiles, file.fileName() + QStringLiteral(": ") + file.errorString()};
 }
 
-// The first free one of FILE.old, FILE.old2 and so on, opened.
+// Opens the first free one of FILE.old, FILE.old2 and so on.
 static bool openBeside(const QString &file, QFile *copy)
 {
     for (int number = 1;; ++number) {
@@ -72,7 +72,7 @@ Result<Repair> repaired(const ApplicationPaths &paths, const Bindings &bindings,
     const auto keptAs = keepBeside(file);
     if (keptAs.isLeft())
         return Left(keptAs.left());
-    // Programs save without the lock: what was judged must be what is kept and replaced.
+    // Programs save without the lock: the judged bindings must be the ones that are copied and replaced.
     const auto kept = bindingsOf(ApplicationPaths(paths.appId(), keptAs.right(), paths.defaultPath()));
     const bool isSame = kept.isRight() && kept.right() == bindings;
     const auto written = isSame ? writeBindings(paths, gestures.right(), rest)

@@ -9,7 +9,7 @@
 
 namespace gesturectl {
 
-/// What a repair did.
+/// The result of a repair.
 struct Repair
 {
     QStringList dropped;

@@ -26,12 +26,12 @@ static bool isSameTouch(const Gesture *a, const Gesture *b)
             && a->modes() == b->modes();
 }
 
-// The gesture that now stands where one that is gone stood: a new one before one that was there already.
-static const Gesture *successorOf(const Gesture *gone, const Update &update)
+// A gesture of the new configuration for the touches of a removed one, preferably one that is new.
+static const Gesture *successorOf(const Gesture *removed, const Update &update)
 {
     const Gesture *successor = nullptr;
     for (const Gesture *gesture : update.after) {
-        if (!isSameTouch(gesture, gone))
+        if (!isSameTouch(gesture, removed))
             continue;
         if (!gestureById(update.before, gesture->id()))
             return gesture;
@@ -111,7 +111,7 @@ static QString shadowNote(const Gesture *gesture, const Gestures &all)
                 takers.append(taker);
         }
     }
-    // Without any, its zone has no part on the screen.
+    // Without takers, no part of its zone is on the screen.
     return QStringLiteral("no touch reaches it any more: ")
             + (takers.isEmpty() ? QStringLiteral("its zone is not on the screen")
                                 : QStringLiteral("all of its zone goes to ") + takers.join(QStringLiteral(", ")));
@@ -129,7 +129,7 @@ static double commonArea(const QVector<QRectF> &a, const QVector<QRectF> &b)
     return area;
 }
 
-// Such as "30 % to 'X'"; of those only that take touches which the gesture had before.
+// Such as "30 % to 'X'", only for gestures that take touches which this one had before.
 static QString newLosses(const Reach &before, const Reach &after, const QRectF &zone)
 {
     const double negligible = 1e-9 * zone.width() * zone.height();
@@ -199,7 +199,7 @@ bool isDropped(const Outcome &outcome)
     return outcome.state == State::Stale || outcome.state == State::Unknown;
 }
 
-// Halved until each stands alone: one binding does not change whether another loads.
+// Halves the bindings down to single ones: one binding does not change whether another loads.
 static Bindings refusalsOf(const QString &file, const FeaturesProvider *features, const Bindings &bindings)
 {
     QObject owner;

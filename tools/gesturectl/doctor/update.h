@@ -5,13 +5,13 @@
 #include <QString>
 #include <QStringList>
 
-// What an update of the default configuration does to a user's bindings.
+// The effect of an update of the default configuration on a user's bindings.
 
 namespace gesturectl {
 
 enum class State { Kept, Stale, Unknown, Shadowed };
 
-/// What becomes of one binding.
+/// The effect of the update on one binding.
 struct Outcome
 {
     State state;
@@ -33,7 +33,7 @@ struct Update
 Result<Update> updateOf(const vellix::gesture::ApplicationPaths &before, const vellix::gesture::ApplicationPaths &after,
                         const Bindings &bindings, const vellix::gesture::FeaturesProvider *features, QObject *parent);
 
-/// Of the binding of a gesture to the action `choice`.
+/// Of the binding of the gesture `id` to the action `choice`.
 Outcome outcomeOf(const QString &id, const QString &choice, const Update &update);
 
 /// Whether a repair drops the binding.

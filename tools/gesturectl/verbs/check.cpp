@@ -24,7 +24,7 @@ struct Request
 {
     enum Format { Text, Json, Sarif };
 
-    QString appId; // empty unless it is to be checked, as all that follow
+    QString appId; // empty if not given, like the files
     bool allApps = false;
     QString config;
     QString bindings;
@@ -86,7 +86,7 @@ static void declare(Options *options, Request *request)
             .oneOf({QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("sarif")});
 }
 
-// The file that was named, or the system's when there is one.
+// The named file, or the system's if there is one.
 static ApplicationPathsConfiguration pathsFor(Check *check, const QString &named)
 {
     const QString path = named.isEmpty() ? pathsFile : named;

@@ -21,7 +21,7 @@ struct Request
 {
     QString oldFile;
     QString newFile;
-    QString bindings; // a file; the user's own of `appId` if empty
+    QString bindings; // a file; if empty, the user's own of `appId`
     QString appId;
     bool isWriting = false;
     bool json = false;
@@ -98,7 +98,7 @@ static void printOutcomes(const QString &file, const QList<Outcome> &outcomes, c
         printRepair(file, repair);
 }
 
-// Judges the bindings, and repairs their file if that is asked for.
+// Judges the bindings, and repairs their file with --write.
 static Result<ExitStatus> examine(const Request &request, const ApplicationPaths &own, const Bindings &bindings)
 {
     const DefaultFeaturesProvider features;

@@ -32,7 +32,7 @@ struct Skipped
     QStringList missing;
 };
 
-// What the file says that a gesture does by default: an action, or why there is none.
+// The default action of a gesture in the file, or why there is none.
 struct FileDefault
 {
     bool isList = false;
@@ -46,7 +46,7 @@ struct Origin
 {
     QString from;
     FileDefault fileDefault;
-    QString binding; // empty when the user chose nothing
+    QString binding; // empty without one
 };
 
 struct Row
@@ -61,7 +61,7 @@ struct Explanation
     Touch touch;
     QList<Row> rows;
     const Gesture *winner = nullptr;
-    QStringList hidden; // later gestures that match as well
+    QStringList hidden; // later gestures that also match
     Origin origin;
 };
 }
@@ -87,7 +87,7 @@ static QString failedTest(const Gesture *gesture, const Touch &touch)
     return {};
 }
 
-// As short as it can be told exactly: what decides at an edge is not rounded away.
+// The shortest exact form: rounding could move a touch across an edge.
 static QString number(double value)
 {
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
@@ -176,13 +176,13 @@ static Explanation explanationOf(const Gestures &gestures, const QVariantMap &ro
     return explanation;
 }
 
-// Without one a zone holds no point, not even of its edges.
+// Without an area a zone contains no point, not even of its edges.
 static bool hasArea(const QRectF &zone)
 {
     return zone.width() != 0 && zone.height() != 0;
 }
 
-// Both sides of the test that failed: what the gesture wants, and what the touch has.
+// Both sides of the failed test: the gesture's value and the touch's.
 static QString outcomeOf(const Row &row, const Explanation &explanation)
 {
     const Touch &touch = explanation.touch;
@@ -333,7 +333,7 @@ static Result<ExitStatus> explain(const Request &request)
     const auto loaded = load(request.appId, &features, &owner);
     if (loaded.isLeft())
         return Left(loaded.left());
-    // Once more as it is written: a gesture does not tell where its action comes from.
+    // Also as written: a gesture does not know where its action comes from.
     const auto document = components::VariantLoader::loadJson(loaded.right().paths.defaultPath());
     const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
 

@@ -23,7 +23,7 @@ using analysis::Mode;
 
 namespace gesturectl {
 
-// A larger page could not be looked at, and would take gigabytes.
+// A larger page would be unreadable, and would need gigabytes.
 static const int mostPanels = 2000;
 static const int mostZones = 20000;
 
@@ -37,8 +37,8 @@ struct Request
     QString picture; // .svg or .png; the terminal's characters if empty
 };
 
-// The touches of a panel, and the gestures among which they choose.
-struct Choice
+// The touches of a panel, and the gestures that they can match.
+struct Touches
 {
     Mode mode;
     Gesture::Kind kind;
@@ -82,11 +82,11 @@ static bool isWanted(const Gesture *gesture, const Request &request)
             && (!request.direction || gesture->direction() == *request.direction);
 }
 
-static QVector<Choice> choicesOf(const Gestures &gestures, const Request &request)
+static QVector<Touches> touchesOf(const Gestures &gestures, const Request &request)
 {
     const QVector<Mode> modes =
             request.mode.isEmpty() ? analysis::modesOf(gestures) : QVector<Mode>{Mode(request.mode)};
-    QVector<Choice> choices;
+    QVector<Touches> all;
     for (const Mode &mode : modes) {
         const QString name = mode   ? QStringLiteral("mode ") + shortened(*mode)
                 : modes.size() == 1 ? QStringLiteral("any mode")
@@ -97,43 +97,44 @@ static QVector<Choice> choicesOf(const Gestures &gestures, const Request &reques
                 touches.insert({gesture->kind(), gesture->direction()});
         }
         for (const auto &[kind, direction] : touches)
-            choices.append({mode, kind, direction, matching(gestures, mode, kind, direction), name});
+            all.append({mode, kind, direction, matching(gestures, mode, kind, direction), name});
     }
-    return choices;
+    return all;
 }
 
-static QString titleOf(const Choice &choice)
+static QString titleOf(const Touches &touches)
 {
-    QString touch = kindText(choice.kind);
-    const bool isMovement = choice.kind == Gesture::Swipe || choice.kind == Gesture::Drag;
-    if (choice.direction != Gesture::NoDirection)
-        touch += QLatin1Char(' ') + directionText(choice.direction);
+    QString touch = kindText(touches.kind);
+    const bool isMovement = touches.kind == Gesture::Swipe || touches.kind == Gesture::Drag;
+    if (touches.direction != Gesture::NoDirection)
+        touch += QLatin1Char(' ') + directionText(touches.direction);
     else if (isMovement)
         touch += QStringLiteral(" without direction");
-    return QStringLiteral("%1, %2").arg(choice.modeName, touch);
+    return QStringLiteral("%1, %2").arg(touches.modeName, touch);
 }
 
 static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
 {
-    // Of two names the one that every application knows.
+    // Of two names, the one that every application knows.
     const QString name = GestureService::predefinedZones.key(zone, names.key(zone));
     return name.isEmpty() ? numbersOf(zone) : shortened(name);
 }
 
 // The touches that a last gesture for the whole screen would still get.
-static QVector<QRectF> unmatchedAreas(const Choice &choice)
+static QVector<QRectF> unmatchedAreas(const Touches &touches)
 {
-    Gesture last(QString(), QStringList(), choice.kind, Gesture::wholeZone, choice.direction, {}, nullptr, nullptr, {});
-    const analysis::Reach reach = analysis::reachOf(&last, Gestures(choice.gestures) << &last, choice.mode);
+    Gesture last(QString(), QStringList(), touches.kind, Gesture::wholeZone, touches.direction, {}, nullptr, nullptr,
+                 {});
+    const analysis::Reach reach = analysis::reachOf(&last, Gestures(touches.gestures) << &last, touches.mode);
     return reach.none ? QVector<QRectF>() : reach.left;
 }
 
-static Panel panelOf(const Choice &choice, const QMap<QString, QRectF> &zones)
+static Panel panelOf(const Touches &touches, const QMap<QString, QRectF> &zones)
 {
-    Panel panel{titleOf(choice), {}, unmatchedAreas(choice)};
-    for (const Gesture *gesture : choice.gestures)
-        panel.entries.append(
-                {gesture, zoneText(gesture->zone(), zones), analysis::reachOf(gesture, choice.gestures, choice.mode)});
+    Panel panel{titleOf(touches), {}, unmatchedAreas(touches)};
+    for (const Gesture *gesture : touches.gestures)
+        panel.entries.append({gesture, zoneText(gesture->zone(), zones),
+                              analysis::reachOf(gesture, touches.gestures, touches.mode)});
     return panel;
 }
 
@@ -160,20 +161,20 @@ static Result<ExitStatus> write(const QString &file, const QByteArray &bytes)
     return Right(Success);
 }
 
-static Result<ExitStatus> draw(const QString &appId, const QString &configuration, const QVector<Choice> &choices,
+static Result<ExitStatus> draw(const QString &appId, const QString &configuration, const QVector<Touches> &all,
                                const QMap<QString, QRectF> &zones, const QString &file)
 {
-    const int count = std::accumulate(choices.cbegin(), choices.cend(), 0,
-                                      [](int sum, const Choice &choice) { return sum + choice.gestures.size(); });
-    if (choices.size() > mostPanels || count > mostZones)
+    const int count = std::accumulate(all.cbegin(), all.cend(), 0,
+                                      [](int sum, const Touches &touches) { return sum + touches.gestures.size(); });
+    if (all.size() > mostPanels || count > mostZones)
         return Left(Failure{BadFiles,
                             QStringLiteral("%1 panels with %2 zones are too many for one page: narrow it with --mode, "
                                            "--kind or --direction")
-                                    .arg(choices.size())
+                                    .arg(all.size())
                                     .arg(count)});
     Page page{appId, configuration, {}};
-    for (const Choice &choice : choices)
-        page.panels.append(panelOf(choice, zones));
+    for (const Touches &touches : all)
+        page.panels.append(panelOf(touches, zones));
     const bool isPng = file.endsWith(QLatin1String(".png"), Qt::CaseInsensitive);
     return (isPng ? png(page) : Result<QByteArray>(Right(svg(page)))).flatMap([&file](const QByteArray &bytes) {
         return write(file, bytes);
@@ -181,12 +182,12 @@ static Result<ExitStatus> draw(const QString &appId, const QString &configuratio
 }
 
 // Panel by panel: there may be many.
-static void printDrawing(const QString &appId, const QString &configuration, const QVector<Choice> &choices,
+static void printDrawing(const QString &appId, const QString &configuration, const QVector<Touches> &all,
                          const QMap<QString, QRectF> &zones)
 {
     print(shortened(appId) + QStringLiteral(": ") + shortened(configuration));
-    for (const Choice &choice : choices)
-        print(QStringList(QString()) + textDrawing(panelOf(choice, zones)));
+    for (const Touches &touches : all)
+        print(QStringList(QString()) + textDrawing(panelOf(touches, zones)));
 }
 
 static Result<ExitStatus> map(const Request &request)
@@ -200,13 +201,13 @@ static Result<ExitStatus> map(const Request &request)
     if (zones.isLeft())
         return Left(zones.left());
 
-    const QVector<Choice> choices = choicesOf(loaded.right().gestures, request);
-    if (choices.isEmpty())
+    const QVector<Touches> all = touchesOf(loaded.right().gestures, request);
+    if (all.isEmpty())
         return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(request.appId)});
     const QString configuration = resolved(loaded.right().paths.defaultPath());
     if (!request.picture.isEmpty())
-        return draw(request.appId, configuration, choices, zones.right(), request.picture);
-    printDrawing(request.appId, configuration, choices, zones.right());
+        return draw(request.appId, configuration, all, zones.right(), request.picture);
+    printDrawing(request.appId, configuration, all, zones.right());
     return Right(Success);
 }
 

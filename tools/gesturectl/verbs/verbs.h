@@ -2,7 +2,7 @@
 
 #include <gesturectl/verb.h>
 
-// One function for each verb, in the file of its name: the request, the declaration of its options, and what it does.
+// One function for each verb, in the file of its name, beside its request, the declaration of its options and its work.
 
 namespace gesturectl {
 

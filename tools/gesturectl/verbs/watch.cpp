@@ -78,7 +78,7 @@ static Result<ExitStatus> watch(const Request &request)
     GestureServiceProvider provider(&features);
     provider.setAppId(request.appId);
     QObject::connect(&provider, &GestureServiceProvider::serviceChanged, &provider, [&](const GestureService *service) {
-        if (!service) // let go of; the new one follows
+        if (!service) // released; the new one follows
             return;
         const auto now = currentActions(paths.right(), &features);
         if (now.isLeft()) {
