@@ -77,7 +77,7 @@ BindLock::BindLock(const ApplicationPaths &paths)
 {
     if (m_descriptor >= 0 && isLockedByAnother(m_descriptor))
         m_failure = Failure{BadFiles,
-                            QStringLiteral("%1: locked by %2 for 5 seconds: nothing is changed, try again")
+                            QStringLiteral("%1: locked by %2 for 5 seconds; nothing was changed, try again")
                                     .arg(resolved(paths.defaultPath()), holdersOf(m_descriptor))};
 }
 

@@ -14,16 +14,16 @@
 namespace gesturectl {
 
 CommandLine::CommandLine()
-    : m_cli(std::make_unique<CLI::App>("Looks into the touch-gesture configuration of an application, and changes it.",
+    : m_cli(std::make_unique<CLI::App>("Inspects and changes an application's touch-gesture configuration.",
                                        "gesturectl"))
 {
     m_cli->formatter(std::make_shared<HelpFormatter>());
     m_cli->set_version_flag("--version", "gesturectl " GESTURECTL_VERSION, "Print the version and exit");
     m_cli->footer("Exit status:\n"
                   "  0  done\n"
-                  "  1  nothing matches, or what was asked for was found wanting\n"
-                  "  2  wrong use\n"
-                  "  3  files that do not load or cannot be written\n"
+                  "  1  no match, or problems found\n"
+                  "  2  usage error\n"
+                  "  3  a file cannot be loaded or written\n"
                   "Example: gesturectl list --app reader");
     m_cli->require_subcommand(0, 1); // a missing verb is reported last
 
@@ -51,9 +51,9 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
     const QString first = argc > 1 ? text(argv[1]) : QString();
     if (!first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !verbs().contains(first)) {
         const QString near = analysis::nearestTo(first, verbs());
-        printError(QStringLiteral("there is no verb '%1'%2")
+        printError(QStringLiteral("unknown verb '%1'%2")
                            .arg(first,
-                                near.isEmpty() ? QStringLiteral(", 'gesturectl --help' shows them")
+                                near.isEmpty() ? QStringLiteral(", 'gesturectl --help' lists the verbs")
                                                : QStringLiteral(", did you mean '") + near + QStringLiteral("'?")));
         return WrongUse;
     }
@@ -67,7 +67,7 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
         return WrongUse;
     }
     if (!m_run) {
-        printError(QStringLiteral("a verb is missing, 'gesturectl --help' shows them"));
+        printError(QStringLiteral("no verb given, 'gesturectl --help' lists the verbs"));
         return WrongUse;
     }
     return {};

@@ -16,12 +16,12 @@ QString text(const std::string &bytes)
 static std::string checkApp(const std::string &app)
 {
     const bool isName = app.find('/') == std::string::npos && app != "." && app != "..";
-    return isName ? std::string() : "'" + app + "' is no name of an application";
+    return isName ? std::string() : "'" + app + "' is not a valid application name";
 }
 
 static std::string checkName(const std::string &file)
 {
-    return file.empty() ? "the name of the file is empty" : std::string();
+    return file.empty() ? "the file name is empty" : std::string();
 }
 
 Option &Option::required()

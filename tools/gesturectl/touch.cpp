@@ -13,7 +13,7 @@ static std::string checkPosition(const std::string &position)
     const double x = numbers.value(0).toDouble(&isX);
     const double y = numbers.value(1).toDouble(&isY);
     if (numbers.size() != 2 || !isX || !isY || !(x >= 0 && x <= 1 && y >= 0 && y <= 1))
-        return "'" + position + "' is not X,Y with both from 0 to 1";
+        return "'" + position + "' is not X,Y with two numbers from 0 to 1";
     return {};
 }
 
@@ -25,8 +25,8 @@ void declareTouch(Options *options, Touch *touch)
     };
     options->mode(&touch->mode, "The application's mode").required();
     options->kind(&touch->kind, "The kind of the touch").required();
-    options->direction(&touch->direction, "Its direction").defaultText("no");
-    options->value("--at", readPosition, "Where it starts: X,Y from 0 to 1, x to the right, y down")
+    options->direction(&touch->direction, "The direction of the touch").defaultText("no");
+    options->value("--at", readPosition, "The start of the touch: X,Y from 0 to 1, x to the right, y down")
             .required()
             .check(checkPosition, "X,Y");
 }

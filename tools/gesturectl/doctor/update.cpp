@@ -44,9 +44,9 @@ static const Gesture *successorOf(const Gesture *removed, const Update &update)
 static QString unknownNote(const Gesture *was, const Update &update)
 {
     if (!was)
-        return QStringLiteral("no such gesture, unknown to the old configuration already");
+        return QStringLiteral("unknown gesture, also in the old configuration");
     const Gesture *successor = successorOf(was, update);
-    return QStringLiteral("no such gesture any more")
+    return QStringLiteral("the gesture no longer exists")
             + (successor ? QStringLiteral(", perhaps now ") + quoted(successor->id()) : QString());
 }
 
@@ -54,7 +54,7 @@ static QString defaultNote(const Gesture *was, const Gesture *is, const QString 
 {
     const bool changed = was && nameOf(was->defaultAction()) != nameOf(is->defaultAction());
     if (is->defaultAction() && is->defaultAction()->path() == choice) {
-        return changed ? QStringLiteral("only repeats the new default, which was ") + nameOf(was->defaultAction())
+        return changed ? QStringLiteral("only repeats the new default; the old one was ") + nameOf(was->defaultAction())
                        : QStringLiteral("only repeats the default");
     }
     if (!changed)
@@ -68,7 +68,7 @@ static QString offerNote(const Gesture *was, const Gesture *is, const QString &c
     if (offers(is, choice))
         return {};
     return (was && offers(was, choice) ? QStringLiteral("no longer offered") : QStringLiteral("not offered"))
-            + QStringLiteral(", though defined: the menu cannot show it");
+            + QStringLiteral(" but defined: the menu cannot show it");
 }
 
 // Of a gesture with its binding.
@@ -175,7 +175,7 @@ Outcome outcomeOf(const QString &id, const QString &choice, const Update &update
     if (!is)
         return {State::Unknown, id, choice, {unknownNote(was, update)}};
     if (update.refusals.contains(id)) {
-        const QString effect = QStringLiteral(": refused, and ALL gestures of the application would be gone");
+        const QString effect = QStringLiteral(": rejected, and the application would have NO gestures");
         return {State::Stale, id, choice, {update.refusals.value(id) + effect}};
     }
 

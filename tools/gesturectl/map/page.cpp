@@ -140,7 +140,7 @@ Result<QByteArray> png(const Page &page)
     const double height = layout.size.height();
     const auto tooLarge = [&] {
         return Left(Failure{BadFiles,
-                            QStringLiteral("a PNG of %1 x %2 pixels is too large: narrow it with --mode or --kind, "
+                            QStringLiteral("a PNG of %1 x %2 pixels is too large: restrict it with --mode or --kind, "
                                            "or draw an SVG")
                                     .arg(width)
                                     .arg(height)});

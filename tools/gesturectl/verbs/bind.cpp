@@ -72,7 +72,7 @@ static Result<ExitStatus> bind(const Request &request)
     const QString current = pathOf(gestureById(gestures.right(), request.gestureId)->currentAction());
     if (current != request.actionPath)
         return Left(Failure{WrongUse,
-                            QStringLiteral("gesture '%1' always does '%2': its 'currentAction' hides every binding")
+                            QStringLiteral("gesture '%1' always performs '%2': its 'currentAction' hides every binding")
                                     .arg(request.gestureId, current)});
 
     return writeBindings(paths.right(), gestures.right(), wanted).map([&](ExitStatus status) {

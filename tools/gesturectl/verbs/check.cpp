@@ -64,24 +64,26 @@ static Request::Format formatOf(const QString &name)
 static void declare(Options *options, Request *request)
 {
     Option app = options->app(&request->appId);
-    const Option all = options->flag("--all-apps", &request->allApps, "All applications that have a configuration");
-    Option config = options->file("--config", &request->config, "This configuration");
+    const Option all =
+            options->flag("--all-apps", &request->allApps, "Check all applications that have a configuration");
+    Option config = options->file("--config", &request->config, "Check this configuration");
     app.excludes(all).excludes(config);
     config.excludes(all);
-    options->file("--bindings", &request->bindings, "These bindings in place of the user's own").excludes(all);
-    options->file("--paths", &request->paths, "This file in place of the system's application paths");
-    const Option every = options->flag("--every-device", &request->everyDevice, "All combinations of features");
+    options->file("--bindings", &request->bindings, "Check these bindings instead of the user's").excludes(all);
+    options->file("--paths", &request->paths, "Use this file instead of the system's application paths");
+    const Option every =
+            options->flag("--every-device", &request->everyDevice, "Check all combinations of device features");
     options->list("--with", &request->with,
-                  "The features that the device has in place of this machine's, separated by commas")
+                  "Check a device with these features, separated by commas, instead of this machine")
             .oneOf(featureNames())
             .excludes(every);
-    options->flag("--strict", &request->strict, "Exit status 1 for warnings");
-    options->list("--ignore", &request->ignored, "Rules whose warnings are not wanted, separated by commas")
+    options->flag("--strict", &request->strict, "Exit with status 1 on warnings");
+    options->list("--ignore", &request->ignored, "Ignore the warnings of these rules, separated by commas")
             .oneOf(warningIds())
             .type("RULE");
     options->value(
                    "--format", [request](const QString &name) { request->format = formatOf(name); },
-                   "How findings are printed")
+                   "The output format")
             .defaultText("text")
             .oneOf({QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("sarif")});
 }
@@ -149,8 +151,7 @@ static Result<ExitStatus> checkFiles(Check *check, const Request &request)
         return checkAllApplications(check, pathsFor(check, request.paths));
     if (request.paths.isEmpty() && request.bindings.isEmpty())
         return Left(Failure{
-                WrongUse,
-                QStringLiteral("nothing to check: name it with --app, --all-apps, --config, --bindings or --paths")});
+                WrongUse, QStringLiteral("nothing to check: give --app, --all-apps, --config, --bindings or --paths")});
     if (!request.paths.isEmpty())
         check->paths(request.paths);
     if (!request.bindings.isEmpty())
@@ -199,8 +200,8 @@ static Result<ExitStatus> check(const Request &request)
 
 Verb checkVerb()
 {
-    return verb("check", "Find what is wrong in configurations before they are shipped",
-                "Errors give the exit status 3, warnings with --strict 1.\n"
+    return verb("check", "Find problems in configurations before they are shipped",
+                "Exit status: 3 on errors, 1 on warnings with --strict.\n"
                 "Example: gesturectl check --app reader --every-device --strict",
                 declare, check);
 }

@@ -31,11 +31,11 @@ struct Request
 static void declare(Options *options, Request *request)
 {
     options->file("--old", &request->oldFile, "The configuration before the update").required();
-    options->file("--new", &request->newFile, "The configuration after it").required();
-    options->file("--bindings", &request->bindings, "A file of choices");
-    options->app(&request->appId, "In place of a file, the user's choices for this application");
+    options->file("--new", &request->newFile, "The configuration after the update").required();
+    options->file("--bindings", &request->bindings, "Examine the choices in this bindings file");
+    options->app(&request->appId, "Examine the user's choices for this application");
     options->flag("--write", &request->isWriting,
-                  "Drop what the new configuration refuses or has not; the old file is kept");
+                  "Drop choices that the new configuration rejects or no longer has; keep the old file");
     options->json(&request->json);
 }
 
@@ -65,7 +65,7 @@ static void printText(const QString &file, const QList<Outcome> &outcomes)
 static void printRepair(const QString &file, const Repair &repair)
 {
     if (repair.dropped.isEmpty())
-        print(file + QStringLiteral(": nothing needs repair, nothing is written"));
+        print(file + QStringLiteral(": nothing to repair, nothing written"));
     else
         print(QStringLiteral("%1: dropped %2; the old file is kept as %3")
                       .arg(file, repair.dropped.join(QStringLiteral(", ")), repair.keptAs));
@@ -129,7 +129,7 @@ static Result<ExitStatus> examine(const Request &request, const ApplicationPaths
 static Result<ExitStatus> doctor(const Request &request)
 {
     if (request.bindings.isEmpty() == request.appId.isEmpty())
-        return Left(Failure{WrongUse, QStringLiteral("one of --bindings and --app must be given")});
+        return Left(Failure{WrongUse, QStringLiteral("give either --bindings or --app")});
     const Result<ApplicationPaths> own = request.appId.isEmpty()
             ? Right(ApplicationPaths(QString(), request.bindings, request.newFile))
             : pathsOf(request.appId);
@@ -148,8 +148,8 @@ static Result<ExitStatus> doctor(const Request &request)
 
 Verb doctorVerb()
 {
-    return verb("doctor", "Show what an update of the default configuration does to the user's choices",
-                "Exit status 1 when a choice would be refused or could not be reached any more.\n"
+    return verb("doctor", "Show how an update of the default configuration affects the user's choices",
+                "Exit status: 1 if a choice would no longer work.\n"
                 "Example: gesturectl doctor --old old.json --new new.json --app reader",
                 declare, doctor);
 }

@@ -131,7 +131,7 @@ static FileDefault fileDefaultOf(const QVariant &value, const QList<Action *> &a
         found.skipped.append({found.path, missingOf(action.right()->featureList())});
     }
     found.path.clear();
-    found.fault = QStringLiteral("the device supports none of its list");
+    found.fault = QStringLiteral("the device supports no action of its list");
     return found;
 }
 
@@ -187,7 +187,7 @@ static QString outcomeOf(const Row &row, const Explanation &explanation)
 {
     const Touch &touch = explanation.touch;
     const auto wants = [&row](const QString &wanted, const QString &got) {
-        return QStringLiteral("%1: wants %2, got %3").arg(row.failed, wanted, got);
+        return QStringLiteral("%1: expected %2, got %3").arg(row.failed, wanted, got);
     };
     if (row.failed == QLatin1String("mode"))
         return wants(row.gesture->modes().join(QStringLiteral(" or ")), touch.mode);
@@ -196,7 +196,7 @@ static QString outcomeOf(const Row &row, const Explanation &explanation)
     if (row.failed == QLatin1String("direction"))
         return wants(directionText(row.gesture->direction()), directionText(touch.direction));
     if (row.failed == QLatin1String("zone"))
-        return QStringLiteral("zone %1 %2does not hold %3,%4")
+        return QStringLiteral("zone %1 %2does not contain %3,%4")
                 .arg(row.zone, hasArea(row.gesture->zone()) ? QString() : QStringLiteral("has no area and "),
                      number(touch.position.x()), number(touch.position.y()));
     if (row.gesture == explanation.winner)
@@ -231,12 +231,12 @@ static QString originText(const Origin &origin)
     if (origin.from == QLatin1String("currentAction"))
         return QStringLiteral("the file's 'currentAction'")
                 + (origin.binding.isEmpty() ? QString()
-                                            : QStringLiteral(", which hides the user's binding to ") + origin.binding);
+                                            : QStringLiteral("; it hides the user's binding to ") + origin.binding);
     if (!fileDefault.fault.isEmpty())
         return QStringLiteral("the user's binding; the file has no default for it: ") + fileDefault.fault;
     if (fileDefault.path == origin.binding)
-        return QStringLiteral("the user's binding, which is the file's default, too");
-    return QStringLiteral("the user's binding, which replaces the file's default ") + fileDefault.path;
+        return QStringLiteral("the user's binding; the file's default is the same");
+    return QStringLiteral("the user's binding; it replaces the file's default ") + fileDefault.path;
 }
 
 static void printText(const Explanation &explanation)

@@ -43,7 +43,7 @@ static Result<ExitStatus> exportBindings(const Request &request)
 
 Verb exportVerb()
 {
-    return verb("export", "Print the user's choices as a file for 'import'",
+    return verb("export", "Print the user's choices in the format that 'import' reads",
                 "Example: gesturectl export --app reader > choices.json", declare, exportBindings);
 }
 

@@ -23,7 +23,7 @@ struct Request
 static void declare(Options *options, Request *request)
 {
     options->app(&request->appId).required();
-    options->file("FILE", &request->file, "What 'export' printed").required();
+    options->file("FILE", &request->file, "A file that 'export' printed").required();
     options->flag("--dry-run", &request->isDryRun, "Only show the difference");
 }
 
@@ -54,7 +54,7 @@ static Bindings knownBindings(const Bindings &offered, const Gestures &gestures,
         if (gestureById(gestures, binding.key()))
             known.insert(binding.key(), *binding);
         else
-            printError(QStringLiteral("%1: actions.%2: left out, application '%3' has no such gesture")
+            printError(QStringLiteral("%1: actions.%2: ignored, application '%3' has no such gesture")
                                .arg(resolved(request.file), binding.key(), request.appId));
     }
     return known;
@@ -71,7 +71,8 @@ static Result<ExitStatus> replaceBindings(const ApplicationPaths &paths, const G
         return Left(*lock->failure());
     const auto current = bindingsOf(paths);
     if (current.isLeft()) {
-        const QString advice = QStringLiteral("; it is left as it is: repair it, or remove it with 'gesturectl reset'");
+        const QString advice =
+                QStringLiteral("; the file is unchanged: repair it, or remove it with 'gesturectl reset'");
         return Left(Failure{current.left().status, current.left().message + advice});
     }
     const Bindings wanted = knownBindings(offered, gestures, request);
@@ -104,7 +105,7 @@ static Result<ExitStatus> importBindings(const Request &request)
 
 Verb importVerb()
 {
-    return verb("import", "Replace the user's choices by those of a file, and show the difference",
+    return verb("import", "Replace the user's choices with those of a file, and show the difference",
                 "Example: gesturectl import --app reader choices.json --dry-run", declare, importBindings);
 }
 

@@ -29,8 +29,8 @@ struct Request
 static void declare(Options *options, Request *request)
 {
     options->app(&request->appId).required();
-    options->kind(&request->kind, "Only this kind");
-    options->mode(&request->mode, "Only those that apply in this mode");
+    options->kind(&request->kind, "Only gestures of this kind");
+    options->mode(&request->mode, "Only gestures that apply in this mode");
     options->json(&request->json);
 }
 

@@ -59,10 +59,10 @@ static std::string checkPicture(const std::string &file)
 static void declare(Options *options, Request *request)
 {
     options->app(&request->appId).required();
-    options->mode(&request->mode, "Only what applies in this mode");
-    options->kind(&request->kind, "Only this kind");
-    options->direction(&request->direction, "Only this direction");
-    options->text("-o,--output", &request->picture, "Draw to this .svg or .png file, else in characters")
+    options->mode(&request->mode, "Only gestures that apply in this mode");
+    options->kind(&request->kind, "Only gestures of this kind");
+    options->direction(&request->direction, "Only gestures of this direction");
+    options->text("-o,--output", &request->picture, "Draw to this .svg or .png file instead of the terminal")
             .check(checkPicture)
             .type("FILE");
 }
@@ -145,7 +145,7 @@ static Result<ExitStatus> write(const QString &file, const QByteArray &bytes)
     };
     const QFileInfo info(file);
     if (info.exists() && !info.isFile())
-        return refuse(QStringLiteral("is no regular file"));
+        return refuse(QStringLiteral("Not a regular file"));
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
         return refuse(out.errorString());
@@ -167,11 +167,12 @@ static Result<ExitStatus> draw(const QString &appId, const QString &configuratio
     const int count = std::accumulate(all.cbegin(), all.cend(), 0,
                                       [](int sum, const Touches &touches) { return sum + touches.gestures.size(); });
     if (all.size() > mostPanels || count > mostZones)
-        return Left(Failure{BadFiles,
-                            QStringLiteral("%1 panels with %2 zones are too many for one page: narrow it with --mode, "
-                                           "--kind or --direction")
-                                    .arg(all.size())
-                                    .arg(count)});
+        return Left(
+                Failure{BadFiles,
+                        QStringLiteral("%1 panels with %2 zones are too many for one page: restrict them with --mode, "
+                                       "--kind or --direction")
+                                .arg(all.size())
+                                .arg(count)});
     Page page{appId, configuration, {}};
     for (const Touches &touches : all)
         page.panels.append(panelOf(touches, zones));
@@ -203,7 +204,8 @@ static Result<ExitStatus> map(const Request &request)
 
     const QVector<Touches> all = touchesOf(loaded.right().gestures, request);
     if (all.isEmpty())
-        return Left(Failure{NoneMatches, QStringLiteral("application '%1' has no such gesture").arg(request.appId)});
+        return Left(
+                Failure{NoneMatches, QStringLiteral("application '%1' has no matching gesture").arg(request.appId)});
     const QString configuration = resolved(loaded.right().paths.defaultPath());
     if (!request.picture.isEmpty())
         return draw(request.appId, configuration, all, zones.right(), request.picture);

@@ -37,7 +37,7 @@ static Result<ExitStatus> reset(const Request &request)
 
 Verb resetVerb()
 {
-    return verb("reset", "Forget all choices of the user", "Example: gesturectl reset --app reader", declare, reset);
+    return verb("reset", "Remove all of the user's choices", "Example: gesturectl reset --app reader", declare, reset);
 }
 
 }

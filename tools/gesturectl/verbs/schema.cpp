@@ -26,7 +26,7 @@ static Result<ExitStatus> schema(const Request &request)
 {
     QFile file(QStringLiteral(":/schemas/%1.schema.json").arg(request.name));
     if (!file.open(QIODevice::ReadOnly))
-        return Left(Failure{WrongUse, QStringLiteral("there is no schema '%1'").arg(request.name)});
+        return Left(Failure{WrongUse, QStringLiteral("unknown schema '%1'").arg(request.name)});
     print(QString::fromUtf8(file.readAll()).trimmed().split(QLatin1Char('\n')));
     return Right(Success);
 }

@@ -24,7 +24,7 @@ struct Request
 static void declare(Options *options, Request *request)
 {
     options->app(&request->appId).required();
-    options->number("--count", &request->count, "End after so many changes, 0 for never");
+    options->number("--count", &request->count, "Stop after this many changes, 0 for never");
     options->json(&request->json);
 }
 

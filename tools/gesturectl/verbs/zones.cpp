@@ -23,7 +23,7 @@ struct Request
 
 static void declare(Options *options, Request *request)
 {
-    options->app(&request->appId, "Show the zones of this application, too");
+    options->app(&request->appId, "Also show the zones of this application");
     options->json(&request->json);
 }
 
@@ -48,7 +48,7 @@ static Result<ExitStatus> zones(const Request &request)
 
 Verb zonesVerb()
 {
-    return verb("zones", "Show the zones that a configuration may name", "Example: gesturectl zones", declare, zones);
+    return verb("zones", "Show the zones that a configuration can use", "Example: gesturectl zones", declare, zones);
 }
 
 }
