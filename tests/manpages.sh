@@ -47,15 +47,15 @@ The application's mode (required)
 --kind {tap,hold,swipe,drag}
 The kind of the touch (required)
 --direction {toLeft,toRight,toTop,toBottom,no}
-Its direction (default: no)
+The direction of the touch (default: no)
 --at X,Y
-Where it starts: X,Y from 0 to 1, x to the right, y down (required)
+The start of the touch: X,Y from 0 to 1, x to the right, y down (required)
 --json Print JSON
 EXIT STATUS
 0 done
-1 nothing matches, or what was asked for was found wanting
-2 wrong use
-3 files that do not load or cannot be written
+1 no match, or problems found
+2 usage error
+3 a file cannot be loaded or written
 EXAMPLES
 $ gesturectl find --app reader --mode reading --kind tap --at 0.9,0.5
 SEE ALSO

@@ -115,7 +115,7 @@ private Q_SLOTS:
         row("the default changed from the choice", QByteArray(t).replace("n\": \"a\"", "n\": \"b\""), t, bound, 0,
             "kept  t  b  the default changed from 'b' to 'a', the choice stays\n");
         row("the new default repeated", t, QByteArray(t).replace("n\": \"a\"", "n\": \"b\""), bound, 0,
-            "kept  t  b  only repeats the new default, which was 'a'\n");
+            "kept  t  b  only repeats the new default; the old one was 'a'\n");
         row("the old default repeated", t, t, R"("t": "a")", 0, "kept  t  a  only repeats the default\n");
         row("there was no default", QByteArray(t).replace("defaultAction", "currentAction"), t, bound, 0,
             "kept  t  b  the default changed from none to 'a', the choice stays\n");
@@ -124,9 +124,9 @@ private Q_SLOTS:
             "kept  t  b  hidden by the fixed 'currentAction' 'a'; the default changed from 'a' to none, the choice "
             "stays\n");
         row("no longer offered", t, QByteArray("{") + offersA, bound, 0,
-            "kept  t  b  no longer offered, though defined: the menu cannot show it\n");
+            "kept  t  b  no longer offered but defined: the menu cannot show it\n");
         row("not offered before either", QByteArray("{") + offersA, QByteArray("{") + offersA, bound, 0,
-            "kept  t  b  not offered, though defined: the menu cannot show it\n");
+            "kept  t  b  not offered but defined: the menu cannot show it\n");
         row("hidden by what is fixed", t, tap("t", "\"left\"", R"(, "currentAction": "c")"), bound, 0,
             "kept  t  b  hidden by the fixed 'currentAction' 'c'\n");
         row("the choice is what is fixed", t, tap("t", "\"left\"", R"(, "currentAction": "b")"), bound, 0,
@@ -139,36 +139,36 @@ private Q_SLOTS:
         // What would not load.
         row("stale", t + ',' + tap("u", "\"top\""), t + ',' + tap("u", "\"top\""), R"("t": "b", "u": "gone")", 1,
             "kept   t  b     -\n"
-            "stale  u  gone  action 'gone' not defined: refused, and ALL gestures of the application would be gone\n");
+            "stale  u  gone  action 'gone' not defined: rejected, and the application would have NO gestures\n");
         row("every choice stale", t + ',' + tap("u", "\"top\""), t + ',' + tap("u", "\"top\""), R"("t": "x", "u": "y")",
             1,
-            "stale  t  x  action 'x' not defined: refused, and ALL gestures of the application would be gone\n"
-            "stale  u  y  action 'y' not defined: refused, and ALL gestures of the application would be gone\n");
+            "stale  t  x  action 'x' not defined: rejected, and the application would have NO gestures\n"
+            "stale  u  y  action 'y' not defined: rejected, and the application would have NO gestures\n");
         row("stale: offered, but defined in the gesture only", t,
             QByteArray(t).replace("\"b\"]", R"({"path": "own", "title": "Own"}])"), R"("t": "own")", 1,
-            "stale  t  own  action 'own' not defined: refused, and ALL gestures of the application would be gone\n");
+            "stale  t  own  action 'own' not defined: rejected, and the application would have NO gestures\n");
         row("stale goes before shadowed", t, tap("thief", "\"left\"") + ',' + t, R"("t": "gone")", 1,
-            "stale  t  gone  action 'gone' not defined: refused, and ALL gestures of the application would be gone\n");
+            "stale  t  gone  action 'gone' not defined: rejected, and the application would have NO gestures\n");
 
         // What is not there.
-        row("unknown", t, tap("u", "\"top\""), bound, 1, "unknown  t  b  no such gesture any more\n");
+        row("unknown", t, tap("u", "\"top\""), bound, 1, "unknown  t  b  the gesture no longer exists\n");
         row("unknown to both", t, t, R"("x": "b")", 1,
-            "unknown  x  b  no such gesture, unknown to the old configuration already\n");
+            "unknown  x  b  unknown gesture, also in the old configuration\n");
         row("unknown in both though its action is gone, too", t, t, R"("x": "gone")", 1,
-            "unknown  x  gone  no such gesture, unknown to the old configuration already\n");
+            "unknown  x  gone  unknown gesture, also in the old configuration\n");
         row("renamed", t, tap("renamed", "\"left\""), bound, 1,
-            "unknown  t  b  no such gesture any more, perhaps now 'renamed'\n");
+            "unknown  t  b  the gesture no longer exists, perhaps now 'renamed'\n");
         row("renamed: of two at the place, the new one", t + ',' + tap("o", "\"left\""),
             tap("o", "\"left\"") + ',' + tap("renamed", "\"left\""), bound, 1,
-            "unknown  t  b  no such gesture any more, perhaps now 'renamed'\n");
+            "unknown  t  b  the gesture no longer exists, perhaps now 'renamed'\n");
         row("renamed: what stood there already", t + ',' + tap("o", "\"left\""), tap("o", "\"left\""), bound, 1,
-            "unknown  t  b  no such gesture any more, perhaps now 'o'\n");
+            "unknown  t  b  the gesture no longer exists, perhaps now 'o'\n");
         row("not renamed: another kind", t, QByteArray(tap("u", "\"left\"")).replace("tap", "hold"), bound, 1,
-            "unknown  t  b  no such gesture any more\n");
+            "unknown  t  b  the gesture no longer exists\n");
         row("not renamed: another direction", t, tap("u", "\"left\"", R"(, "direction": "toTop")"), bound, 1,
-            "unknown  t  b  no such gesture any more\n");
+            "unknown  t  b  the gesture no longer exists\n");
         row("not renamed: another mode", t, tap("u", "\"left\"", R"(, "modes": ["m"])"), bound, 1,
-            "unknown  t  b  no such gesture any more\n");
+            "unknown  t  b  the gesture no longer exists\n");
 
         // What is out of reach.
         const QByteArray halves = tap("l", leftHalf) + ',' + tap("r", rightHalf) + ',';
@@ -257,12 +257,12 @@ private Q_SLOTS:
         QCOMPARE(QJsonDocument::fromJson(run.out.toUtf8()), QJsonDocument::fromJson(R"({
             "file": "user.json", "dropped": [], "keptAs": null,
             "bindings": [
-                {"state": "unknown", "gesture": "gone", "action": "b", "notes": ["no such gesture any more"]},
+                {"state": "unknown", "gesture": "gone", "action": "b", "notes": ["the gesture no longer exists"]},
                 {"state": "newly shadowed", "gesture": "hidden", "action": "b",
                  "notes": ["no touch reaches it any more: all of its zone goes to 'thief'"]},
                 {"state": "kept", "gesture": "kept", "action": "b", "notes": []},
                 {"state": "stale", "gesture": "stale", "action": "no",
-                 "notes": ["action 'no' not defined: refused, and ALL gestures of the application would be gone"]}
+                 "notes": ["action 'no' not defined: rejected, and the application would have NO gestures"]}
             ]})"));
         QCOMPARE(testing::filesBelow("."), QStringList({"new.json", "old.json", "user.json"}));
     }
@@ -279,7 +279,7 @@ private Q_SLOTS:
 
         const Run again = doctor({"--bindings", "user.json", "--write"});
         QCOMPARE(again.exitCode, 0);
-        QVERIFY2(again.out.endsWith("\nuser.json: nothing needs repair, nothing is written\n"), qPrintable(again.out));
+        QVERIFY2(again.out.endsWith("\nuser.json: nothing to repair, nothing written\n"), qPrintable(again.out));
         QCOMPARE(testing::filesBelow("."), QStringList({"new.json", "old.json", "user.json", "user.json.old"}));
     }
 
@@ -332,7 +332,7 @@ private Q_SLOTS:
         const Run run = doctor({"--bindings", "user.json", "--write"});
         QCOMPARE(run.out,
                  QString("newly shadowed  hidden  b  no touch reaches it any more: all of its zone goes to 'thief'\n"
-                         "user.json: nothing needs repair, nothing is written\n"));
+                         "user.json: nothing to repair, nothing written\n"));
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(testing::readFile("user.json"), choices(R"("hidden": "b")"));
         QCOMPARE(testing::filesBelow("."), QStringList({"new.json", "old.json", "user.json"}));
@@ -392,8 +392,7 @@ private Q_SLOTS:
     {
         const Run run = doctor({"--app", "app", "--write"});
         QCOMPARE(run.out,
-                 QString("%1: no bindings\n%1: nothing needs repair, nothing is written\n")
-                         .arg(m_tree->userFile("app")));
+                 QString("%1: no bindings\n%1: nothing to repair, nothing written\n").arg(m_tree->userFile("app")));
         QCOMPARE(run.exitCode, 0);
         QVERIFY(!QFileInfo::exists(m_tree->user()));
     }
@@ -407,11 +406,11 @@ private Q_SLOTS:
         QTest::newRow("no new one") << "--old old.json --bindings user.json"
                                     << "--new is required";
         QTest::newRow("no choices") << "--old old.json --new new.json"
-                                    << "one of --bindings and --app must be given";
+                                    << "give either --bindings or --app";
         QTest::newRow("choices twice") << "--old old.json --new new.json --bindings user.json --app app"
-                                       << "one of --bindings and --app must be given";
+                                       << "give either --bindings or --app";
         QTest::newRow("a file without a name") << "--new new.json --app app --old "
-                                               << "--old: the name of the file is empty";
+                                               << "--old: the file name is empty";
         QTest::newRow("prohibited application") << "--old old.json --new new.json --app qmlplugindump"
                                                 << "app 'qmlplugindump' is prohibited";
     }
@@ -620,12 +619,11 @@ private:
 
     const QByteArray m_mixed = choices(R"("gone": "b", "hidden": "b", "kept": "b", "stale": "no")");
     const QString m_table =
-            "unknown         gone    b   no such gesture any more\n"
+            "unknown         gone    b   the gesture no longer exists\n"
             "newly shadowed  hidden  b   no touch reaches it any more: all of its zone goes to 'thief'\n"
             "kept            kept    b   -\n"
-            "stale           stale   no  action 'no' not defined: refused, and ALL gestures of the application would "
-            "be "
-            "gone\n";
+            "stale           stale   no  action 'no' not defined: rejected, and the application would have NO "
+            "gestures\n";
     const QByteArray m_repaired = "{\n    \"actions\": {\n        \"hidden\": \"b\",\n        \"kept\": \"b\"\n    "
                                   "},\n    \"version\": 1\n}\n";
     std::unique_ptr<DataTree> m_tree;

@@ -113,8 +113,8 @@ private Q_SLOTS:
             R"("one": "b")", "- gone: x\n");
         row("what the configuration does not have is left out", R"("one": "b")",
             R"("gone": "x", "nor": "a", "two": "b")", R"("two": "b")", "- one: b\n+ two: b\n",
-            "gesturectl: choices.json: actions.gone: left out, application 'app' has no such gesture\n"
-            "gesturectl: choices.json: actions.nor: left out, application 'app' has no such gesture\n");
+            "gesturectl: choices.json: actions.gone: ignored, application 'app' has no such gesture\n"
+            "gesturectl: choices.json: actions.nor: ignored, application 'app' has no such gesture\n");
         row("a user's stale choice is replaced", R"("one": "no")", R"("one": "b")", R"("one": "b")",
             "~ one: no -> b\n");
         row("what does not show, and what is not offered", "", R"("fixed": "b", "one": "c")",
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QCOMPARE(exported.exitCode, 3);
         QCOMPARE(exported.out, QString());
         const Run run = gesturectl({"import", "--app", "app", "choices.json"});
-        QCOMPARE(run.err, line + "; it is left as it is: repair it, or remove it with 'gesturectl reset'\n");
+        QCOMPARE(run.err, line + "; the file is unchanged: repair it, or remove it with 'gesturectl reset'\n");
         QCOMPARE(run.exitCode, 3);
         QCOMPARE(run.out, QString());
         QCOMPARE(testing::readFile(m_tree->userFile("app")), text);
@@ -279,7 +279,7 @@ private Q_SLOTS:
         QTest::newRow("import: no file") << "import --app app"
                                          << "FILE is required";
         QTest::newRow("import: a file without a name") << "import --app app "
-                                                       << "FILE: the name of the file is empty";
+                                                       << "FILE: the file name is empty";
         QTest::newRow("import: prohibited application") << "import --app qmlplugindump choices.json"
                                                         << "app 'qmlplugindump' is prohibited";
     }

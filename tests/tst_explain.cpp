@@ -48,16 +48,17 @@ private Q_SLOTS:
         const char *const direction = R"("failed": "direction", "wanted": "toLeft")";
         const char *const zone = R"("failed": "zone", "wanted": {"x": 0, "y": 0.2, "w": 0.25, "h": 0.6})";
         row("all hold", "notes swipe toLeft 0.1,0.5", "matches: wins", R"("failed": null, "wanted": null)");
-        row("mode", "menu swipe toLeft 0.1,0.5", "mode: wants notes or reading, got menu", mode);
-        row("letter case of the mode", "Notes swipe toLeft 0.1,0.5", "mode: wants notes or reading, got Notes", mode);
-        row("mode before kind", "menu tap toLeft 0.1,0.5", "mode: wants notes or reading, got menu", mode);
-        row("kind", "reading tap toLeft 0.1,0.5", "kind: wants swipe, got tap", kind);
-        row("kind before direction", "reading drag toTop 0.1,0.5", "kind: wants swipe, got drag", kind);
-        row("direction", "reading swipe toRight 0.1,0.5", "direction: wants toLeft, got toRight", direction);
-        row("direction before zone", "reading swipe no 0.9,0.5", "direction: wants toLeft, got no", direction);
-        row("zone", "reading swipe toLeft 0.9,0.5", "zone left (0, 0.2, 0.25, 0.6) does not hold 0.9,0.5", zone);
+        row("mode", "menu swipe toLeft 0.1,0.5", "mode: expected notes or reading, got menu", mode);
+        row("letter case of the mode", "Notes swipe toLeft 0.1,0.5", "mode: expected notes or reading, got Notes",
+            mode);
+        row("mode before kind", "menu tap toLeft 0.1,0.5", "mode: expected notes or reading, got menu", mode);
+        row("kind", "reading tap toLeft 0.1,0.5", "kind: expected swipe, got tap", kind);
+        row("kind before direction", "reading drag toTop 0.1,0.5", "kind: expected swipe, got drag", kind);
+        row("direction", "reading swipe toRight 0.1,0.5", "direction: expected toLeft, got toRight", direction);
+        row("direction before zone", "reading swipe no 0.9,0.5", "direction: expected toLeft, got no", direction);
+        row("zone", "reading swipe toLeft 0.9,0.5", "zone left (0, 0.2, 0.25, 0.6) does not contain 0.9,0.5", zone);
         row("zone, just past its edge", "reading swipe toLeft 0.25000000001,0.5",
-            "zone left (0, 0.2, 0.25, 0.6) does not hold 0.25000000001,0.5", zone);
+            "zone left (0, 0.2, 0.25, 0.6) does not contain 0.25000000001,0.5", zone);
         row("zone, on its edge", "reading swipe toLeft 0.25,0.2", "matches: wins", R"("failed": null, "wanted": null)");
     }
 
@@ -85,19 +86,19 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("zone");
         QTest::addColumn<QString>("outcome");
         QTest::newRow("of this file") << QByteArray(R"("zone": "edge")")
-                                      << "zone edge (0, 0, 0.1, 1) does not hold 0.5,0.5";
+                                      << "zone edge (0, 0, 0.1, 1) does not contain 0.5,0.5";
         QTest::newRow("an alias, as the gesture calls it")
-                << QByteArray(R"("zone": "alias")") << "zone alias (0, 0.2, 0.25, 0.6) does not hold 0.5,0.5";
+                << QByteArray(R"("zone": "alias")") << "zone alias (0, 0.2, 0.25, 0.6) does not contain 0.5,0.5";
         QTest::newRow("predefined, whatever the file says")
-                << QByteArray(R"("zone": "top")") << "zone top (0.25, 0, 0.5, 0.2) does not hold 0.5,0.5";
+                << QByteArray(R"("zone": "top")") << "zone top (0.25, 0, 0.5, 0.2) does not contain 0.5,0.5";
         QTest::newRow("a rectangle has none") << QByteArray(R"("zone": {"x": 0, "y": 0.2, "w": 0.25, "h": 0.6})")
-                                              << "zone (0, 0.2, 0.25, 0.6) does not hold 0.5,0.5";
+                                              << "zone (0, 0.2, 0.25, 0.6) does not contain 0.5,0.5";
         QTest::newRow("without a width") << QByteArray(R"("zone": {"x": 0.5, "y": 0, "w": 0, "h": 1})")
-                                         << "zone (0.5, 0, 0, 1) has no area and does not hold 0.5,0.5";
+                                         << "zone (0.5, 0, 0, 1) has no area and does not contain 0.5,0.5";
         QTest::newRow("without a height") << QByteArray(R"("zone": {"x": 0, "y": 0.5, "w": 1, "h": 0})")
-                                          << "zone (0, 0.5, 1, 0) has no area and does not hold 0.5,0.5";
+                                          << "zone (0, 0.5, 1, 0) has no area and does not contain 0.5,0.5";
         QTest::newRow("of a negative size") << QByteArray(R"("zone": {"x": 1, "y": 1, "w": -0.4, "h": -0.4})")
-                                            << "zone (1, 1, -0.4, -0.4) does not hold 0.5,0.5";
+                                            << "zone (1, 1, -0.4, -0.4) does not contain 0.5,0.5";
     }
 
     void zonesByTheirNames()
@@ -119,10 +120,10 @@ private Q_SLOTS:
             {"id": "last", "kind": "tap", "zone": "leftVerticalLine", "defaultAction": "back"}
         ])");
         QCOMPARE(explain("m tap no 0.1,0.5").out,
-                 QString("early   kind: wants hold, got tap\n"
+                 QString("early   kind: expected hold, got tap\n"
                          "narrow  matches: wins\n"
                          "whole   matches: hidden by narrow\n"
-                         "other   mode: wants n, got m\n"
+                         "other   mode: expected n, got m\n"
                          "last    matches: hidden by narrow\n"
                          "\n"
                          "gesture  narrow\n"
@@ -217,23 +218,23 @@ private Q_SLOTS:
             false, "action   next\nfrom     the file's 'currentAction'\n",
             R"({"from": "currentAction", "skipped": [], "default": "back", "binding": null})");
         row("a current action before a binding", R"("currentAction": "next")", R"("one": "back")", false,
-            "action   next\nfrom     the file's 'currentAction', which hides the user's binding to back\n",
+            "action   next\nfrom     the file's 'currentAction'; it hides the user's binding to back\n",
             R"({"from": "currentAction", "skipped": [], "default": null, "binding": "back"})");
         row("a binding", R"("defaultAction": "next")", R"("one": "back")", false,
-            "action   back\nfrom     the user's binding, which replaces the file's default next\n",
+            "action   back\nfrom     the user's binding; it replaces the file's default next\n",
             R"({"from": "binding", "skipped": [], "default": "next", "binding": "back"})");
         row("a binding of another gesture", R"("defaultAction": "next")", R"("two": "back")", false,
             "action   next\nfrom     the file's 'defaultAction'\n",
             R"({"from": "defaultAction", "skipped": [], "default": "next", "binding": null})");
         row("a binding to the default", R"("defaultAction": "next")", R"("one": "next")", false,
-            "action   next\nfrom     the user's binding, which is the file's default, too\n",
+            "action   next\nfrom     the user's binding; the file's default is the same\n",
             R"({"from": "binding", "skipped": [], "default": "next", "binding": "next"})");
         row("a binding in place of a list", R"("defaultAction": ["speak", "next"])", R"("one": "back")", false,
-            "action   back\nfrom     the user's binding, which replaces the file's default next\n",
+            "action   back\nfrom     the user's binding; it replaces the file's default next\n",
             R"({"from": "binding", "skipped": [], "default": "next", "binding": "back"})");
         row("a binding to what the device does not support", R"("defaultAction": "next")", R"("one": "speak")", false,
             "action   speak  [not on this device: no tts]\n"
-            "from     the user's binding, which replaces the file's default next\n",
+            "from     the user's binding; it replaces the file's default next\n",
             R"({"from": "binding", "skipped": [], "default": "next", "binding": "speak"})");
         row("a binding in place of a default that is not defined", R"("defaultAction": "gone")", R"("one": "back")",
             false,
@@ -243,7 +244,7 @@ private Q_SLOTS:
         row("a binding in place of a list without a supported action", R"("defaultAction": ["speak", "glow"])",
             R"("one": "back")", false,
             "action   back\n"
-            "from     the user's binding; the file has no default for it: the device supports none of its list\n",
+            "from     the user's binding; the file has no default for it: the device supports no action of its list\n",
             R"({"from": "binding", "skipped": [], "default": null, "binding": "back"})");
     }
 
@@ -265,7 +266,7 @@ private Q_SLOTS:
         if (speaks)
             addSpeechEngine();
         QCOMPARE(explain("m tap no 0.5,0.5").out,
-                 "zero  kind: wants hold, got tap\none   matches: wins\n\ngesture  one\n" + conclusion);
+                 "zero  kind: expected hold, got tap\none   matches: wins\n\ngesture  one\n" + conclusion);
         QCOMPARE(json("m tap no 0.5,0.5").value("origin"), QJsonValue(QJsonDocument::fromJson(expected).object()));
     }
 

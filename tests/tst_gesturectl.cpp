@@ -100,14 +100,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("error"); // what the one line on standard error holds, none when empty
         QTest::newRow("help") << "--help" << 0 << "";
         QTest::newRow("help of a verb") << "find --help" << 0 << "";
-        QTest::newRow("no verb") << "" << 2 << "verb is missing";
+        QTest::newRow("no verb") << "" << 2 << "no verb given";
         QTest::newRow("unknown verb") << "dance" << 2 << "dance";
-        QTest::newRow("misspelt verb") << "chek --config c.json" << 2
-                                       << "there is no verb 'chek', did you mean 'check'?";
+        QTest::newRow("misspelt verb") << "chek --config c.json" << 2 << "unknown verb 'chek', did you mean 'check'?";
         QTest::newRow("an application that is a path")
-                << "reset --app ../x" << 2 << "'../x' is no name of an application";
+                << "reset --app ../x" << 2 << "'../x' is not a valid application name";
         QTest::newRow("an application that is a directory")
-                << "list --app .." << 2 << "'..' is no name of an application";
+                << "list --app .." << 2 << "'..' is not a valid application name";
         QTest::newRow("no number of changes") << "watch --app app --count x" << 2 << "--count";
         QTest::newRow("unknown option") << "list --app app --loud" << 2 << "--loud";
         QTest::newRow("no application") << "list" << 2 << "--app";
@@ -132,7 +131,7 @@ private Q_SLOTS:
         QTest::newRow("bind what the next load would refuse")
                 << "bind --app app ReadingTapLeftNoDirection inline" << 2 << "action 'inline' not defined";
         QTest::newRow("bind what would never show")
-                << "bind --app app fixed page/next" << 2 << "'fixed' always does 'menu'";
+                << "bind --app app fixed page/next" << 2 << "'fixed' always performs 'menu'";
         QTest::newRow("a schema that is none") << "schema gestures" << 2 << "gestures";
         QTest::newRow("nothing to reset") << "reset --app app" << 0 << "";
         QTest::newRow("watch an unknown application") << "watch --app none" << 3 << "none/cfg.json: No such file";
@@ -389,7 +388,7 @@ private Q_SLOTS:
             }
         }
         const QRegularExpression error("^gesturectl: " + QRegularExpression::escape(app)
-                                       + ": locked by .+ for 5 seconds: nothing is changed, try again\n$");
+                                       + ": locked by .+ for 5 seconds; nothing was changed, try again\n$");
         for (const auto &process : waiting) {
             const Run run = testing::ended(process.get());
             QCOMPARE(run.exitCode, 3);

@@ -93,18 +93,18 @@ private Q_SLOTS:
         row("a kind that is none", "--app app --kind poke", 2, "poke");
         row("a direction in another case", "--app app --direction toleft", 2, "toleft");
         row("a direction alone", "--app app --direction toLeft", 0, "");
-        row("no such kind", "--app app --kind drag", 1, "application 'app' has no such gesture");
-        row("no such direction in the kind", "--app app --kind tap --direction toTop", 1, "no such gesture");
-        row("no such mode for the kind", "--app app --kind tap --mode Reading", 1, "no such gesture");
+        row("no such kind", "--app app --kind drag", 1, "application 'app' has no matching gesture");
+        row("no such direction in the kind", "--app app --kind tap --direction toTop", 1, "no matching gesture");
+        row("no such mode for the kind", "--app app --kind tap --mode Reading", 1, "no matching gesture");
         row("a mode that only gestures of every mode have", "--app app --mode other", 0, "");
         row("unknown suffix", "--app app -o FILES/x.pdf", 2, "x.pdf' is neither .svg nor .png");
         row("no suffix", "--app app -o svg", 2, "'svg' is neither .svg nor .png");
         row("unknown suffix, before anything is read", "--app none -o x.jpg", 2, "'x.jpg' is neither");
-        row("nothing to draw to a file", "--app app --kind drag -o FILES/x.svg", 1, "no such gesture");
+        row("nothing to draw to a file", "--app app --kind drag -o FILES/x.svg", 1, "no matching gesture");
         row("a directory that is not there", "--app app -o FILES/none/x.svg", 3, "none/x.svg: No such file");
-        row("a directory", "--app app -o FILES/directory.svg", 3, "directory.svg: is no regular file");
-        row("a link to a pipe", "--app app -o FILES/link.png", 3, "link.png: is no regular file");
-        row("a pipe without a reader", "--app app -o FILES/pipe.svg", 3, "pipe.svg: is no regular file");
+        row("a directory", "--app app -o FILES/directory.svg", 3, "directory.svg: Not a regular file");
+        row("a link to a pipe", "--app app -o FILES/link.png", 3, "link.png: Not a regular file");
+        row("a pipe without a reader", "--app app -o FILES/pipe.svg", 3, "pipe.svg: Not a regular file");
     }
 
     void exitStatus()
@@ -509,14 +509,14 @@ mode menu, hold
         testing::writeFile(m_tree->defaultFile("app"), many(2001, mode));
         const Run all = map({"--app", "app", "-o", file("x.svg")});
         QCOMPARE(all.err,
-                 QString("gesturectl: 2001 panels with 2001 zones are too many for one page: narrow it with "
+                 QString("gesturectl: 2001 panels with 2001 zones are too many for one page: restrict them with "
                          "--mode, --kind or --direction\n"));
         QCOMPARE(all.exitCode, 3);
         QCOMPARE(titlesOf(map({"--app", "app"}).out).size(), 2001);
 
         testing::writeFile(m_tree->defaultFile("app"), many(1000, mode));
         const Run some = map({"--app", "app", "-o", file("x.png")});
-        QVERIFY2(some.err.contains("pixels is too large: narrow it with --mode or --kind, or draw an SVG"),
+        QVERIFY2(some.err.contains("pixels is too large: restrict it with --mode or --kind, or draw an SVG"),
                  qPrintable(some.err));
         QCOMPARE(some.exitCode, 3);
         QVERIFY(!QFileInfo::exists(file("x.png")) && !QFileInfo::exists(file("x.svg")));

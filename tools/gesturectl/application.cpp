@@ -26,19 +26,19 @@ QString resolved(const QString &path)
     return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
 }
 
-// Of all that a check finds the error that the loader means, which stops at the first.
+// The finding for the error of the loader, which stops at the first.
 static const analysis::Finding *errorOf(const analysis::Findings &findings, const QString &reason)
 {
     const auto isError = [](const analysis::Finding &one) { return one.rule->severity == analysis::Severity::Error; };
-    const auto isMeant = [&](const analysis::Finding &one) { return isError(one) && one.text == reason; };
+    const auto isSame = [&](const analysis::Finding &one) { return isError(one) && one.text == reason; };
     const QVector<analysis::Finding> &all = findings.list();
-    auto found = std::find_if(all.cbegin(), all.cend(), isMeant);
+    auto found = std::find_if(all.cbegin(), all.cend(), isSame);
     if (found == all.cend())
         found = std::find_if(all.cbegin(), all.cend(), isError);
     return found == all.cend() ? nullptr : &*found;
 }
 
-// What a check finds beside what a later load would refuse.
+// Without the findings for which only a later load would fail.
 static analysis::Findings findingsOf(const analysis::Check &check)
 {
     analysis::Findings findings = check.findings();
@@ -46,7 +46,7 @@ static analysis::Findings findingsOf(const analysis::Check &check)
     return findings;
 }
 
-// A refused file, with the place of the fault. The loader names the file itself when it cannot read it.
+// An invalid file, with the place of the fault. The loader names the file itself if it cannot read it.
 static Failure badFile(const QString &path, const analysis::Check &check, const Error &error)
 {
     const QString file = resolved(path);
@@ -89,15 +89,15 @@ Result<Bindings> bindingsOf(const ApplicationPaths &paths)
     });
 }
 
-// A configuration that does not load, or a binding for which it does not.
-static Failure refused(const ApplicationPaths &paths, const Bindings &bindings, const Error &error)
+// A configuration that does not load, or not with one of the bindings.
+static Failure loadFailure(const ApplicationPaths &paths, const Bindings &bindings, const Error &error)
 {
     analysis::Check check;
     check.configuration(paths.defaultPath(), paths.currentPathExists() ? paths.currentPath() : QString());
     const Failure failure = badFile(paths.defaultPath(), check, error);
-    // A choice that is in no file yet.
-    const bool isSound = findingsOf(check).count(analysis::Severity::Error) == 0;
-    return isSound
+    // The files are valid: the fault is a binding that is in no file yet.
+    const bool isValid = findingsOf(check).count(analysis::Severity::Error) == 0;
+    return isValid
             ? Failure{BadFiles,
                       QStringList(bindings.keys()).join(QStringLiteral(", ")) + QStringLiteral(": ") + messageOf(error)}
             : failure;
@@ -108,7 +108,39 @@ Result<Gestures> gesturesOf(const ApplicationPaths &paths, const FeaturesProvide
 {
     const QString file = paths.defaultPath();
     return Configuration::loadJson(file, features, GestureService::predefinedZones, bindings, parent)
-            .mapLeft([&](const Error &error) { return refused(paths, bindings, error); });
+            .mapLeft([&](const Error &error) { return loadFailure(paths, bindings, error); });
+}
+
+Result<Loaded> load(const QString &appId, const FeaturesProvider *features, QObject *parent)
+{
+    return pathsOf(appId).flatMap([&](const ApplicationPaths &paths) {
+        return bindingsOf(paths).flatMap([&](const Bindings &bindings) {
+            return gesturesOf(paths, features, bindings, parent).map([&](const Gestures &gestures) {
+                return Loaded{paths, bindings, gestures};
+            });
+        });
+    });
+}
+
+Gesture *gestureById(const Gestures &gestures, const QString &id)
+{
+    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
+                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
+    return found == gestures.cend() ? nullptr : *found;
+}
+
+Result<Gesture *> gestureOf(const Gestures &gestures, const QString &appId, const QString &id)
+{
+    if (Gesture *gesture = gestureById(gestures, id))
+        return Right(gesture);
+    return Left(Failure{WrongUse, QStringLiteral("application '%1' has no gesture '%2'").arg(appId, id)});
+}
+
+bool offers(const Gesture *gesture, const QString &actionPath)
+{
+    const QList<Action *> &available = gesture->availableActions();
+    return std::any_of(available.cbegin(), available.cend(),
+                       [&](const Action *action) { return action->path() == actionPath; });
 }
 
 Result<QMap<QString, QRectF>> zonesOf(const ApplicationPaths &paths)

@@ -10,7 +10,6 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -23,7 +22,7 @@ namespace gesturectl {
 static const std::chrono::seconds longestWait(5);
 static const std::chrono::milliseconds betweenTries(20);
 
-// Whether it is another's all the time. Of a file system without locks it is nobody's.
+// Whether another process holds the lock all the time. A file system without locks has no holder.
 static bool isLockedByAnother(int descriptor)
 {
     const auto end = std::chrono::steady_clock::now() + longestWait;
@@ -52,7 +51,7 @@ static QString nameOf(qint64 process)
     return name.isEmpty() ? number : QString::fromUtf8(name) + QStringLiteral(" (") + number + QLatin1Char(')');
 }
 
-// As the system lists them: "1: FLOCK ADVISORY WRITE 4711 fe:00:1234 0 EOF"; those that wait have an arrow before.
+// As the system lists them: "1: FLOCK ADVISORY WRITE 4711 fe:00:1234 0 EOF"; an arrow marks those that wait.
 static QString holdersOf(int descriptor)
 {
     QStringList holders;
@@ -78,7 +77,7 @@ BindLock::BindLock(const ApplicationPaths &paths)
 {
     if (m_descriptor >= 0 && isLockedByAnother(m_descriptor))
         m_failure = Failure{BadFiles,
-                            QStringLiteral("%1: locked by %2 for 5 seconds: nothing is changed, try again")
+                            QStringLiteral("%1: locked by %2 for 5 seconds; nothing was changed, try again")
                                     .arg(resolved(paths.defaultPath()), holdersOf(m_descriptor))};
 }
 
@@ -108,13 +107,6 @@ Result<Bindings> bindingsOfFile(const ApplicationPaths &paths)
     if (!paths.currentPathExists())
         return Left(Failure{BadFiles, resolved(paths.currentPath()) + QStringLiteral(": No such file or directory")});
     return bindingsOf(paths);
-}
-
-Gesture *gestureById(const Gestures &gestures, const QString &id)
-{
-    const auto found = std::find_if(gestures.cbegin(), gestures.cend(),
-                                    [&id](const Gesture *gesture) { return gesture->id() == id; });
-    return found == gestures.cend() ? nullptr : *found;
 }
 
 }

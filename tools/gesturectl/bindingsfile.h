@@ -8,9 +8,9 @@
 
 namespace gesturectl {
 
-/// One change of the bindings at a time: what another process binds between our reading and our writing would be lost.
-/// The lock is on the configuration, which is always there, and goes with the descriptor. Another's is waited for, for
-/// some seconds; where there are no locks, there is none.
+/// Allows one change of the bindings at a time: a binding that another process saves between our reading and our
+/// writing would be lost. The lock is on the configuration, which always exists, and is released with the descriptor.
+/// The constructor waits some seconds for another's lock. On a file system without locks it locks nothing.
 class BindLock
 {
 public:
@@ -35,10 +35,7 @@ Result<ExitStatus> writeBindings(const vellix::gesture::ApplicationPaths &paths,
 /// The bindings of a file that must be there.
 Result<Bindings> bindingsOfFile(const vellix::gesture::ApplicationPaths &paths);
 
-/// All of a file; nothing of one that cannot be read.
+/// The content of a file; empty if it cannot be read.
 QByteArray contentOf(const QString &path);
-
-/// The first gesture of this id, or null.
-vellix::gesture::Gesture *gestureById(const Gestures &gestures, const QString &id);
 
 }

@@ -6,8 +6,8 @@
 
 namespace gesturectl {
 
-/// Help as man pages want it, too, which are made of it: headings of their own for examples, a comma and a
-/// blank between the names of an option, and in place of a type's name what the option takes.
+/// The layout of the help, which the man pages are made of: a heading for examples, a comma and a blank between the
+/// names of an option, and the accepted values in place of a type's name.
 class HelpFormatter : public CLI::Formatter
 {
 public:

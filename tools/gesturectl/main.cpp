@@ -10,14 +10,14 @@
 
 using namespace gesturectl;
 
-// Only what draws needs fonts, and needs no display for it.
+// Only `map` draws; it needs fonts, but no display.
 static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb, int &argc, char *argv[])
 {
     if (verb != "map")
         return std::make_unique<QCoreApplication>(argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // It would tell that there is no directory for sockets and the like; none is needed.
+    // Qt would warn of a missing directory for sockets and the like, which `map` does not need.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     QLoggingCategory::setFilterRules(QString());
@@ -26,7 +26,7 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
 
 int main(int argc, char *argv[])
 {
-    std::setlocale(LC_CTYPE, ""); // arguments are read before there is an application, which would do it
+    std::setlocale(LC_CTYPE, ""); // the arguments are read before the application object is created, which would do it
     takeQtMessages();
     CommandLine commandLine;
     if (const auto status = commandLine.parse(argc, argv))

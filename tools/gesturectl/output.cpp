@@ -34,7 +34,7 @@ void print(const QJsonDocument &document, QJsonDocument::JsonFormat format)
     write(analysis::shownJson(QString::fromUtf8(document.toJson(format).trimmed())), stdout);
 }
 
-// Whether nothing is to the right of it.
+// Whether the row has no text to the right.
 static bool isLast(const QStringList &row, int column)
 {
     for (int i = column + 1; i < row.size(); ++i) {
@@ -77,7 +77,7 @@ void printError(const QString &message)
     write(QStringLiteral("gesturectl: ") + shown(message), stderr);
 }
 
-// The library prints critical ones in colours, which are meant.
+// Critical messages of the library have colours, which stay.
 static void printQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     static const QRegularExpression colour(QStringLiteral("\033\\[[0-9;]*m"));

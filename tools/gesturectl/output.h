@@ -7,8 +7,8 @@
 #include <QString>
 #include <QStringList>
 
-// All that the program prints: nothing else writes to its standard output or standard error. Texts come as they are and
-// are made visible here, so that no verb can forget it.
+// The terminal: nothing else writes to standard output or standard error. Callers pass texts as they are; control
+// characters are made visible here, so that no verb can forget it.
 
 namespace gesturectl {
 
@@ -17,22 +17,22 @@ using analysis::percent;
 using analysis::quoted;
 using analysis::shown;
 
-/// One line, whatever the text holds.
+/// One line, whatever characters the text has.
 void print(const QString &line);
 void print(const QStringList &lines);
 void print(const QJsonDocument &document, QJsonDocument::JsonFormat format = QJsonDocument::Indented);
 
-/// Columns as wide as their widest text is shown; what stands last in a row is left as it is.
+/// Columns as wide as their widest text; the last text of a row is not padded.
 void printTable(const QList<QStringList> &rows);
 QStringList tableLines(const QList<QStringList> &rows);
 
 /// One line on standard error.
 void printError(const QString &message);
 
-/// Qt's messages go through here as well.
+/// Also writes Qt's messages here.
 void takeQtMessages();
 
-/// Whether all of standard output could be written; if not, it is reported.
+/// Whether all of standard output could be written; reports a failure.
 bool isPrinted();
 
 }

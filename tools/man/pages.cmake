@@ -68,5 +68,5 @@ foreach(line IN LISTS verbs)
     list(APPEND see_also ".BR ${name}-${verb} (1)")
 endforeach()
 list(JOIN see_also ",\n" see_also)
-make_page("${name}" "${command}" "look into the touch-gesture configuration of an application"
+make_page("${name}" "${command}" "inspect and change an application's touch-gesture configuration"
           "[see also]\n${see_also}\n")

@@ -1,5 +1,6 @@
-#include "output.h"
 #include "verbs.h"
+
+#include <gesturectl/output.h>
 
 #include <gesture_api/gestureserviceprovider.h>
 
@@ -10,6 +11,22 @@ using namespace vellix;
 using namespace vellix::gesture;
 
 namespace gesturectl {
+
+namespace {
+struct Request
+{
+    QString appId;
+    int count = 0; // ends after so many changes, never if 0
+    bool json = false;
+};
+}
+
+static void declare(Options *options, Request *request)
+{
+    options->app(&request->appId).required();
+    options->number("--count", &request->count, "Stop after this many changes, 0 for never");
+    options->json(&request->json);
+}
 
 // Gesture id to the path of its current action.
 static Bindings currentActions(const Gestures &gestures)
@@ -46,10 +63,10 @@ static void printChange(const Bindings &before, const Bindings &after, bool json
         print(texts.isEmpty() ? QStringLiteral("no gesture changed") : texts.join(QStringLiteral(", ")));
 }
 
-Result<ExitStatus> watch(const QString &appId, int count, bool json)
+static Result<ExitStatus> watch(const Request &request)
 {
     const DefaultFeaturesProvider features;
-    const auto paths = pathsOf(appId);
+    const auto paths = pathsOf(request.appId);
     if (paths.isLeft())
         return Left(paths.left());
     const auto start = currentActions(paths.right(), &features);
@@ -59,23 +76,29 @@ Result<ExitStatus> watch(const QString &appId, int count, bool json)
     Bindings known = start.right();
     int changes = 0;
     GestureServiceProvider provider(&features);
-    provider.setAppId(appId);
+    provider.setAppId(request.appId);
     QObject::connect(&provider, &GestureServiceProvider::serviceChanged, &provider, [&](const GestureService *service) {
-        if (!service) // let go of; the new one follows
+        if (!service) // released; the new one follows
             return;
         const auto now = currentActions(paths.right(), &features);
         if (now.isLeft()) {
             printError(now.left().message);
         } else {
-            printChange(known, now.right(), json);
+            printChange(known, now.right(), request.json);
             known = now.right();
         }
-        if (++changes == count)
+        if (++changes == request.count)
             QCoreApplication::quit();
     });
     printError(QStringLiteral("watching ") + resolved(paths.right().currentPath()));
     QCoreApplication::exec();
     return Right(Success);
+}
+
+Verb watchVerb()
+{
+    return verb("watch", "Print a line each time another process changes the bindings",
+                "Example: gesturectl watch --app reader", declare, watch);
 }
 
 }

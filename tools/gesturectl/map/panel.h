@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <QVector>
 
-// What a map shows of an application's zones, however it is drawn.
+// The content of a map, for a picture and for the terminal.
 
 namespace gesturectl {
 
@@ -22,24 +22,27 @@ struct Panel
     };
 
     QString title;
-    analysis::Touch touch;  // at any position
-    QVector<Entry> entries; // in the order of the lookup
-    QVector<QRectF> dead;   // disjoint: where no gesture matches
+    analysis::Touch touch;     // at any position
+    QVector<Entry> entries;    // in the order of the lookup
+    QVector<QRectF> unmatched; // disjoint: where no gesture matches
 };
 
-/// A text of a configuration as a label shows it: never empty, never long.
+/// A string of a configuration as a label shows it: never empty, never long.
 QString shortened(const QString &text);
 
 /// The path of the current action.
 QString actionPath(const Panel::Entry &entry);
 
-/// The same, with a mark unless the device has what the gesture needs.
+/// The same, with a mark unless the device supports the gesture.
 QString actionText(const Panel::Entry &entry);
 
-/// What earlier gestures take from an entry; `nameOf` tells what the reader knows an entry by.
+/// The losses of an entry to earlier gestures; `nameOf` returns the name of an entry in the map.
 QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nameOf)(int index));
 
-/// How much of the screen no gesture matches; empty when there is none.
-QString deadText(const Panel &panel);
+/// The share of the screen where no gesture matches; empty if there is none.
+QString unmatchedText(const Panel &panel);
+
+/// The name of an entry in a picture.
+QString numberOf(int index);
 
 }

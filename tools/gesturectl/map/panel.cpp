@@ -1,6 +1,6 @@
 #include "panel.h"
 
-#include "output.h"
+#include <gesturectl/output.h>
 
 #include <gesture_api/action.h>
 
@@ -45,16 +45,16 @@ static int indexOf(const Panel &panel, const Gesture *gesture)
 QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nameOf)(int index))
 {
     const QVector<analysis::Loss> &losses = entry.reach.losses;
-    const int told = losses.size() > mostLosses ? mostLosses - 1 : losses.size();
+    const int count = losses.size() > mostLosses ? mostLosses - 1 : losses.size();
     QStringList texts;
     double rest = entry.reach.lostShare();
-    for (int i = 0; i < told; ++i) {
+    for (int i = 0; i < count; ++i) {
         texts.append(
                 QStringLiteral("%1 to %2").arg(percent(losses.at(i).share), nameOf(indexOf(panel, losses.at(i).to))));
         rest -= losses.at(i).share;
     }
-    if (told < losses.size())
-        texts.append(QStringLiteral("%1 to %2 others").arg(percent(rest)).arg(losses.size() - told));
+    if (count < losses.size())
+        texts.append(QStringLiteral("%1 to %2 others").arg(percent(rest)).arg(losses.size() - count));
     if (!texts.isEmpty())
         texts.first().prepend(QStringLiteral("loses "));
     if (entry.reach.none)
@@ -63,12 +63,17 @@ QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nam
     return texts;
 }
 
-QString deadText(const Panel &panel)
+QString unmatchedText(const Panel &panel)
 {
     const double share =
-            std::accumulate(panel.dead.cbegin(), panel.dead.cend(), 0.0,
+            std::accumulate(panel.unmatched.cbegin(), panel.unmatched.cend(), 0.0,
                             [](double sum, const QRectF &area) { return sum + area.width() * area.height(); });
     return share > 0 ? QStringLiteral("nothing matches on %1 of the screen").arg(percent(share)) : QString();
+}
+
+QString numberOf(int index)
+{
+    return QString::number(index + 1);
 }
 
 }

@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-// The map of an application's zones in the terminal's own characters.
+// The map of an application's zones in characters.
 
 namespace gesturectl {
 

@@ -1,6 +1,6 @@
 #include "textdrawing.h"
 
-#include "output.h"
+#include <gesturectl/output.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,19 +13,19 @@ static const int rows = 32;
 
 static const char *const symbols = "123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
 static const int symbolCount = 61;
-static const int nobody = -1;
+static const int unmatched = -1;
 
 // Which entry each cell shows, row by row.
 using Cells = QVector<int>;
 
 static QChar symbolOf(int index)
 {
-    if (index == nobody)
+    if (index == unmatched)
         return QLatin1Char('.');
     return QLatin1Char(index < symbolCount ? symbols[index] : '#');
 }
 
-// A legend tells those apart that have to share a symbol.
+// In the legend, where entries may share a symbol.
 static QString nameOf(int index)
 {
     return index < symbolCount ? QString(symbolOf(index)) : QStringLiteral("#%1").arg(index + 1);
@@ -39,7 +39,7 @@ static int winnerAt(const Panel &panel, const QPointF &position)
         if (!analysis::firstFailed(panel.entries.at(i).gesture, touch))
             return i;
     }
-    return nobody;
+    return unmatched;
 }
 
 static Cells cellsOf(const Panel &panel)
@@ -60,7 +60,7 @@ struct Range
 };
 }
 
-// The cells of which a side holds the centres; if it is too short for that, the one that it lies in.
+// The cells whose centres are within a side; if there is none, the cell at its middle.
 static Range cellsAlong(double from, double to, int count)
 {
     const Range centres{int(std::ceil(from * count - 0.5)), int(std::floor(to * count - 0.5))};
@@ -77,7 +77,7 @@ static QRectF largest(const QVector<QRectF> &pieces)
     });
 }
 
-// Shows an entry that holds no cell's centre, but takes no other's last cell for it.
+// Shows an entry that contains no cell's centre, unless another would lose its last cell.
 static void force(Cells *cells, int index, const QRectF &piece)
 {
     const Range across = cellsAlong(piece.left(), piece.right(), columns);
@@ -85,7 +85,7 @@ static void force(Cells *cells, int index, const QRectF &piece)
     for (int row = down.first; row <= down.last; ++row) {
         for (int column = across.first; column <= across.last; ++column) {
             int &cell = (*cells)[row * columns + column];
-            if (cell == nobody || cells->count(cell) > 1)
+            if (cell == unmatched || cells->count(cell) > 1)
                 cell = index;
         }
     }
@@ -131,8 +131,8 @@ QStringList textDrawing(const Panel &panel)
     }
 
     QStringList lines = QStringList(panel.title) + screenOf(cells) + tableLines(legend);
-    if (!panel.dead.isEmpty())
-        lines.append(QStringLiteral(".  ") + deadText(panel));
+    if (!panel.unmatched.isEmpty())
+        lines.append(QStringLiteral(".  ") + unmatchedText(panel));
     return lines;
 }
 

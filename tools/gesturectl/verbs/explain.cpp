@@ -1,7 +1,10 @@
-#include "output.h"
 #include "verbs.h"
 
 #include <analysis/lookup.h>
+
+#include <gesturectl/gesturetext.h>
+#include <gesturectl/output.h>
+#include <gesturectl/touch.h>
 
 #include <gesture_api/action.h>
 
@@ -17,6 +20,13 @@ using namespace vellix::gesture;
 namespace gesturectl {
 
 namespace {
+struct Request
+{
+    QString appId;
+    Touch touch;
+    bool json = false;
+};
+
 // An alternative of a fallback list that the device does not support.
 struct Skipped
 {
@@ -24,7 +34,7 @@ struct Skipped
     QStringList missing;
 };
 
-// What the file says that a gesture does by default: an action, or why there is none.
+// The default action of a gesture in the file, or why there is none.
 struct FileDefault
 {
     bool isList = false;
@@ -38,7 +48,7 @@ struct Origin
 {
     QString from;
     FileDefault fileDefault;
-    QString binding; // empty when the user chose nothing
+    QString binding; // empty without one
 };
 
 struct Row
@@ -53,9 +63,16 @@ struct Explanation
     Touch touch;
     QList<Row> rows;
     const Gesture *winner = nullptr;
-    QStringList hidden; // later gestures that match as well
+    QStringList hidden; // later gestures that also match
     Origin origin;
 };
+}
+
+static void declare(Options *options, Request *request)
+{
+    options->app(&request->appId).required();
+    declareTouch(options, &request->touch);
+    options->json(&request->json);
 }
 
 static QString failedTest(const Gesture *gesture, const Touch &touch)
@@ -64,17 +81,7 @@ static QString failedTest(const Gesture *gesture, const Touch &touch)
     return failed ? analysis::nameOf(*failed) : QString();
 }
 
-static QString kindText(Gesture::Kind kind)
-{
-    return Gesture::kindToVariant(kind).toString();
-}
-
-static QString directionText(Gesture::Direction direction)
-{
-    return Gesture::directionToVariant(direction).toString();
-}
-
-// As short as it can be told exactly: what decides at an edge is not rounded away.
+// The shortest exact form: rounding could move a touch across an edge.
 static QString number(double value)
 {
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
@@ -118,7 +125,7 @@ static FileDefault fileDefaultOf(const QVariant &value, const QList<Action *> &a
         found.skipped.append({found.path, missingOf(action.right()->featureList())});
     }
     found.path.clear();
-    found.fault = QStringLiteral("the device supports none of its list");
+    found.fault = QStringLiteral("the device supports no action of its list");
     return found;
 }
 
@@ -163,18 +170,18 @@ static Explanation explanationOf(const Gestures &gestures, const QVariantMap &ro
     return explanation;
 }
 
-// Without one a zone holds no point, not even of its edges.
+// Without an area a zone contains no point, not even of its edges.
 static bool hasArea(const QRectF &zone)
 {
     return zone.width() != 0 && zone.height() != 0;
 }
 
-// Both sides of the test that failed: what the gesture wants, and what the touch has.
+// Both sides of the failed test: the gesture's value and the touch's.
 static QString outcomeOf(const Row &row, const Explanation &explanation)
 {
     const Touch &touch = explanation.touch;
     const auto wants = [&row](const QString &wanted, const QString &got) {
-        return QStringLiteral("%1: wants %2, got %3").arg(row.failed, wanted, got);
+        return QStringLiteral("%1: expected %2, got %3").arg(row.failed, wanted, got);
     };
     if (row.failed == QLatin1String("mode"))
         return wants(row.gesture->modes().join(QStringLiteral(" or ")), touch.mode);
@@ -183,7 +190,7 @@ static QString outcomeOf(const Row &row, const Explanation &explanation)
     if (row.failed == QLatin1String("direction"))
         return wants(directionText(row.gesture->direction()), directionText(touch.direction));
     if (row.failed == QLatin1String("zone"))
-        return QStringLiteral("zone %1 %2does not hold %3,%4")
+        return QStringLiteral("zone %1 %2does not contain %3,%4")
                 .arg(row.zone, hasArea(row.gesture->zone()) ? QString() : QStringLiteral("has no area and "),
                      number(touch.position.x()), number(touch.position.y()));
     if (row.gesture == explanation.winner)
@@ -218,12 +225,12 @@ static QString originText(const Origin &origin)
     if (origin.from == QLatin1String("currentAction"))
         return QStringLiteral("the file's 'currentAction'")
                 + (origin.binding.isEmpty() ? QString()
-                                            : QStringLiteral(", which hides the user's binding to ") + origin.binding);
+                                            : QStringLiteral("; it hides the user's binding to ") + origin.binding);
     if (!fileDefault.fault.isEmpty())
         return QStringLiteral("the user's binding; the file has no default for it: ") + fileDefault.fault;
     if (fileDefault.path == origin.binding)
-        return QStringLiteral("the user's binding, which is the file's default, too");
-    return QStringLiteral("the user's binding, which replaces the file's default ") + fileDefault.path;
+        return QStringLiteral("the user's binding; the file's default is the same");
+    return QStringLiteral("the user's binding; it replaces the file's default ") + fileDefault.path;
 }
 
 static void printText(const Explanation &explanation)
@@ -255,7 +262,7 @@ static QJsonValue wantedOf(const Row &row)
     if (row.failed == QLatin1String("direction"))
         return directionText(row.gesture->direction());
     if (row.failed == QLatin1String("zone"))
-        return QJsonObject::fromVariantMap(Gesture::rectfToVariant(row.gesture->zone()).toMap());
+        return toJson(row.gesture->zone());
     return {};
 }
 
@@ -313,29 +320,30 @@ static QJsonObject toJson(const Explanation &explanation)
     return object;
 }
 
-Result<ExitStatus> explain(const QString &appId, const Touch &touch, bool json)
+static Result<ExitStatus> explain(const Request &request)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
-    const auto paths = pathsOf(appId);
-    if (paths.isLeft())
-        return Left(paths.left());
-    const auto bindings = bindingsOf(paths.right());
-    if (bindings.isLeft())
-        return Left(bindings.left());
-    const auto gestures = gesturesOf(paths.right(), &features, bindings.right(), &owner);
-    if (gestures.isLeft())
-        return Left(gestures.left());
-    // Once more as it is written: a gesture does not tell where its action comes from.
-    const auto document = components::VariantLoader::loadJson(paths.right().defaultPath());
+    const auto loaded = load(request.appId, &features, &owner);
+    if (loaded.isLeft())
+        return Left(loaded.left());
+    // Also as written: a gesture does not know where its action comes from.
+    const auto document = components::VariantLoader::loadJson(loaded.right().paths.defaultPath());
     const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
 
-    const Explanation explanation = explanationOf(gestures.right(), root, touch, &features, bindings.right());
-    if (json)
+    const Explanation explanation =
+            explanationOf(loaded.right().gestures, root, request.touch, &features, loaded.right().bindings);
+    if (request.json)
         print(QJsonDocument(toJson(explanation)));
     else
         printText(explanation);
     return Right(explanation.winner ? Success : NoneMatches);
+}
+
+Verb explainVerb()
+{
+    return verb("explain", "Show why a touch matches a gesture, and where its action comes from",
+                "Example: gesturectl explain --app reader --mode reading --kind hold --at 0.5,0.1", declare, explain);
 }
 
 }

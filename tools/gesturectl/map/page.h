@@ -1,7 +1,8 @@
 #pragma once
 
-#include "application.h"
 #include "panel.h"
+
+#include <gesturectl/application.h>
 
 #include <QByteArray>
 #include <QString>
