@@ -213,9 +213,9 @@ Q_SIGNALS:
 
 private:
     friend class Action;
+    friend class GestureReader;
     friend class GestureService;
 
-    struct EntryContext;
     enum Taking { Later }; // takeActions() is still to be called
 
     Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
@@ -223,8 +223,6 @@ private:
             const QList<Feature *> &features, QObject *parent, Taking);
 
     static QList<Gesture *> cloneList(const QList<Gesture *> &gestures, QObject *parent);
-    static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context);
-    static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context);
 
     void join(Action *action);
     void takeActions();
