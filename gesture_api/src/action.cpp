@@ -3,8 +3,6 @@
 #include "dump.h"
 #include "qmllistproperty.h"
 
-#include <gesture_api/gesture.h>
-
 namespace vellix {
 namespace gesture {
 
@@ -14,18 +12,6 @@ Action::Action(const QString &path, const QStringList &titles, const QList<Featu
     : QObject(parent), m_path(path), m_titles(titles), m_features(features)
 {
     connect(this, &Action::titlesChanged, this, [this] { Q_EMIT lastTitleChanged(lastTitle()); });
-}
-
-Action::~Action()
-{
-    m_dying = true;
-    if (m_users.isEmpty())
-        return;
-    // Whoever hears of it may destroy the owner, which must not destroy this action again, and other gestures, which
-    // then leave the list. Nobody enters it any more.
-    setParent(nullptr);
-    while (!m_users.isEmpty())
-        m_users.takeLast()->forget(this);
 }
 
 QString Action::path() const
@@ -55,11 +41,9 @@ const QList<Feature *> &Action::featureList() const
 
 bool Action::supported() const
 {
-    if (!m_evaluated) {
+    if (!m_supported)
         m_supported = Feature::allSupported(m_features);
-        m_evaluated = true;
-    }
-    return m_supported;
+    return *m_supported;
 }
 
 QVariant Action::toVariant() const

@@ -9,12 +9,9 @@
 #include <QDataStream>
 #include <QIODevice>
 #include <QMetaEnum>
-#include <QSet>
 
-#include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <utility>
 
 static const int gestureSectionType = qRegisterMetaType<GestureSection>();
 
@@ -52,118 +49,13 @@ Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const Q
                  const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
                  const QList<Feature *> &features, QObject *parent, Taking)
     : QObject(parent), m_id(id), m_modes(modes), m_kind(kind), m_zone(zone), m_direction(direction),
-      m_availableActions(availableActions), m_defaultAction(defaultAction), m_serial(nextSerial()),
-      m_currentAction(currentAction ? currentAction : defaultAction), m_features(features)
+      m_availableActions(availableActions), m_defaultAction(defaultAction),
+      m_currentAction(currentAction ? currentAction : defaultAction), m_serial(nextSerial()), m_features(features)
 {
     for (Action *action : availableActions)
         join(action);
     join(m_defaultAction);
     join(m_currentAction);
-}
-
-Gesture::~Gesture()
-{
-    for (Action *action : qAsConst(m_availableActions))
-        leave(action);
-    leave(m_defaultAction);
-    leave(m_currentAction);
-    // An action that another gesture still uses lives on with the gesture made last.
-    const QList<Action *> owned = findChildren<Action *>(QString(), Qt::FindDirectChildrenOnly);
-    for (Action *action : owned) {
-        if (!action->m_users.isEmpty())
-            action->setParent(action->m_users.last());
-    }
-    if (m_actionTree)
-        m_actionTree->deleteLater();
-}
-
-void Gesture::join(Action *action)
-{
-    if (!action)
-        return;
-    if (action->m_dying) {
-        forget(action); // nobody listens to this gesture yet
-        return;
-    }
-    QList<Gesture *> &users = action->m_users;
-    if (users.isEmpty() || users.last()->m_serial < m_serial) { // as always while a gesture is made
-        users.append(this);
-        return;
-    }
-    const auto place = placeAmong(users);
-    if (*place != this)
-        users.insert(place, this);
-}
-
-// Where the gesture is among these, or belongs: they stand in the order in which they were made.
-QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
-{
-    // Mostly those go that are first or last.
-    if (users.isEmpty() || users.last()->m_serial < m_serial)
-        return users.end();
-    if (users.first()->m_serial >= m_serial)
-        return users.begin();
-    return std::lower_bound(users.begin(), users.end(), m_serial,
-                            [](const Gesture *user, quintptr serial) { return user->m_serial < serial; });
-}
-
-void Gesture::takeActions()
-{
-    const auto take = [this](Action *action) {
-        if (action && action->m_users.last() == this)
-            action->setParent(this);
-    };
-    std::for_each(m_availableActions.cbegin(), m_availableActions.cend(), take);
-    take(m_defaultAction);
-    take(m_currentAction);
-}
-
-void Gesture::leave(Action *action)
-{
-    if (!action)
-        return;
-    QList<Gesture *> &users = action->m_users;
-    const auto place = placeAmong(users);
-    if (place != users.end() && *place == this)
-        users.erase(place);
-}
-
-// Of gestures that are about to be destroyed: each action is looked through once, and not once for each of them.
-void Gesture::leaveTogether(const QList<Gesture *> &gestures)
-{
-    QSet<Action *> actions;
-    for (Gesture *gesture : gestures) {
-        gesture->m_leaving = true;
-        for (Action *action : qAsConst(gesture->m_availableActions))
-            actions.insert(action);
-        gesture->m_availableActions.clear();
-        actions.insert(std::exchange(gesture->m_defaultAction, nullptr));
-        actions.insert(std::exchange(gesture->m_currentAction, nullptr));
-    }
-    actions.remove(nullptr);
-    for (Action *action : qAsConst(actions)) {
-        QList<Gesture *> &users = action->m_users;
-        users.erase(std::remove_if(users.begin(), users.end(), [](const Gesture *user) { return user->m_leaving; }),
-                    users.end());
-    }
-}
-
-bool Gesture::uses(const Action *action) const
-{
-    return action == m_defaultAction || action == m_currentAction
-            || m_availableActions.contains(const_cast<Action *>(action));
-}
-
-void Gesture::forget(Action *action)
-{
-    m_availableActions.removeAll(action);
-    if (m_defaultAction == action)
-        m_defaultAction = nullptr;
-    if (m_currentAction == action) {
-        m_currentAction = nullptr;
-        m_chosen = false;
-        announce(this, &Gesture::currentActionChanged, nullptr);
-    }
 }
 
 void Gesture::setCurrentAction(Action *action)
@@ -184,19 +76,15 @@ void Gesture::setCurrentAction(Action *action)
 
 ActionProxyNode *Gesture::actionTree() const
 {
-    if (!m_actionTreeMade) {
+    if (!m_actionTree)
         m_actionTree = ActionProxyNode::constructTree(m_availableActions, nullptr);
-        m_actionTreeMade = true;
-    }
-    return m_actionTree;
+    return *m_actionTree;
 }
 
 QString Gesture::section() const
 {
-    if (!m_sectionMade) {
+    if (m_section.isNull())
         m_section = GestureSection{m_modes, m_kind}.stringify();
-        m_sectionMade = true;
-    }
     return m_section;
 }
 
@@ -207,11 +95,9 @@ QQmlListProperty<Feature> Gesture::features() const
 
 bool Gesture::supported() const
 {
-    if (!m_supportedKnown) {
+    if (!m_supported)
         m_supported = Feature::allSupported(m_features);
-        m_supportedKnown = true;
-    }
-    return m_supported;
+    return *m_supported;
 }
 
 QString Gesture::formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction)
