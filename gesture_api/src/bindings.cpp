@@ -2,12 +2,12 @@
 
 #include "atomicfile.h"
 #include "fields.h"
-#include "resolvedpath.h"
 #include "varianttype.h"
 
 #include <gesture_api/configuration.h>
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
