@@ -9,6 +9,7 @@
 #include <gesture_api/gestureservice.h>
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -41,7 +42,7 @@ static void tellSyntax(const JsonText &text, const QJsonParseError &error, const
 
 Check::Document Check::read(const QString &path, const QString &consequence)
 {
-    const QString file = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    const QString file = resolvedPath(path);
     m_files.append(file);
     // It knows what is no file, and does not wait for a pipe.
     const auto document = components::VariantLoader::loadJson(file);

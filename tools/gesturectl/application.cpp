@@ -8,6 +8,7 @@
 #include <gesture_api/gestureservice.h>
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QFileInfo>
 
@@ -23,7 +24,7 @@ const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/applicat
 
 QString resolved(const QString &path)
 {
-    return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    return resolvedPath(path);
 }
 
 // Of all that a check finds the error that the loader means, which stops at the first.
