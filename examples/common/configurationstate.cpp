@@ -4,6 +4,8 @@
 #include <gesture_api/gestureservice.h>
 #include <gesture_api/gestureserviceprovider.h>
 
+#include <vellix/resolvedpath.h>
+
 #include <QFileInfo>
 
 using namespace vellix;
@@ -13,11 +15,6 @@ using Bindings = Configuration::ActionBindings;
 static QString words(const Error &error)
 {
     return error.records.empty() ? QString() : QString::fromStdString(error.records.back().message);
-}
-
-static QString expanded(const QString &path)
-{
-    return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
 }
 
 ConfigurationState::ConfigurationState(QObject *parent) : QObject(parent), m_paths(QString(), QString(), QString()) {}
@@ -52,7 +49,7 @@ void ConfigurationState::examine()
         return;
     }
     m_paths = paths.right();
-    const QString file = expanded(m_paths.defaultPath());
+    const QString file = resolvedPath(m_paths.defaultPath());
     if (!QFileInfo::exists(file)) {
         m_problem = tr("There is no application “%1”: no gestures were found in %2.").arg(m_appId, file);
         return;
@@ -108,7 +105,7 @@ boost::optional<Error> ConfigurationState::load(const QMap<QString, QString> &bi
 // The user's file, or what stands where it or a directory for it would have to be made.
 QString ConfigurationState::unwritablePlace() const
 {
-    const QString file = expanded(m_paths.currentPath());
+    const QString file = resolvedPath(m_paths.currentPath());
     QFileInfo place(file);
     while (!place.exists() && !place.isRoot())
         place.setFile(place.path());

@@ -4,28 +4,39 @@
 
 #include <QHash>
 
-// The readers of actions on top of one index of the known actions, made once for a whole load: a
-// reference then costs the same however many actions and gestures there are.
-
 namespace vellix {
 namespace gesture {
-namespace ActionReader {
 
-using Index = QHash<QString, Action *>;
+/// Reads what a file says of actions. One reader serves a whole load: with its index a reference costs the same however
+/// many actions and gestures there are.
+class ActionReader
+{
+public:
+    using Index = QHash<QString, Action *>;
+    using Groups = QMap<QString, QList<Action *>>;
 
-/// Path to action; of two actions with one path the later.
-Index indexOf(const QList<Action *> &actions);
+    /// Path to action; of two actions with one path the later.
+    static Index indexOf(const QList<Action *> &actions);
 
-Either<Error, Action *> action(const QVariant &v, const FeaturesProvider *featuresProvider, const Index &known,
-                               QObject *parent);
-Either<Error, QList<Action *>> list(const QVariant &v, const FeaturesProvider *featuresProvider, const Index &known,
-                                    const QMap<QString, QList<Action *>> &actionGroups, QObject *parent);
-Either<Error, Action *> firstSupported(const QList<QVariant> &list, const FeaturesProvider *featuresProvider,
-                                       const Index &known, QObject *parent);
+    /// Actions that are defined inline become children of `parent`. Without a provider every feature is unknown.
+    ActionReader(const Index &known, const Groups &groups, const FeaturesProvider *featuresProvider, QObject *parent);
 
-/// The features of these names. Without a provider none is known.
-Either<Error, QList<Feature *>> features(const QVariant &names, const FeaturesProvider *featuresProvider);
+    Either<Error, Action *> action(const QVariant &v) const;
+    Either<Error, QList<Action *>> list(const QVariant &v) const;
+    Either<Error, Action *> firstSupported(const QVariantList &alternatives) const;
+    Either<Error, QList<Feature *>> features(const QVariant &names) const;
 
-}
+private:
+    Either<Error, Action *> definition(const QVariantMap &entry) const;
+    Either<Error, Action *> knownAction(const QString &path) const;
+    Either<Error, QList<Action *>> group(const QString &name) const;
+    Either<Error, QList<Action *>> each(const QVariantList &entries) const;
+
+    const Index m_known;
+    const Groups m_groups;
+    const FeaturesProvider *const m_featuresProvider;
+    QObject *const m_parent;
+};
+
 }
 }

@@ -1,8 +1,9 @@
 #include <gesture_api/applicationpaths.h>
 
 #include "descriptor.h"
-#include "resolvedpath.h"
 #include "varianttype.h"
+
+#include <vellix/resolvedpath.h>
 
 #include <QCoreApplication>
 #include <QFile>

@@ -7,6 +7,7 @@
 
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <charconv>
 #include <csignal>
@@ -37,7 +38,7 @@ QString SaveFailure::message(const QString &path) const
     return reason + QStringLiteral(" (path: ") + path + QLatin1Char(')');
 }
 
-bool writeAll(int descriptor, const QByteArray &bytes)
+static bool writeAll(int descriptor, const QByteArray &bytes)
 {
     for (qint64 done = 0; done < bytes.size();) {
         const ssize_t count = untilNotInterrupted([&] {
@@ -99,7 +100,7 @@ static Written writeDirectly(int descriptor, const struct stat &status, const QB
     return done ? Written(Right<qint64>(bytes.size())) : failed(SaveFailure::Writing);
 }
 
-bool syncDirectory(const std::string &directory)
+static bool syncDirectory(const std::string &directory)
 {
     const Descriptor descriptor(openFile(directory, O_RDONLY | O_DIRECTORY));
     return descriptor.isOpen() && sync(descriptor);
@@ -229,6 +230,45 @@ Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArra
         return existing.isOpen() ? writeDirectly(existing, status, bytes) : writeNew(target, bytes);
     removeStrays(directory);
     return replace(target, bytes, &existing, status);
+}
+
+// As accessible as the original; where that can not be had, to its new owner alone.
+static bool protect(int from, int to)
+{
+    struct stat status = {};
+    if (::fstat(from, &status) != 0)
+        return false;
+    if (copyPermissions(from, status, to) == 0)
+        return true;
+    const bool listed = ::fremovexattr(to, "system.posix_acl_access") != 0 && errno != ENODATA && errno != ENOTSUP;
+    return !listed && ::fchmod(to, 0600) == 0;
+}
+
+static bool copyBytes(int from, int to)
+{
+    char bytes[16 * 1024];
+    for (off_t done = 0;;) {
+        const ssize_t count = untilNotInterrupted([&] { return ::pread(from, bytes, sizeof bytes, done); });
+        if (count <= 0)
+            return count == 0;
+        if (!writeAll(to, QByteArray::fromRawData(bytes, static_cast<int>(count))))
+            return false;
+        done += count;
+    }
+}
+
+int copyToNew(int original, const QString &path, const std::function<bool(int)> &isGood)
+{
+    const std::string name = QFile::encodeName(path).toStdString();
+    Descriptor copy(openFile(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+    if (!copy.isOpen())
+        return errno;
+    if (protect(original, copy) && copyBytes(original, copy) && isGood(copy) && sync(copy) && copy.close()
+        && syncDirectory(directoryOf(name)))
+        return 0;
+    const int error = errno == 0 || errno == EEXIST ? EIO : errno;
+    ::unlink(name.c_str());
+    return error;
 }
 
 static void makeDirectories(const std::filesystem::path &directory)

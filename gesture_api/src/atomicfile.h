@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <string>
 
 namespace vellix {
@@ -32,18 +33,17 @@ struct SaveFailure
 /// the number of bytes written.
 Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArray &bytes);
 
+/// Copies an open file to a new one, on disk when this returns: as accessible as the original, or else to its new owner
+/// alone. `isGood` looks at the copy's descriptor. Returns 0, or the error and leaves nothing behind: EEXIST only where
+/// there is anything.
+int copyToNew(int original, const QString &path, const std::function<bool(int)> &isGood);
+
 /// Makes the directory of a file with all missing parents, on disk when this returns. What could not be
 /// made shows when the file is opened.
 void makeDirectoriesFor(const QString &path);
 
 /// The directory that a file is in: "." for a bare name.
 std::string directoryOf(const std::string &path);
-
-/// Waits until a directory is on the disk, with the names in it.
-bool syncDirectory(const std::string &directory);
-
-/// Writes all bytes where the descriptor stands.
-bool writeAll(int descriptor, const QByteArray &bytes);
 
 }
 }

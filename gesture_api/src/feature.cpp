@@ -26,11 +26,9 @@ QString Feature::name() const
 
 bool Feature::supported() const
 {
-    if (!m_evaluated) {
+    if (!m_supported)
         m_supported = m_predicate && m_predicate();
-        m_evaluated = true;
-    }
-    return m_supported;
+    return *m_supported;
 }
 
 bool Feature::allSupported(const QList<Feature *> &features)

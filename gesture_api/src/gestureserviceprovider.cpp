@@ -1,11 +1,11 @@
 #include <gesture_api/gestureserviceprovider.h>
 
 #include "announcement.h"
-#include "resolvedpath.h"
 
 #include <vellix/exitnotifier.h>
 #include <vellix/platform/slateview.h>
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 namespace vellix {
 namespace gesture {

@@ -1,12 +1,10 @@
 #include "rejectedfile.h"
 
 #include "descriptor.h"
-#include "permissions.h"
 
 #include <QFile>
 
-#include <sys/stat.h>
-#include <sys/xattr.h>
+#include <cerrno>
 
 namespace vellix {
 namespace gesture {
@@ -18,59 +16,16 @@ static Left<SaveFailure> notKept()
     return Left(SaveFailure{SaveFailure::Other, QStringLiteral("the rejected file can not be kept beside it")});
 }
 
-// A new file, readable by its owner alone; its name is set. EEXIST when there are too many.
-static int openRejected(const std::string &path, std::string *name)
+static Either<SaveFailure, bool> copyBeside(const QString &path, int original, const FileState &state)
 {
     for (int number = 1; number <= maxRejected; ++number) {
-        *name = path + ".rejected" + (number > 1 ? '.' + std::to_string(number) : std::string());
-        const int descriptor = openFile(*name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-        if (descriptor >= 0 || errno != EEXIST)
-            return descriptor;
+        const QString copy = path + QStringLiteral(".rejected")
+                + (number == 1 ? QString() : QLatin1Char('.') + QString::number(number));
+        const int error = copyToNew(original, copy, [&state](int file) { return FileState::of(file) == state; });
+        if (error != EEXIST)
+            return error == 0 ? Either<SaveFailure, bool>(Right(true)) : notKept();
     }
-    errno = EEXIST;
-    return -1;
-}
-
-// As accessible as the original; where that can not be had, to its new owner alone.
-static bool protect(int from, int to)
-{
-    struct stat status = {};
-    if (::fstat(from, &status) != 0)
-        return false;
-    if (copyPermissions(from, status, to) == 0)
-        return true;
-    const bool listed = ::fremovexattr(to, "system.posix_acl_access") != 0 && errno != ENODATA && errno != ENOTSUP;
-    return !listed && ::fchmod(to, 0600) == 0;
-}
-
-static bool copyBytes(int from, int to)
-{
-    char bytes[16 * 1024];
-    for (off_t done = 0;;) {
-        const ssize_t count = untilNotInterrupted([&] { return ::pread(from, bytes, sizeof bytes, done); });
-        if (count <= 0)
-            return count == 0;
-        if (!writeAll(to, QByteArray::fromRawData(bytes, static_cast<int>(count))))
-            return false;
-        done += count;
-    }
-}
-
-static Either<SaveFailure, bool> copyBeside(const std::string &path, int original, const FileState &state)
-{
-    std::string name;
-    Descriptor copy(openRejected(path, &name));
-    if (!copy.isOpen() && errno == EEXIST)
-        return Left(SaveFailure{SaveFailure::Other, QStringLiteral("eight rejected files are beside it already")});
-    if (!copy.isOpen())
-        return notKept();
-    const bool copied = protect(original, copy) && copyBytes(original, copy) && FileState::of(copy) == state
-            && sync(copy) && copy.close() && syncDirectory(directoryOf(path));
-    if (!copied) {
-        ::unlink(name.c_str());
-        return notKept();
-    }
-    return Right(true);
+    return Left(SaveFailure{SaveFailure::Other, QStringLiteral("eight rejected files are beside it already")});
 }
 
 Either<SaveFailure, bool> keepRejected(const QString &path, const FileState &refused)
@@ -90,7 +45,7 @@ Either<SaveFailure, bool> keepRejected(const QString &path, const FileState &ref
     const bool unseen = refused.kind() == FileState::Unknown || refused.kind() == FileState::Unreadable;
     if (state.kind() != FileState::Regular || (!unseen && state != refused))
         return Right(false);
-    return copyBeside(file, original, state);
+    return copyBeside(path, original, state);
 }
 
 }

@@ -1,8 +1,9 @@
 #include "userfile.h"
 
 #include "rejectedfile.h"
-#include "resolvedpath.h"
 #include "savelock.h"
+
+#include <vellix/resolvedpath.h>
 
 namespace vellix {
 namespace gesture {

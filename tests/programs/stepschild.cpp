@@ -30,6 +30,7 @@
 #include <gesture_api/gestureserviceprovider.h>
 
 #include <vellix/exitnotifier.h>
+#include <vellix/resolvedpath.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -62,7 +63,7 @@ static ApplicationPaths appPaths()
 
 static QString userFile()
 {
-    return QString::fromStdString(PathResolver::newDefault().resolvePreffix(appPaths().currentPath().toStdString()));
+    return resolvedPath(appPaths().currentPath());
 }
 
 [[noreturn]] static void give(const char *reason)

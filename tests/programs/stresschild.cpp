@@ -6,6 +6,8 @@
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureserviceprovider.h>
 
+#include <vellix/resolvedpath.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -32,8 +34,7 @@ static const ApplicationPaths &paths()
 
 static QString userFile()
 {
-    return QString::fromStdString(
-            vellix::PathResolver::newDefault().resolvePreffix(paths().currentPath().toStdString()));
+    return vellix::resolvedPath(paths().currentPath());
 }
 
 static QString currentAction(const GestureService &service)

@@ -10,6 +10,7 @@
 #include <gesture_api/gestureservice.h>
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -42,7 +43,7 @@ static void reportSyntax(const JsonText &text, const QJsonParseError &error, con
 
 Check::Document Check::read(const QString &path, const QString &consequence)
 {
-    const QString file = QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    const QString file = resolvedPath(path);
     m_files.append(file);
     // The loader recognises what is not a regular file, and does not wait for a pipe.
     const auto document = components::VariantLoader::loadJson(file);

@@ -8,6 +8,7 @@
 #include <gesture_api/gestureservice.h>
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QFileInfo>
 
@@ -23,7 +24,7 @@ const QString pathsFile = QStringLiteral("${SYSTEMDATA}/config/gestures/applicat
 
 QString resolved(const QString &path)
 {
-    return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
+    return resolvedPath(path);
 }
 
 // The finding for the error of the loader, which stops at the first.

@@ -16,6 +16,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include <optional>
+
 namespace vellix {
 namespace gesture {
 
@@ -112,8 +114,7 @@ private:
     const QString m_path;
     const QStringList m_titles;
     const QList<Feature *> m_features;
-    mutable bool m_evaluated = false;
-    mutable bool m_supported = false;
+    mutable std::optional<bool> m_supported;
     bool m_dying = false;
     QList<Gesture *> m_users; // the living gestures that hold this action, in the order they were made
 };

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <optional>
 
 namespace vellix {
 /// The gestures of applications: what there is, what a user has chosen, and what a touch means.
@@ -54,8 +55,7 @@ Q_SIGNALS:
 private:
     const QString m_name;
     const std::function<bool()> m_predicate;
-    mutable bool m_evaluated = false;
-    mutable bool m_supported = false;
+    mutable std::optional<bool> m_supported;
 };
 
 /// Knows the features there are. Owns them, and outlives every action and gesture that holds one.

@@ -18,6 +18,8 @@
 #include <QVariant>
 #include <QVector2D>
 
+#include <optional>
+
 /// What gestures are grouped by in a settings screen: modes and kind.
 struct GESTURE_API_EXPORT GestureSection
 {
@@ -213,9 +215,9 @@ Q_SIGNALS:
 
 private:
     friend class Action;
+    friend class GestureReader;
     friend class GestureService;
 
-    struct EntryContext;
     enum Taking { Later }; // takeActions() is still to be called
 
     Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
@@ -223,15 +225,13 @@ private:
             const QList<Feature *> &features, QObject *parent, Taking);
 
     static QList<Gesture *> cloneList(const QList<Gesture *> &gestures, QObject *parent);
-    static Either<Error, Action *> readDefaultAction(const QVariant &value, const EntryContext &context);
-    static Either<Error, Gesture *> readEntry(const QVariantMap &entry, const EntryContext &context);
 
     void join(Action *action);
     void takeActions();
     void leave(Action *action);
     static void leaveTogether(const QList<Gesture *> &gestures);
     QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
-    bool uses(const Action *action) const;
+    bool uses(Action *action) const;
     void forget(Action *action);
 
     const QString m_id;
@@ -241,16 +241,13 @@ private:
     const Direction m_direction;
     QList<Action *> m_availableActions;
     Action *m_defaultAction;
-    mutable QPointer<ActionProxyNode> m_actionTree;
-    const quintptr m_serial; // gestures made later have greater ones
+    mutable std::optional<QPointer<ActionProxyNode>> m_actionTree;
     Action *m_currentAction;
-    mutable QString m_section;
-    mutable bool m_actionTreeMade = false;
-    bool m_leaving = false;
-    mutable bool m_sectionMade = false;
+    const quintptr m_serial;   // gestures made later have greater ones
+    mutable QString m_section; // null until it is asked for
     const QList<Feature *> m_features;
-    mutable bool m_supported = false;
-    mutable bool m_supportedKnown = false;
+    mutable std::optional<bool> m_supported;
+    bool m_leaving = false;
     bool m_chosen = false; // the current action, by a caller, since it was loaded or saved
 };
 

@@ -1,6 +1,7 @@
 #include "openatonce.h"
 
 #include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -62,7 +63,7 @@ static QString openAtOnce(QFile &file)
 
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
-    const QString path = QString::fromStdString(PathResolver::newDefault().resolvePreffix(fileName.toStdString()));
+    const QString path = resolvedPath(fileName);
 
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())

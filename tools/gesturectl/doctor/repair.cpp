@@ -2,57 +2,36 @@
 
 #include <gesturectl/bindingsfile.h>
 
-#include <QFile>
-#include <QFileInfo>
+#include <gesture_api/src/atomicfile.h>
+#include <gesture_api/src/descriptor.h>
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <QFile>
 
 using namespace vellix;
 using namespace vellix::gesture;
 
 namespace gesturectl {
 
-static Failure failed(const QFile &file)
+static Failure failed(const QString &file, int error)
 {
-    return {BadFiles, file.fileName() + QStringLiteral(": ") + file.errorString()};
+    return {BadFiles, file + QStringLiteral(": ") + qt_error_string(error)};
 }
 
-// Opens the first free one of FILE.old, FILE.old2 and so on.
-static bool openBeside(const QString &file, QFile *copy)
-{
-    for (int number = 1;; ++number) {
-        copy->setFileName(file + QStringLiteral(".old") + (number == 1 ? QString() : QString::number(number)));
-        if (copy->open(QIODevice::WriteOnly | QIODevice::NewOnly))
-            return true;
-        const QFileInfo taken(copy->fileName());
-        if (!taken.exists() && !taken.isSymLink())
-            return false;
-    }
-}
-
-// A copy, since the file may be written in place. On disk before anything else is written.
+// A copy, since the file may be written in place: the first free one of FILE.old, FILE.old2 and so on.
 static Result<QString> keepBeside(const QString &file)
 {
-    QFile source(file);
-    if (!source.open(QIODevice::ReadOnly))
-        return Left(failed(source));
-    const QByteArray bytes = source.readAll();
-    QFile copy;
-    if (!openBeside(file, &copy))
-        return Left(failed(copy));
-    const bool isKept = copy.setPermissions(source.permissions()) && copy.write(bytes) == bytes.size() && copy.flush()
-            && fsync(copy.handle()) == 0;
-    if (!isKept) {
-        const Failure failure = failed(copy);
-        copy.close();
-        QFile::remove(copy.fileName()); // the object would not, after an error
-        return Left(failure);
+    const Descriptor source(openFile(QFile::encodeName(file).toStdString(), O_RDONLY));
+    if (!source.isOpen())
+        return Left(failed(file, errno));
+    const auto isGood = [](int) { return true; }; // its bindings are compared by the caller
+    for (int number = 1;; ++number) {
+        const QString copy = file + QStringLiteral(".old") + (number == 1 ? QString() : QString::number(number));
+        const int error = copyToNew(source, copy, isGood);
+        if (error == 0)
+            return Right(copy);
+        if (error != EEXIST)
+            return Left(failed(copy, error));
     }
-    const int directory = open(qPrintable(QFileInfo(file).path()), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    fsync(directory);
-    close(directory);
-    return Right(copy.fileName());
 }
 
 Result<Repair> repaired(const ApplicationPaths &paths, const Bindings &bindings, const QStringList &dropped,

@@ -6,9 +6,9 @@
 #include <gesturectl/output.h>
 
 #include <gesture_api/gestureservice.h>
+#include <gesture_api/src/atomicfile.h>
 
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <iterator>
@@ -149,19 +149,8 @@ static Result<ExitStatus> write(const QString &file, const QByteArray &bytes)
     const QFileInfo info(file);
     if (info.exists() && !info.isFile())
         return refuse(QStringLiteral("Not a regular file"));
-    QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly))
-        return refuse(out.errorString());
-    // A disk that gets full takes a part, and tells why at the next try only.
-    for (int done = 0; done < bytes.size();) {
-        const qint64 taken = out.write(bytes.constData() + done, bytes.size() - done);
-        if (taken <= 0)
-            return refuse(out.errorString());
-        done += int(taken);
-    }
-    if (!out.commit())
-        return refuse(out.errorString());
-    return Right(Success);
+    const auto written = writeAtomically(file, bytes);
+    return written.isRight() ? Result<ExitStatus>(Right(Success)) : refuse(written.left().reason);
 }
 
 static Result<ExitStatus> draw(const QString &appId, const QString &configuration, const QVector<Touches> &all,

@@ -5,13 +5,11 @@
 #include <QString>
 
 namespace vellix {
-namespace gesture {
 
-/// A path with its prefix expanded, for whoever touches the file system now.
+/// The path with its prefix expanded, for immediate use. A path without a prefix is returned as it is.
 inline QString resolvedPath(const QString &path)
 {
     return QString::fromStdString(PathResolver::newDefault().resolvePreffix(path.toStdString()));
 }
 
-}
 }

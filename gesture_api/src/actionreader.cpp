@@ -1,0 +1,198 @@
+#include "actionreader.h"
+
+#include "fields.h"
+#include "varianttype.h"
+
+#include <algorithm>
+
+namespace vellix {
+namespace gesture {
+
+static Left<Error> fail(int line, const QString &message)
+{
+    return Left(Error({"../../../gesture_api/src/action", line}, message.toStdString()));
+}
+
+ActionReader::Index ActionReader::indexOf(const QList<Action *> &actions)
+{
+    Index index;
+    index.reserve(actions.size());
+    for (Action *action : actions) {
+        if (action)
+            index.insert(action->path(), action);
+    }
+    return index;
+}
+
+ActionReader::ActionReader(const Index &known, const Groups &groups, const FeaturesProvider *featuresProvider,
+                           QObject *parent)
+    : m_known(known), m_groups(groups), m_featuresProvider(featuresProvider), m_parent(parent)
+{
+}
+
+Either<Error, Action *> ActionReader::action(const QVariant &v) const
+{
+    if (isType(v, QMetaType::QString))
+        return knownAction(v.toString());
+    if (isType(v, QMetaType::QVariantMap))
+        return definition(v.toMap());
+    return fail(__LINE__, QStringLiteral("'Action' must be either 'str' or 'map'"));
+}
+
+Either<Error, Action *> ActionReader::knownAction(const QString &path) const
+{
+    Action *action = m_known.value(path);
+    if (!action)
+        return fail(__LINE__, QStringLiteral("action '%1' not defined").arg(path));
+    return Right(action);
+}
+
+static Either<Error, QStringList> titlesOf(const QVariantMap &entry)
+{
+    const QVariant *const title = field(entry, QStringLiteral("title"));
+    const QVariant *const titles = field(entry, QStringLiteral("titles"));
+    if (!title && !titles)
+        return fail(__LINE__, QStringLiteral("one of fields 'title' or 'titles' must be set"));
+    if (title && titles)
+        return fail(__LINE__, QStringLiteral("fields 'title' or 'titles' can not be set simultaneously"));
+    if (title && !isType(*title, QMetaType::QString))
+        return fail(__LINE__, QStringLiteral("'title' must be string. for type list<str> use 'titles'"));
+    if (titles && !isType(*titles, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("'titles' must be list<str>. for type 'str' use 'title'"));
+    return Right(title ? QStringList(title->toString()) : titles->toStringList());
+}
+
+// The order of the checks is behaviour: only the first fault is reported.
+Either<Error, Action *> ActionReader::definition(const QVariantMap &entry) const
+{
+    const auto titles = titlesOf(entry);
+    if (titles.isLeft())
+        return Left(titles.left());
+
+    const QVariant *const names = field(entry, QStringLiteral("features"));
+    if (names && !isType(*names, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("'features' must be list<str>."));
+    const auto required = names ? features(*names) : Right(QList<Feature *>());
+    if (required.isLeft())
+        return Left(required.left());
+
+    const QVariant *const path = field(entry, QStringLiteral("path"));
+    if (!path)
+        return fail(__LINE__, QStringLiteral("'path' is obligatory field"));
+    return Right(new Action(path->toString(), titles.right(), required.right(), m_parent));
+}
+
+Either<Error, QList<Action *>> ActionReader::list(const QVariant &v) const
+{
+    if (isType(v, QMetaType::QString))
+        return group(v.toString());
+    if (isType(v, QMetaType::QVariantList))
+        return each(v.toList());
+    if (isType(v, QMetaType::QVariantMap))
+        return action(v).map([](Action *action) { return QList<Action *>{action}; });
+    return fail(__LINE__, QStringLiteral("action list must be one of types: 'str', 'list', 'map'"));
+}
+
+Either<Error, QList<Action *>> ActionReader::group(const QString &name) const
+{
+    const auto group = m_groups.constFind(name);
+    if (group == m_groups.constEnd())
+        return fail(__LINE__, QStringLiteral("action group '%1' not defined").arg(name));
+    return Right(*group);
+}
+
+Either<Error, QList<Action *>> ActionReader::each(const QVariantList &entries) const
+{
+    QList<Action *> actions;
+    for (const QVariant &entry : entries) {
+        const auto read = action(entry);
+        if (read.isLeft())
+            return Left(read.left());
+        actions.append(read.right());
+    }
+    return Right(actions);
+}
+
+Either<Error, Action *> ActionReader::firstSupported(const QVariantList &alternatives) const
+{
+    QStringList names;
+    for (const QVariant &alternative : alternatives) {
+        const auto read = action(alternative);
+        if (read.isLeft() || read.right()->supported())
+            return read;
+        names.append(alternative.toString());
+    }
+    return fail(__LINE__,
+                QStringLiteral("no one action is supported of list: [ ") + names.join(QStringLiteral(", "))
+                        + QStringLiteral(" ]"));
+}
+
+namespace {
+class NoFeatures : public FeaturesProvider
+{
+public:
+    QList<Feature *> allFeatures() const override { return {}; }
+};
+}
+
+Either<Error, QList<Feature *>> ActionReader::features(const QVariant &names) const
+{
+    const QStringList list = names.toStringList();
+    const QSet<QString> set(list.cbegin(), list.cend());
+    return m_featuresProvider ? m_featuresProvider->featuresByNames(set) : NoFeatures().featuresByNames(set);
+}
+
+Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
+                                            const QMap<QString, Action *> &knownActions, QObject *parent)
+{
+    const QString path = v.toString(); // the only one that can be named
+    return ActionReader({{path, knownActions.value(path)}}, {}, featuresProvider, parent).action(v);
+}
+
+Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
+                                            const QList<Action *> &actions, QObject *parent)
+{
+    return ActionReader(ActionReader::indexOf(actions), {}, featuresProvider, parent).action(v);
+}
+
+Either<Error, QList<Action *>> Action::listFromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
+                                                       const QList<Action *> &actions,
+                                                       const QMap<QString, QList<Action *>> &actionGroups,
+                                                       QObject *parent)
+{
+    return ActionReader(ActionReader::indexOf(actions), actionGroups, featuresProvider, parent).list(v);
+}
+
+static QList<Action *> supportedOf(const QList<Action *> &actions)
+{
+    QList<Action *> supported;
+    std::copy_if(actions.cbegin(), actions.cend(), std::back_inserter(supported),
+                 [](const Action *action) { return action->supported(); });
+    return supported;
+}
+
+Either<Error, QMap<QString, QList<Action *>>> Action::actionGroupsFromVariant(const QMap<QString, QVariant> &groups,
+                                                                              const QList<Action *> &actions,
+                                                                              const FeaturesProvider *featuresProvider,
+                                                                              QObject *parent)
+{
+    const ActionReader reader(ActionReader::indexOf(actions), {}, featuresProvider, parent);
+    QMap<QString, QList<Action *>> table;
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        const auto all = reader.list(*group);
+        if (all.isLeft())
+            return Left(all.left());
+        table.insert(group.key(), supportedOf(all.right()));
+    }
+    return Right(table);
+}
+
+Either<Error, Action *> Action::firstSupportedFromVariant(const QList<QVariant> &list,
+                                                          const FeaturesProvider *featuresProvider,
+                                                          const QList<Action *> &actions, QObject *parent)
+{
+    return ActionReader(ActionReader::indexOf(actions), {}, featuresProvider, parent).firstSupported(list);
+}
+
+}
+}

@@ -1,0 +1,123 @@
+#include "bindings.h"
+
+#include "atomicfile.h"
+#include "fields.h"
+#include "varianttype.h"
+
+#include <gesture_api/configuration.h>
+
+#include <vellix/platform/vxcomponents.h>
+#include <vellix/resolvedpath.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <ostream>
+
+namespace vellix {
+namespace gesture {
+
+qint32 Configuration::ActionBindings::version = 1;
+
+// Log readers key on these line numbers: they are fixed, whatever becomes of this file.
+static Left<Error> fail(int line, const QString &message)
+{
+    return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
+}
+
+using ParsingError = Configuration::ActionBindings::ParsingError;
+
+Either<ParsingError, Bindings> Configuration::ActionBindings::loadJson(const QString &fileName)
+{
+    return components::VariantLoader::loadJson(fileName)
+            .mapLeft([](const Error &error) { return ParsingError(error); })
+            .flatMap([&fileName](const QVariant &root) -> Either<ParsingError, Bindings> {
+                if (!isType(root, QMetaType::QVariantMap))
+                    return fail(163, QLatin1Char('`') + fileName + QStringLiteral("` root bust be map<>"));
+                return fromVariant(root.toMap());
+            });
+}
+
+Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const QVariantMap &root)
+{
+    const QVariant *const found = field(root, QStringLiteral("version"));
+    if (!found)
+        return fail(84, QStringLiteral("`version` is obligatory field"));
+    bool isNumber = false;
+    const qint32 number = found->toInt(&isNumber);
+    if (!isNumber)
+        return fail(89, QStringLiteral("`version` type must be `int`"));
+    if (number != version)
+        return Left(ParsingError::VersionNotMatch{number});
+
+    const QVariant *const actions = field(root, QStringLiteral("actions"));
+    if (!actions)
+        return fail(111, QStringLiteral("`actions` is obligatory field"));
+    if (!isType(*actions, QMetaType::QVariantMap))
+        return fail(108, QStringLiteral("`actions` type must be `map<str, str>`"));
+
+    Bindings bindings;
+    const QVariantMap entries = actions->toMap();
+    for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+        if (!isType(*entry, QMetaType::QString))
+            return fail(102, QStringLiteral("`actions` value type must be `str`"));
+        bindings.insert(entry.key(), entry->toString());
+    }
+    return Right(bindings);
+}
+
+Bindings bindingsOf(const QList<Gesture *> &gestures)
+{
+    Bindings bindings;
+    for (const Gesture *gesture : gestures) {
+        if (gesture && gesture->currentAction())
+            bindings.insert(gesture->id(), gesture->currentAction()->path());
+    }
+    return bindings;
+}
+
+QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestures)
+{
+    QVariantMap actions;
+    const Bindings bindings = bindingsOf(gestures);
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
+        actions.insert(binding.key(), *binding);
+    return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
+}
+
+// What toVariant() gives, without the way through variants. In order, since the object moves all that is behind what it
+// inserts.
+QByteArray bindingsText(const Bindings &bindings)
+{
+    QJsonObject actions;
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
+        actions.insert(binding.key(), *binding);
+    const QJsonObject document{{QStringLiteral("version"), Configuration::ActionBindings::version},
+                               {QStringLiteral("actions"), actions}};
+    return QJsonDocument(document).toJson(QJsonDocument::Indented);
+}
+
+Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
+                                                                const QList<Gesture *> &gestures)
+{
+    const QString path = resolvedPath(fileName);
+    const QByteArray text = bindingsText(bindingsOf(gestures));
+    makeDirectoriesFor(path);
+    const auto written = writeAtomically(path, text);
+    if (written.isRight())
+        return Right(written.right());
+    const bool opened = written.left().step != SaveFailure::Opening;
+    return opened ? Either<QString, qint64>(Right<qint64>(-1)) : Left(written.left().message(path));
+}
+
+std::ostream &operator<<(std::ostream &out, const ParsingError &error)
+{
+    if (const auto *versionNotMatch = boost::get<ParsingError::VersionNotMatch>(&error.value))
+        return out << "VersionNotMatch(" << versionNotMatch->version << ")";
+    if (const auto *other = boost::get<Error>(&error.value))
+        return out << "OtherError(" << *other << ")";
+    return out << "Undefined error type";
+}
+
+}
+}

@@ -1,0 +1,365 @@
+#include <gesture_api/gesture.h>
+
+#include "actionreader.h"
+#include "fields.h"
+#include "varianttype.h"
+
+#include <vellix/stringutils.h>
+
+#include <QScopeGuard>
+
+namespace vellix {
+namespace gesture {
+
+static Left<Error> fail(int line, const QString &message)
+{
+    return Left(Error({"../../../gesture_api/src/gesture", line}, message.toStdString()));
+}
+
+// The members of an entry; null for a missing one.
+namespace {
+struct Entry
+{
+    explicit Entry(const QVariantMap &map)
+        : id(field(map, QStringLiteral("id"))), modes(field(map, QStringLiteral("modes"))),
+          kind(field(map, QStringLiteral("kind"))), zone(field(map, QStringLiteral("zone"))),
+          direction(field(map, QStringLiteral("direction"))),
+          availableActions(field(map, QStringLiteral("availableActions"))),
+          defaultAction(field(map, QStringLiteral("defaultAction"))),
+          currentAction(field(map, QStringLiteral("currentAction"))), features(field(map, QStringLiteral("features")))
+    {
+    }
+
+    const QVariant *id;
+    const QVariant *modes;
+    const QVariant *kind;
+    const QVariant *zone;
+    const QVariant *direction;
+    const QVariant *availableActions;
+    const QVariant *defaultAction;
+    const QVariant *currentAction;
+    const QVariant *features;
+};
+
+struct Touch
+{
+    QString id;
+    QStringList modes;
+    Gesture::Kind kind;
+    QRectF zone;
+    Gesture::Direction direction;
+};
+}
+
+/// Reads the entries of one list. Actions that are defined inline start under the reader; the gestures take theirs out
+/// of it. The order of the checks is behaviour: only the first fault is reported.
+class GestureReader
+{
+public:
+    GestureReader(const FeaturesProvider *featuresProvider, const QList<Action *> &actions,
+                  const ActionReader::Groups &groups, const QMap<QString, QRectF> &zones,
+                  const QMap<QString, QString> &bindings, QObject *parent)
+        : m_actions(ActionReader::indexOf(actions), groups, featuresProvider, &m_inlineActions), m_zones(zones),
+          m_bindings(bindings), m_parent(parent)
+    {
+    }
+
+    Either<Error, Gesture *> read(const QVariantMap &entry) const
+    {
+        return entryOf(entry).flatMap([this](const Entry &members) { return gestureOf(members); });
+    }
+
+private:
+    static Either<Error, Entry> entryOf(const QVariantMap &map);
+    Either<Error, Gesture *> gestureOf(const Entry &entry) const;
+    Either<Error, Touch> touchOf(const Entry &entry) const;
+    Either<Error, Action *> defaultActionOf(const Entry &entry, const QString &id) const;
+    Either<Error, QList<Feature *>> featuresOf(const QVariant &names) const;
+
+    QObject m_inlineActions;
+    const ActionReader m_actions;
+    const QMap<QString, QRectF> m_zones;
+    const QMap<QString, QString> m_bindings;
+    QObject *const m_parent;
+};
+
+Either<Error, Entry> GestureReader::entryOf(const QVariantMap &map)
+{
+    const Entry entry(map);
+    if (!entry.kind)
+        return fail(__LINE__, QStringLiteral("'kind' is obligatory field"));
+    if (!entry.zone && !entry.direction)
+        return fail(__LINE__, QStringLiteral("either 'zone' or 'direction' fields must be set"));
+    if (!entry.defaultAction && !entry.currentAction)
+        return fail(__LINE__, QStringLiteral("either 'defaultAction' or 'currentAction' fields must be set"));
+    if (entry.defaultAction && !isType(*entry.defaultAction, QMetaType::QString)
+        && !isType(*entry.defaultAction, QMetaType::QStringList)
+        && !isType(*entry.defaultAction, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("'defaultAction' must have type `str` or `list<str>`"));
+    if (entry.modes && !isType(*entry.modes, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("'modes' must have type `list<str>`"));
+    return Right(entry);
+}
+
+Either<Error, Touch> GestureReader::touchOf(const Entry &entry) const
+{
+    const QStringList modes = entry.modes ? StringUtils::sortedUnique(entry.modes->toStringList()) : QStringList();
+    const auto kind = Gesture::kindFromVariant(*entry.kind);
+    if (kind.isLeft())
+        return Left(kind.left());
+
+    QString zoneName = QStringLiteral("notSet");
+    const auto zone = readOptional(entry.zone, Gesture::wholeZone, [&](const QVariant &value) {
+        return Gesture::zoneFromVariant(value, m_zones, entry.id ? nullptr : &zoneName);
+    });
+    if (zone.isLeft())
+        return Left(zone.left());
+
+    const auto direction = readOptional(entry.direction, Gesture::NoDirection, Gesture::directionFromVariant);
+    if (direction.isLeft())
+        return Left(direction.left());
+
+    const QString id =
+            entry.id ? entry.id->toString() : Gesture::formId(modes, kind.right(), zoneName, direction.right());
+    return Right(Touch{id, modes, kind.right(), zone.right(), direction.right()});
+}
+
+Either<Error, Action *> GestureReader::defaultActionOf(const Entry &entry, const QString &id) const
+{
+    const auto bound = m_bindings.constFind(id);
+    if (bound != m_bindings.constEnd())
+        return m_actions.action(*bound);
+    return readOptional<Action *>(entry.defaultAction, nullptr, [this](const QVariant &value) {
+        return isType(value, QMetaType::QString) ? m_actions.action(value) : m_actions.firstSupported(value.toList());
+    });
+}
+
+Either<Error, QList<Feature *>> GestureReader::featuresOf(const QVariant &names) const
+{
+    if (!isType(names, QMetaType::QVariantList))
+        return fail(__LINE__, QStringLiteral("'features' must be list<str>."));
+    return m_actions.features(names);
+}
+
+Either<Error, Gesture *> GestureReader::gestureOf(const Entry &entry) const
+{
+    const auto touch = touchOf(entry);
+    if (touch.isLeft())
+        return Left(touch.left());
+
+    const auto available = readOptional(entry.availableActions, QList<Action *>(),
+                                        [this](const QVariant &value) { return m_actions.list(value); });
+    if (available.isLeft())
+        return Left(available.left());
+
+    const auto defaultAction = defaultActionOf(entry, touch.right().id);
+    if (defaultAction.isLeft())
+        return Left(defaultAction.left());
+
+    const auto currentAction = readOptional<Action *>(
+            entry.currentAction, nullptr, [this](const QVariant &value) { return m_actions.action(value); });
+    if (currentAction.isLeft())
+        return Left(currentAction.left());
+
+    const auto features = readOptional(entry.features, QList<Feature *>(),
+                                       [this](const QVariant &names) { return featuresOf(names); });
+    if (features.isLeft())
+        return Left(features.left());
+
+    const auto &[id, modes, kind, zone, direction] = touch.right();
+    return Right(new Gesture(id, modes, kind, zone, direction, available.right(), defaultAction.right(),
+                             currentAction.right(), features.right(), m_parent, Gesture::Later));
+}
+
+Either<Error, Gesture *> Gesture::fromVariant(const QVariantMap &entry, const FeaturesProvider *featuresProvider,
+                                              const QList<Action *> &actions,
+                                              const QMap<QString, QList<Action *>> &actionGroups,
+                                              const QMap<QString, QRectF> &zones,
+                                              const QMap<QString, QString> &bindings, QObject *parent)
+{
+    const GestureReader reader(featuresProvider, actions, actionGroups, zones, bindings, parent);
+    const auto gesture = reader.read(entry);
+    if (gesture.isRight())
+        gesture.right()->takeActions();
+    return gesture;
+}
+
+Either<Error, QList<Gesture *>>
+Gesture::listFromVariant(const QVariantList &list, const FeaturesProvider *featuresProvider,
+                         const QList<Action *> &actions, const QMap<QString, QList<Action *>> &actionGroups,
+                         const QMap<QString, QRectF> &zones, const QMap<QString, QString> &bindings, QObject *parent)
+{
+    const GestureReader reader(featuresProvider, actions, actionGroups, zones, bindings, parent);
+    QList<Gesture *> gestures;
+    gestures.reserve(list.size());
+    // Each action goes to the last of its users at once, not from one to the next.
+    const auto settle = qScopeGuard([&gestures] {
+        for (Gesture *gesture : qAsConst(gestures))
+            gesture->takeActions();
+    });
+    for (const QVariant &entry : list) {
+        if (!isType(entry, QMetaType::QVariantMap))
+            return fail(__LINE__, QStringLiteral("list of gestures must must contain maps"));
+        const auto gesture = reader.read(entry.toMap());
+        if (gesture.isLeft())
+            return Left(gesture.left());
+        gestures.append(gesture.right());
+    }
+    return Right(gestures);
+}
+
+static QVariantMap withActions(QVariantMap map, const Gesture &gesture)
+{
+    if (gesture.defaultAction())
+        map.insert(QStringLiteral("defaultAction"), gesture.defaultAction()->toVariant());
+    if (gesture.currentAction())
+        map.insert(QStringLiteral("currentAction"), gesture.currentAction()->toVariant());
+    return map;
+}
+
+QVariant Gesture::toVariant() const
+{
+    return withActions({{QStringLiteral("kind"), kindToVariant(m_kind)},
+                        {QStringLiteral("zone"), rectfToVariant(m_zone)},
+                        {QStringLiteral("direction"), directionToVariant(m_direction)},
+                        {QStringLiteral("availableActions"), Action::listToVariant(m_availableActions)}},
+                       *this);
+}
+
+QVariant Gesture::listToVariant(const QList<Gesture *> &gestures)
+{
+    QVariantList list;
+    for (const Gesture *gesture : gestures) {
+        if (gesture)
+            list.append(gesture->toVariant());
+    }
+    return list;
+}
+
+Either<Error, QMap<QString, QRectF>> Gesture::zoneMapFromVariant(const QVariantMap &section,
+                                                                 const QMap<QString, QRectF> &zones)
+{
+    QMap<QString, QRectF> own;
+    for (auto value = section.cbegin(); value != section.cend(); ++value) {
+        const auto zone = zoneFromVariant(*value, zones, nullptr);
+        if (zone.isLeft())
+            return Left(zone.left());
+        own.insert(value.key(), zone.right());
+    }
+    return Right(own);
+}
+
+static QString nameOf(const QRectF &r)
+{
+    const auto number = [](double value) { return QString::number(value, 'g', 6); };
+    return QLatin1Char('(') + number(r.x()) + QLatin1Char(',') + number(r.y()) + QLatin1Char(',') + number(r.width())
+            + QLatin1Char(',') + number(r.height()) + QLatin1Char(')');
+}
+
+Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
+                                               QString *zoneName)
+{
+    const auto setName = [zoneName](const QString &name) {
+        if (zoneName)
+            *zoneName = name;
+    };
+    if (isType(value, QMetaType::QString)) {
+        const QString name = value.toString();
+        setName(name);
+        const auto zone = zones.constFind(name);
+        if (zone == zones.constEnd())
+            return fail(__LINE__, QStringLiteral("zone '%1' not defined").arg(name));
+        return Right(*zone);
+    }
+    if (isType(value, QMetaType::QVariantMap)) {
+        const auto zone = rectfFromVariant(value.toMap());
+        if (zone.isRight() && zoneName)
+            setName(nameOf(zone.right()));
+        return zone;
+    }
+    setName(QStringLiteral("UndefinedZone"));
+    return fail(__LINE__, QStringLiteral("zone must be either 'str' or 'map'"));
+}
+
+Either<Error, QRectF> Gesture::rectfFromVariant(const QVariantMap &map)
+{
+    const QVariant *const x = field(map, QStringLiteral("x"));
+    const QVariant *const y = field(map, QStringLiteral("y"));
+    const QVariant *const w = field(map, QStringLiteral("w"));
+    const QVariant *const h = field(map, QStringLiteral("h"));
+    if (!x)
+        return fail(__LINE__, QStringLiteral("field 'x' must be set"));
+    if (!y)
+        return fail(__LINE__, QStringLiteral("field 'y' must be set"));
+    if (!w)
+        return fail(__LINE__, QStringLiteral("field 'w' must be set"));
+    if (!h)
+        return fail(__LINE__, QStringLiteral("field 'h' must be set"));
+    return Right(QRectF(x->toDouble(), y->toDouble(), w->toDouble(), h->toDouble()));
+}
+
+QVariant Gesture::rectfToVariant(const QRectF &r)
+{
+    return QVariantMap{{QStringLiteral("x"), r.x()},
+                       {QStringLiteral("y"), r.y()},
+                       {QStringLiteral("w"), r.width()},
+                       {QStringLiteral("h"), r.height()}};
+}
+
+Either<Error, Gesture::Kind> Gesture::kindFromVariant(const QVariant &value)
+{
+    const QString name = value.toString().toLower();
+    if (name == QLatin1String("tap"))
+        return Right(Tap);
+    if (name == QLatin1String("hold"))
+        return Right(Hold);
+    if (name == QLatin1String("swipe"))
+        return Right(Swipe);
+    if (name == QLatin1String("drag"))
+        return Right(Drag);
+    return fail(__LINE__, QStringLiteral("kind can be only 'tap' or 'swipe' or 'drag'"));
+}
+
+QVariant Gesture::kindToVariant(Kind kind)
+{
+    switch (kind) {
+    case Tap: return QStringLiteral("tap");
+    case Hold: return QStringLiteral("hold");
+    case Swipe: return QStringLiteral("swipe");
+    case Drag: return QStringLiteral("drag");
+    case Undefined: break;
+    }
+    return {};
+}
+
+Either<Error, Gesture::Direction> Gesture::directionFromVariant(const QVariant &value)
+{
+    const QString name = value.toString();
+    if (name == QLatin1String("toLeft"))
+        return Right(ToLeft);
+    if (name == QLatin1String("toRight"))
+        return Right(ToRight);
+    if (name == QLatin1String("toTop"))
+        return Right(ToTop);
+    if (name == QLatin1String("toBottom"))
+        return Right(ToBottom);
+    if (name == QLatin1String("no"))
+        return Right(NoDirection);
+    return fail(__LINE__,
+                QStringLiteral("direction can be only 'toLeft' or 'toRight' or 'toTop' or 'toBottom' or 'no'"));
+}
+
+QVariant Gesture::directionToVariant(Direction direction)
+{
+    switch (direction) {
+    case ToLeft: return QStringLiteral("toLeft");
+    case ToRight: return QStringLiteral("toRight");
+    case ToTop: return QStringLiteral("toTop");
+    case ToBottom: return QStringLiteral("toBottom");
+    case NoDirection: break;
+    }
+    return QStringLiteral("no");
+}
+
+}
+}
