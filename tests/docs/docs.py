@@ -7,12 +7,13 @@
                                    against an installed library; prints the names
     docs.py run SOURCE BUILD OUT   runs what OUT became in BUILD, and all the rest; fails for a block that nobody runs
 
+Home-made: no tool does all of these languages. Debian's cram does the shell with its output, but in a format of its own
+(indented, `$` before each command) and without a sign for any lines: what turns a page into it is as long as judge().
+
 A block is fenced and has one of these languages; anything else is a failure. A block within an HTML comment counts as
 any other, so that a page can prepare what its readers need not see.
 
-    cpp     With main() a program: compiled with all warnings, linked, and run. Else the statements of a function, which
-            may use what prelude.h declares, or, marked so, declarations; both are compiled only. The declarations of a
-            page can be used in the statements below them.
+    cpp     A program: compiled with all warnings, linked, and run.
     qml     A whole document, loaded without a warning.
     json    One of the three files is checked by gesturectl; anything else must be JSON.
     cmake   A whole project, or what stands in one behind add_executable(app ...). A source that it names is the block
@@ -28,7 +29,6 @@ Marks are HTML comments of one line right above a block:
                                   compiled and linked; cmake is not built
     <!-- exits: N -->             sh, a program: this exit status in place of 0
     <!-- file: NAME -->           the block is also written to NAME in the copy of the tree
-    <!-- declarations -->         cpp: for a namespace, not for a function
     <!-- device: no features -->  sh: what it prints is compared only on machines without front light and speech
 """
 import dataclasses
@@ -44,8 +44,7 @@ import sys
 import tempfile
 
 LANGUAGES = ("cpp", "qml", "json", "cmake", "sh", "text")
-MARKS = {"not run": ("sh", "cpp", "cmake"), "exits": ("sh", "cpp"), "file": LANGUAGES, "declarations": ("cpp",),
-         "device": ("sh",)}
+MARKS = {"not run": ("sh", "cpp", "cmake"), "exits": ("sh", "cpp"), "file": LANGUAGES, "device": ("sh",)}
 
 
 @dataclasses.dataclass
@@ -61,10 +60,6 @@ class Block:
     @property
     def place(self):
         return f"{self.page}:{self.line}"
-
-    @property
-    def is_program(self):
-        return self.language == "cpp" and re.search(r"\bint\s+main\s*\(", self.text) is not None
 
 
 class Faults(Exception):
@@ -97,6 +92,8 @@ def parse(page, text):
             for name in marks:
                 if block.language not in MARKS.get(name, ()):
                     faults.append(f"{page}:{at + 1}: unknown mark '{name}' of a block of '{block.language}'")
+            if block.language == "cpp" and not re.search(r"\bint\s+main\s*\(", code):
+                faults.append(f"{page}:{at + 1}: C++ that is no program")
             before = blocks[-1] if blocks else None
             if block.language == "text" and before and not "".join(lines[before.end:at]).strip():
                 before.output = code
@@ -144,37 +141,14 @@ def named(blocks):
 # --- C++ and QML
 
 
-def with_moc(name, text):
-    return text + (f'#include "{name}.moc"\n' if "Q_OBJECT" in text else "")
-
-
 def programs(pages):
     for blocks in pages.values():
-        yield from named(block for block in blocks if block.is_program)
-
-
-def fragments(pages):
-    """All fragments as one source. Their includes go to its top, the rest into a namespace for each page."""
-    includes, code = ['#include "prelude.h"\n'], []
-    for page, blocks in pages.items():
-        code.append("namespace " + re.sub(r"\W", "_", page) + " {\n")
-        for block in blocks:
-            if block.language != "cpp" or block.is_program:
-                continue
-            includes += re.findall(r"^ *#include.*\n", block.text, re.M)
-            text = f'#line {block.line} "{page}"\n' + re.sub(r"^ *#include.*$", "", block.text, flags=re.M)
-            if "declarations" not in block.marks:
-                text = f"auto fragment_{block.line}()\n{{\n{text}}}\n"
-            code.append(text)
-        code.append("}\n")
-    return with_moc("fragments", "".join(dict.fromkeys(includes)) + "".join(code))
+        yield from named(block for block in blocks if block.language == "cpp")
 
 
 def sources(pages):
     """What `extract` writes: file name to content."""
-    files = {"fragments.cpp": fragments(pages)}
-    for name, block in programs(pages):
-        files[f"{name}.cpp"] = with_moc(name, f'#line {block.line} "{block.page}"\n{block.text}')
+    files = {f"{name}.cpp": f'#line {block.line} "{block.page}"\n{block.text}' for name, block in programs(pages)}
     for blocks in pages.values():
         for name, block in named(block for block in blocks if block.language == "qml"):
             files[f"{name}.qml"] = block.text
@@ -217,7 +191,7 @@ def projects(source, out):
                 write(out / name / "app.cpp", "int main() {}\n")
             write(out / name / "CMakeLists.txt", text)
             known = {other.marks["file"]: other.text for other in blocks if "file" in other.marks}
-            above = [other for other in blocks if other.is_program and other.line < block.line]
+            above = [other for other in blocks if other.language == "cpp" and other.line < block.line]
             for file in re.findall(r"[\w./-]+\.cpp\b", block.text):
                 if file not in known and not above:
                     raise Faults(f"{block.place}: no block of the page is {file}")
@@ -352,9 +326,9 @@ class Runner:
             return self.command_faults(block.text) if block.language == "sh" else []
         if block.language == "sh":
             return [self.judge(block, ["bash", "-euo", "pipefail", "-c", block.text])]
-        if block.is_program:
+        if block.language == "cpp":
             return [self.judge(block, [str(program)])]
-        return []  # compiled by the build, or by the tests `readme` and `install`
+        return []  # loaded or built by the tests `readme` and `install`
 
 
 def run(source, build, out):
