@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # The exported interface as it is described in the tree: abi.sh LIBRARY DESCRIPTION compares, and fails when a client of
 # the described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after a change that is meant.
+# The comparison is that of abigail-tools. This adds what its commands do not know: the machine of the description, a
+# library without debug information, and that what is new is no fault.
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "abi.sh: failed: $BASH_COMMAND" >&2' ERR

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # What a plain bash completes on command lines of gesturectl: completion.sh PROGRAM COMPLETION SAMPLE
+# Home-made: Debian 12 packages no tool that asks a completion for its words.
 set -o pipefail
 program=$1
 sample=$3

@@ -3,6 +3,8 @@
 
 Each row of a table there is a promise and names what holds it: a test function as `test:function`, a test of a script as
 `test`, or a file of the tree. Whatever is named exists.
+
+Home-made: packaged checkers of pages know links and files, not the functions of tests.
 """
 import re
 import sys

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # The Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and removed
 # without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
+# Home-made: piuparts installs, upgrades and removes, but neither builds twice nor uses what is installed in between;
+# autopkgtest uses it, and does nothing of the rest.
 # Lists of packages are meant to be split into words.
 # shellcheck disable=SC2046,SC2086
 set -Eeuo pipefail

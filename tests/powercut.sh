@@ -2,6 +2,7 @@
 # Cuts the power, as far as that can be done to a file: a file system in an image is saved to, the image
 # is copied as it is on disk at that moment, and the copy must hold the last save that was reported done,
 # or a later one, whole: powercut.sh SAVELOOP [CUTS]
+# Home-made: Debian 12 packages no tool that cuts the power of a file system.
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "powercut.sh: failed: $BASH_COMMAND" >&2' ERR

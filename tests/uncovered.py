@@ -2,6 +2,9 @@
 """Holds the lines that no test runs against the list of those that are known: uncovered.py REPORT LIST
 
 A line of the list is the file and the text of a line, `path: text`; comments above a group of them say why.
+
+Home-made: gcovr counts the lines, but excludes known ones by marks in the sources, which hide a line that runs as well,
+or allows a share, in which a new line takes the place of another.
 """
 import collections
 import json

@@ -3,6 +3,9 @@
 
 Reads a JSON array of texts, each a JSON document, and prints an array of verdicts in their order: null for a
 document that the schema accepts, else the reason. Fails when something is wrong with the schema itself.
+
+Home-made around python3-jsonschema: its own command reads each document from a file, and does not look at a schema's
+titles, descriptions, examples and defaults.
 """
 import json
 import sys

@@ -1,4 +1,7 @@
-"""The faults that can be put into a C++ source, found in the syntax tree that clang gives."""
+"""The faults that can be put into a C++ source, found in the syntax tree that clang gives.
+
+Home-made, as mutate.py is; the parser is Debian's python3-clang-14.
+"""
 import re
 from collections import namedtuple
 

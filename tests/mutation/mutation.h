@@ -2,7 +2,8 @@
 
 #include <cstdlib>
 
-// What the sources call that scripts/mutate has put faults into: the fault of the number in MUTANT is on.
+// What the sources call that scripts/mutate has put faults into: the fault of the number in MUTANT is on. Home-made, as
+// mutate.py is.
 
 namespace mutation {
 
