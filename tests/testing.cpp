@@ -47,6 +47,27 @@ LogCapture::~LogCapture()
     capture = m_previous;
 }
 
+Features::Features(std::initializer_list<std::pair<const char *, bool>> known)
+{
+    for (const auto &[name, supported] : known)
+        add(QString::fromUtf8(name), supported);
+}
+
+QList<vellix::gesture::Feature *> Features::allFeatures() const
+{
+    ++asked;
+    return features;
+}
+
+void Features::add(const QString &name, bool supported)
+{
+    const auto answer = [this, supported] {
+        ++evaluated;
+        return supported;
+    };
+    features.append(new vellix::gesture::Feature(name, answer, this));
+}
+
 DataTree::DataTree()
 {
     qputenv("XDG_DATA_HOME", QFile::encodeName(m_root.filePath(QStringLiteral("user"))));

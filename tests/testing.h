@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gesture_api/feature.h>
+
 #include <vellix/either.h>
 
 #include <QByteArray>
@@ -10,6 +12,9 @@
 #include <QTemporaryDir>
 #include <QVariant>
 #include <QtTest>
+
+#include <initializer_list>
+#include <utility>
 
 // What the tests share.
 
@@ -79,6 +84,19 @@ public:
 private:
     LogCapture *m_previous;
     QtMessageHandler m_previousHandler;
+};
+
+/// A device with these features, each supported or not.
+class Features : public vellix::gesture::FeaturesProvider
+{
+public:
+    Features(std::initializer_list<std::pair<const char *, bool>> known = {});
+    QList<vellix::gesture::Feature *> allFeatures() const override;
+    void add(const QString &name, bool supported);
+
+    QList<vellix::gesture::Feature *> features;
+    mutable int asked = 0;     // for all of them
+    mutable int evaluated = 0; // of them, whether they are supported
 };
 
 /// Data directories of a user and a system, made for one test.

@@ -7,35 +7,6 @@ using testing::debugText;
 using testing::failure;
 using testing::json;
 
-// Knows "on", which is supported, and "off", which is not.
-class TestProvider : public FeaturesProvider
-{
-public:
-    TestProvider()
-    {
-        const auto answer = [this](bool supported) {
-            return [this, supported] {
-                ++evaluated;
-                return supported;
-            };
-        };
-        m_features = {new Feature(QStringLiteral("on"), answer(true), this),
-                      new Feature(QStringLiteral("off"), answer(false), this)};
-    }
-
-    QList<Feature *> allFeatures() const override
-    {
-        ++asked;
-        return m_features;
-    }
-
-    mutable int asked = 0;
-    int evaluated = 0;
-
-private:
-    QList<Feature *> m_features;
-};
-
 static QStringList featureNames(const Action *action)
 {
     QStringList names;
@@ -145,7 +116,7 @@ private Q_SLOTS:
 
     void refused()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject parent;
         const Action known(QStringLiteral("known"), a, {});
         const QMap<QString, Action *> actions{{known.path(), const_cast<Action *>(&known)},
@@ -174,7 +145,7 @@ private Q_SLOTS:
 
     void unknownFeature()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject parent;
         QFETCH(QVariant, entry);
         const auto result = Action::fromVariant(entry, &provider, QMap<QString, Action *>(), &parent);
@@ -240,7 +211,7 @@ private Q_SLOTS:
 
     void defined()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject parent;
         Action known(QStringLiteral("known"), ab, {});
         QFETCH(QString, entry);
@@ -259,7 +230,7 @@ private Q_SLOTS:
 
     void aReferenceIsTheVeryAction()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject owner;
         QObject parent;
         auto *known = new Action(QStringLiteral("known"), a, {}, &owner);
@@ -285,7 +256,7 @@ private Q_SLOTS:
 
     void theProviderIsAskedForGivenFeaturesOnly()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject parent;
         Action known;
         QFETCH(QString, entry);
@@ -432,7 +403,7 @@ private Q_SLOTS:
 
     void toVariant()
     {
-        const TestProvider provider;
+        const testing::Features provider{{"on", true}, {"off", false}};
         QObject parent;
         QFETCH(QString, entry);
         QFETCH(QStringList, titles);

@@ -9,33 +9,11 @@ using testing::jsonMap;
 
 using ActionGroups = QMap<QString, QList<Action *>>;
 
-// Knows "on", which is supported, and "off", which is not.
-class TestProvider : public FeaturesProvider
-{
-public:
-    TestProvider()
-    {
-        const auto answer = [this](bool supported) {
-            return [this, supported] {
-                ++evaluated;
-                return supported;
-            };
-        };
-        features = {new Feature(QStringLiteral("on"), answer(true), this),
-                    new Feature(QStringLiteral("off"), answer(false), this)};
-    }
-
-    QList<Feature *> allFeatures() const override { return features; }
-
-    QList<Feature *> features;
-    int evaluated = 0;
-};
-
 // What every list is read with: actions "one", "two" and the unsupported "dark" and "%1", and the
 // group "group" of "one" and "dark".
 struct Known
 {
-    TestProvider provider;
+    testing::Features provider{{"on", true}, {"off", false}};
     QObject owner;
     Action *one = new Action(QStringLiteral("one"), {QStringLiteral("One")}, {}, &owner);
     Action *two = new Action(QStringLiteral("two"), {QStringLiteral("Menu"), QStringLiteral("Two")},

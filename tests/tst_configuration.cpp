@@ -15,23 +15,9 @@ using Bindings = QMap<QString, QString>;
 using Result = Either<Error, QList<Gesture *>>;
 
 namespace {
-class Lamp : public FeaturesProvider
-{
-public:
-    Lamp()
-        : m_lamp(new Feature(
-                QStringLiteral("lamp"), [] { return true; }, this))
-    {
-    }
-    QList<Feature *> allFeatures() const override { return {m_lamp}; }
-
-private:
-    Feature *m_lamp;
-};
-
 struct Load
 {
-    Lamp features;
+    testing::Features features{{"lamp", true}};
     QObject parent;
     QMap<QString, QRectF> zones = GestureService::predefinedZones;
     Bindings bindings;

@@ -37,20 +37,6 @@ extern "C" bool SvTTSSupported(void)
     return device.speech;
 }
 
-class TestProvider : public FeaturesProvider
-{
-public:
-    explicit TestProvider(const QStringList &names)
-    {
-        for (const QString &name : names)
-            features.append(new Feature(name, {}, this));
-    }
-
-    QList<Feature *> allFeatures() const override { return features; }
-
-    QList<Feature *> features;
-};
-
 static QStringList namesOf(const QList<Feature *> &features)
 {
     QStringList names;
@@ -169,7 +155,7 @@ private Q_SLOTS:
     void unknownNames()
     {
         QFETCH(QStringList, names);
-        const TestProvider provider({QStringLiteral("frontlight"), QStringLiteral("tts")});
+        const testing::Features provider{{"frontlight", false}, {"tts", false}};
         const auto result = provider.featuresByNames(setOf(names));
         QTEST(failure(result), "expected");
         QCOMPARE(testing::failureFile(result), QStringLiteral("../../../gesture_api/src/feature"));
@@ -177,7 +163,7 @@ private Q_SLOTS:
 
     void theFirstUnknownOfTheSetIsTold()
     {
-        const TestProvider provider({});
+        const testing::Features provider;
         QSet<QString> names;
         for (int i = 0; i < 20; ++i)
             names.insert(QString::number(i));
@@ -187,19 +173,20 @@ private Q_SLOTS:
 
     void noNamesNoFeatures()
     {
-        const auto none = TestProvider({QStringLiteral("tts")}).featuresByNames({});
+        const auto none = testing::Features{{"tts", false}}.featuresByNames({});
         VERIFY_RIGHT(none);
         QCOMPARE(none.right(), QList<Feature *>());
-        VERIFY_RIGHT(TestProvider({}).featuresByNames({}));
+        VERIFY_RIGHT(testing::Features().featuresByNames({}));
     }
 
     void foundInTheOrderOfTheSet()
     {
-        QStringList known;
-        for (int i = 0; i < 20; ++i)
-            known.append(QString::number(i));
-        const TestProvider provider(known);
-        const QSet<QString> names = setOf(known);
+        testing::Features provider;
+        QSet<QString> names;
+        for (int i = 0; i < 20; ++i) {
+            provider.add(QString::number(i), false);
+            names.insert(QString::number(i));
+        }
         const auto found = provider.featuresByNames(names);
         VERIFY_RIGHT(found);
         QCOMPARE(namesOf(found.right()), QStringList(names.values()));
@@ -207,7 +194,7 @@ private Q_SLOTS:
 
     void theFirstOfOneNameIsFound()
     {
-        TestProvider provider({QStringLiteral("tts"), QStringLiteral("tts")});
+        testing::Features provider{{"tts", false}, {"tts", false}};
         provider.features.prepend(nullptr);
         const auto found = provider.featuresByNames({QStringLiteral("tts")});
         VERIFY_RIGHT(found);

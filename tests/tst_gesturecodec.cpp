@@ -18,26 +18,10 @@ using Bindings = QMap<QString, QString>;
 using ZoneMap = QMap<QString, QRectF>;
 
 namespace {
-class Features : public FeaturesProvider
-{
-public:
-    Features()
-        : m_features{new Feature(
-                             QStringLiteral("lamp"), [] { return true; }, this),
-                     new Feature(
-                             QStringLiteral("wings"), [] { return false; }, this)}
-    {
-    }
-    QList<Feature *> allFeatures() const override { return m_features; }
-
-private:
-    QList<Feature *> m_features;
-};
-
 /// What entries may name: actions x and y, an unsupported action u, a group g of x and y, a zone left.
 struct Known
 {
-    Features features;
+    testing::Features features{{"lamp", true}, {"wings", false}};
     QObject owner;
     QList<Action *> actions{action("x"), action("y"), action("u", features.allFeatures())};
     QMap<QString, QList<Action *>> groups{{QStringLiteral("g"), actions.mid(0, 2)}};

@@ -51,20 +51,15 @@ struct DifferenceOfSamples
 };
 
 /// A device that has all of the features that there are, or none.
-class Device : public FeaturesProvider
+class Device : public testing::Features
 {
 public:
     explicit Device(bool hasAll)
     {
         const DefaultFeaturesProvider known;
         for (const Feature *feature : known.allFeatures())
-            m_features.append(new Feature(
-                    feature->name(), [hasAll] { return hasAll; }, this));
+            add(feature->name(), hasAll);
     }
-    QList<Feature *> allFeatures() const override { return m_features; }
-
-private:
-    QList<Feature *> m_features;
 };
 
 }
