@@ -1,4 +1,4 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -7,9 +7,6 @@
 
 #include <sys/stat.h>
 
-#include <memory>
-
-using testing::DataTree;
 using testing::Run;
 
 static const char *const sound = R"({
@@ -33,14 +30,11 @@ static const char *const lamp = R"({
 })";
 
 // The check as the engineer runs it.
-class tst_CheckVerb : public QObject
+class tst_CheckVerb : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_tree.reset(new DataTree); }
-    void cleanup() { m_tree.reset(); }
-
     void exitStatus_data()
     {
         QTest::addColumn<QString>("arguments");
@@ -84,9 +78,7 @@ private Q_SLOTS:
         QFETCH(QString, error);
         testing::writeFile(m_tree->defaultFile("app"), text);
         const Run run = check(arguments);
-        QTEST(run.exitCode, "status");
-        QVERIFY2(run.err.contains(error), qPrintable(run.err));
-        QCOMPARE(run.err.count('\n'), error.isEmpty() ? 0 : 1);
+        compareEnd(run);
         QCOMPARE(run.out.isEmpty(), !error.isEmpty());
         QVERIFY(testing::filesBelow(m_tree->user()).isEmpty());
     }
@@ -339,12 +331,7 @@ private:
         const QString words = arguments.replace(m_tree->root(), "ROOT");
         return check(words.split(' ', Qt::SkipEmptyParts).replaceInStrings("ROOT", m_tree->root()));
     }
-    static Run check(const QStringList &arguments)
-    {
-        return testing::run(GESTURECTL, QStringList{"check"} + arguments);
-    }
-
-    std::unique_ptr<DataTree> m_tree;
+    static Run check(const QStringList &arguments) { return gesturectl(QStringList{"check"} + arguments); }
 };
 
 QTEST_GUILESS_MAIN(tst_CheckVerb)

@@ -1,4 +1,4 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,9 +11,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
-
-using testing::DataTree;
 using testing::Run;
 
 static const char *const definitions = R"(
@@ -23,11 +20,6 @@ static const char *const definitions = R"(
 static QByteArray configuration(const QByteArray &gestures)
 {
     return QByteArray("{\"actions\": [") + definitions + "], \"gestures\": [" + gestures + "]}";
-}
-
-static QByteArray choices(const QByteArray &actions)
-{
-    return "{\"version\": 1, \"actions\": {" + actions + "}}";
 }
 
 // A tap that does "a" and offers "a" and "b".
@@ -59,16 +51,14 @@ protected:
 }
 
 // What an update does to the user's choices, as the program tells it, and what it writes.
-class tst_Doctor : public QObject
+class tst_Doctor : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(new DataTree);
-        m_directory.reset(new QTemporaryDir);
-        QVERIFY(QDir::setCurrent(m_directory->path()));
+        Tool::init();
         QCOMPARE(chmod(qPrintable(m_directory->path()), 0755), 0);
         // One choice of each state.
         testing::writeFile("old.json",
@@ -78,13 +68,6 @@ private Q_SLOTS:
                            configuration(tap("kept", "\"left\"") + ',' + tap("thief", "\"right\"") + ','
                                          + tap("stale", "\"bottom\"") + ',' + tap("hidden", "\"right\"")));
         testing::writeFile("user.json", m_mixed);
-    }
-
-    void cleanup()
-    {
-        QDir::setCurrent("/");
-        m_directory.reset();
-        m_tree.reset();
     }
 
     void states_data()
@@ -626,8 +609,6 @@ private:
             "gestures\n";
     const QByteArray m_repaired = "{\n    \"actions\": {\n        \"hidden\": \"b\",\n        \"kept\": \"b\"\n    "
                                   "},\n    \"version\": 1\n}\n";
-    std::unique_ptr<DataTree> m_tree;
-    std::unique_ptr<QTemporaryDir> m_directory;
 };
 
 QTEST_GUILESS_MAIN(tst_Doctor)

@@ -1,13 +1,10 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <sys/stat.h>
 
-#include <memory>
-
-using testing::DataTree;
 using testing::Run;
 
 static const char *const configuration = R"({
@@ -20,30 +17,16 @@ static const char *const configuration = R"({
     ]
 })";
 
-static QByteArray choices(const QByteArray &actions)
-{
-    return R"({"version": 1, "actions": {)" + actions + "}}";
-}
-
 // The user's choices on their way out of the device and into it.
-class tst_Exchange : public QObject
+class tst_Exchange : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(new DataTree);
-        m_directory.reset(new QTemporaryDir);
-        QVERIFY(QDir::setCurrent(m_directory->path()));
+        Tool::init();
         testing::writeFile(m_tree->defaultFile("app"), configuration);
-    }
-
-    void cleanup()
-    {
-        QDir::setCurrent("/");
-        m_directory.reset();
-        m_tree.reset();
     }
 
     void exportOfNothing()
@@ -293,12 +276,6 @@ private Q_SLOTS:
         QCOMPARE(run.err, "gesturectl: " + error + '\n');
         QCOMPARE(run.out, QString());
     }
-
-private:
-    static Run gesturectl(const QStringList &arguments) { return testing::run(GESTURECTL, arguments); }
-
-    std::unique_ptr<DataTree> m_tree;
-    std::unique_ptr<QTemporaryDir> m_directory;
 };
 
 QTEST_GUILESS_MAIN(tst_Exchange)

@@ -1,4 +1,4 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <gesture_api/gestureserviceprovider.h>
 
@@ -7,10 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <memory>
-
 using namespace vellix::gesture;
-using testing::DataTree;
 using testing::Run;
 
 static const char *const actions = R"("actions": [
@@ -21,19 +18,17 @@ static const char *const actions = R"("actions": [
 ])";
 
 // Why a touch matches a gesture or does not, and where the action comes from, as a person reads it.
-class tst_Explain : public QObject
+class tst_Explain : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(new DataTree);
+        Tool::init();
         QVERIFY(QDir().mkpath(programs()));
         qputenv("PATH", QFile::encodeName(programs())); // all that is searched for a speech engine
     }
-
-    void cleanup() { m_tree.reset(); }
 
     void testsInTheirOrder_data()
     {
@@ -365,10 +360,9 @@ private:
     Run explain(const QString &touch, const QStringList &more = {}) const
     {
         const QStringList words = touch.split(' ');
-        return testing::run(GESTURECTL,
-                            QStringList({"explain", "--app", "app", "--mode", words.value(0), "--kind", words.value(1),
-                                         "--direction", words.value(2), "--at", words.value(3)})
-                                    + more);
+        return gesturectl(QStringList({"explain", "--app", "app", "--mode", words.value(0), "--kind", words.value(1),
+                                       "--direction", words.value(2), "--at", words.value(3)})
+                          + more);
     }
 
     // Empty when the status is another one.
@@ -378,8 +372,6 @@ private:
         return status < 0 || run.exitCode == status ? QJsonDocument::fromJson(run.out.toUtf8()).object()
                                                     : QJsonObject();
     }
-
-    std::unique_ptr<DataTree> m_tree;
 };
 
 QTEST_GUILESS_MAIN(tst_Explain)

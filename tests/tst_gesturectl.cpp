@@ -1,4 +1,4 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <gesture_api/configuration.h>
 
@@ -17,7 +17,6 @@
 #include <memory>
 #include <vector>
 
-using testing::DataTree;
 using testing::Run;
 
 static const char *const configuration = R"({
@@ -65,18 +64,16 @@ static qint64 childrensMilliseconds()
 }
 
 // The program as a person runs it: arguments in, exit status and lines out.
-class tst_GestureCtl : public QObject
+class tst_GestureCtl : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(new DataTree);
+        Tool::init();
         testing::writeFile(m_tree->defaultFile("app"), configuration);
     }
-
-    void cleanup() { m_tree.reset(); }
 
     void helpHasExamples()
     {
@@ -140,12 +137,7 @@ private Q_SLOTS:
     void exitStatus()
     {
         QFETCH(QString, arguments);
-        QFETCH(QString, error);
-        const Run run = gesturectl(arguments);
-        QTEST(run.exitCode, "status");
-        QVERIFY2(run.err.contains(error), qPrintable(run.err));
-        QCOMPARE(run.err.count('\n'), error.isEmpty() ? 0 : 1);
-        QVERIFY(error.isEmpty() || run.out.isEmpty());
+        compareEnd(gesturectl(arguments));
         QVERIFY(!QFileInfo::exists(m_tree->user()));
     }
 
@@ -526,7 +518,7 @@ private Q_SLOTS:
 private:
     static Run gesturectl(const QString &arguments)
     {
-        return testing::run(GESTURECTL, arguments.split(' ', Qt::SkipEmptyParts));
+        return Tool::gesturectl(arguments.split(' ', Qt::SkipEmptyParts));
     }
 
     static QJsonDocument json(const QString &arguments)
@@ -550,8 +542,6 @@ private:
     {
         return testing::jsonMap(testing::readFile(m_tree->userFile("app"))).value("actions").toMap();
     }
-
-    std::unique_ptr<DataTree> m_tree;
 };
 
 QTEST_GUILESS_MAIN(tst_GestureCtl)

@@ -1,4 +1,4 @@
-#include "testing.h"
+#include "tool.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,9 +10,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 
-using testing::DataTree;
 using testing::Run;
 
 // In mode "reading" the taps: two that overlap, one that the first hides, a thin one; the lower half is dead.
@@ -64,18 +62,16 @@ static QByteArray mode(int i)
 }
 
 // The map of a configuration as a person asks for it, on the terminal and in files.
-class tst_Map : public QObject
+class tst_Map : public testing::Tool
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(new DataTree);
+        Tool::init();
         testing::writeFile(m_tree->defaultFile("app"), configuration);
     }
-
-    void cleanup() { m_tree.reset(); }
 
     void exitStatus_data()
     {
@@ -114,9 +110,7 @@ private Q_SLOTS:
         makeOddFiles();
         const QStringList before = filesHere();
         const Run run = map(arguments.replaceInStrings("FILES", m_tree->root()));
-        QTEST(run.exitCode, "status");
-        QVERIFY2(run.err.contains(error), qPrintable(run.err));
-        QCOMPARE(run.err.count('\n'), error.isEmpty() ? 0 : 1);
+        compareEnd(run);
         QCOMPARE(run.out.isEmpty(), !error.isEmpty());
         QCOMPARE(filesHere(), before);
     }
@@ -563,8 +557,6 @@ private:
         return whole + text.mid(end);
     }
 
-    static Run gesturectl(const QStringList &arguments) { return testing::run(GESTURECTL, arguments); }
-
     static Run map(const QStringList &arguments) { return gesturectl(QStringList("map") + arguments); }
 
     QString file(const QString &name) const { return m_tree->root() + '/' + name; }
@@ -668,8 +660,6 @@ private:
         }
         return black ? double(next) / black : 0;
     }
-
-    std::unique_ptr<DataTree> m_tree;
 };
 
 QTEST_GUILESS_MAIN(tst_Map)
