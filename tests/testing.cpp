@@ -2,13 +2,20 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTimer>
 #include <QtEndian>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <iostream>
+#include <memory>
 #include <sstream>
+#include <vector>
 
 namespace testing {
 
@@ -117,6 +124,50 @@ Run run(const QString &program, const QStringList &arguments)
     QProcess process;
     process.start(program, arguments);
     return ended(&process);
+}
+
+QList<int> runAtOnce(const QString &program, const QList<QStringList> &arguments)
+{
+    std::vector<QProcess> children(static_cast<std::size_t>(arguments.size()));
+    auto next = arguments.cbegin();
+    for (QProcess &child : children)
+        child.start(program, *next++);
+    for (QProcess &child : children) {
+        if (!child.waitForReadyRead(patience))
+            return {};
+    }
+    for (QProcess &child : children)
+        child.write("go\n");
+    QList<int> codes;
+    for (QProcess &child : children)
+        codes.append(ended(&child).exitCode);
+    return codes;
+}
+
+int inChild(const std::function<int()> &run)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(run());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::function<void()> dialogCallback(int milliseconds, const std::function<void()> &meanwhile,
+                                     const std::function<void()> &last)
+{
+    const auto dialog = std::make_shared<QEventLoop>();
+    return [=] {
+        if (dialog->isRunning()) {
+            last();
+            dialog->quit();
+            return;
+        }
+        QTimer::singleShot(milliseconds, dialog.get(), meanwhile);
+        QTimer::singleShot(patience / 4, dialog.get(), &QEventLoop::quit);
+        dialog->exec();
+    };
 }
 
 static void appendEntry(QByteArray *list, quint16 tag, int rights, quint32 id)

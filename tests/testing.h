@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <QtTest>
 
+#include <functional>
 #include <initializer_list>
 #include <utility>
 
@@ -135,6 +136,15 @@ struct Run
 /// Waits for the end of a started program.
 Run ended(QProcess *process);
 Run run(const QString &program, const QStringList &arguments);
+/// Starts a program with each of these arguments, lets all go on at once when each has printed something, and returns
+/// their exit codes: none when one is silent.
+QList<int> runAtOnce(const QString &program, const QList<QStringList> &arguments);
+/// What `run` returns in a forked child; -1 when that has crashed.
+int inChild(const std::function<int()> &run);
+/// A callback that shows a dialog when it is called first: `meanwhile` is run within after so many milliseconds, and
+/// the next call ends it with `last`.
+std::function<void()> dialogCallback(int milliseconds, const std::function<void()> &meanwhile,
+                                     const std::function<void()> &last);
 /// The bytes of an access list: the rights (4 read, 2 write, 1 execute) of the owner, of one more user, of the group,
 /// of the mask and of everybody else. More than one user are numbered from this one on.
 QByteArray accessList(int owner, unsigned user, int ofUser, int group, int mask, int other, unsigned users = 1);

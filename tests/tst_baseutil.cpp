@@ -11,10 +11,7 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-#include <functional>
 
 using namespace vellix;
 
@@ -194,7 +191,7 @@ private Q_SLOTS:
         if (geteuid() != 0)
             QSKIP("only root can become somebody else");
         qunsetenv("HOME");
-        QCOMPARE(inChild([] {
+        QCOMPARE(testing::inChild([] {
                      const uid_t nobody = 1999999999;
                      if (getpwuid(nobody) || setuid(nobody) != 0)
                          return 99;
@@ -221,7 +218,7 @@ private Q_SLOTS:
             QSKIP("only root can mount something in their place");
         QFETCH(QByteArrayList, existing);
         QFETCH(QByteArray, expected);
-        const int result = inChild([&] {
+        const int result = testing::inChild([&] {
             if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
                 return 98;
             for (const char *share : {"/usr/local/share", "/usr/share"}) {
@@ -384,16 +381,6 @@ private Q_SLOTS:
     }
 
 private:
-    static int inChild(const std::function<int()> &run)
-    {
-        const pid_t child = fork();
-        if (child == 0)
-            _exit(run());
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
     QScopedPointer<QTemporaryDir> m_directory;
 };
 

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -706,20 +705,10 @@ private Q_SLOTS:
     {
         QVERIFY(QDir().mkpath(path("a/b")));
         write("old");
-        QEventLoop dialog;
         QByteArray seenWithin;
-        bool first = true;
-        m_watch.reset(__watchFileChange(file(), nullptr, [&] {
-            if (!first) {
-                seenWithin = testing::readFile(file());
-                dialog.quit();
-                return;
-            }
-            first = false;
-            QTimer::singleShot(200, &dialog, [this] { write("newer"); });
-            QTimer::singleShot(testing::patience / 4, &dialog, &QEventLoop::quit);
-            dialog.exec();
-        }));
+        const auto callback = testing::dialogCallback(
+                200, [this] { write("newer"); }, [&] { seenWithin = testing::readFile(file()); });
+        m_watch.reset(__watchFileChange(file(), nullptr, callback));
         replace("new");
         QTRY_COMPARE(seenWithin, QByteArray("newer"));
     }

@@ -279,20 +279,10 @@ private Q_SLOTS:
 
     void callbackThatRunsAnEventLoop()
     {
-        QEventLoop dialog;
         QByteArray seenWithin;
-        bool first = true;
-        m_watch.reset(__watchFileChange(file(), nullptr, [&] {
-            if (!first) {
-                seenWithin = testing::readFile(file());
-                dialog.quit();
-                return;
-            }
-            first = false;
-            QTimer::singleShot(50, &dialog, [this] { unmount("a/b"); });
-            QTimer::singleShot(testing::patience / 4, &dialog, &QEventLoop::quit);
-            dialog.exec();
-        }));
+        const auto callback = testing::dialogCallback(
+                50, [this] { unmount("a/b"); }, [&] { seenWithin = testing::readFile(file()); });
+        m_watch.reset(__watchFileChange(file(), nullptr, callback));
         bind("stick/b", "a/b");
         QTRY_COMPARE(seenWithin, QByteArray("old"));
     }

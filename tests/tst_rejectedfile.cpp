@@ -6,17 +6,14 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <linux/capability.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <functional>
 #include <memory>
 
 using namespace vellix;
@@ -109,7 +106,7 @@ private Q_SLOTS:
             QCOMPARE(chown(qPrintable(path("dir")), 65534, 65534), 0);
             QCOMPARE(chown(qPrintable(file()), 65534, 65534), 0);
         }
-        QCOMPARE(inChild([this]() -> int {
+        QCOMPARE(testing::inChild([this]() -> int {
                      if (geteuid() == 0 && (setresgid(65534, 65534, 65534) != 0 || setresuid(65534, 65534, 65534) != 0))
                          return 90;
                      LogCapture log;
@@ -150,17 +147,8 @@ private Q_SLOTS:
         for (int pair = 0; pair < 10; ++pair) {
             QDir(QFileInfo(user).path()).removeRecursively();
             testing::writeFile(user, "garbage");
-            std::vector<std::unique_ptr<QProcess>> children;
-            for (int i = 0; i < 2; ++i) {
-                children.push_back(std::make_unique<QProcess>());
-                children.back()->start(TEST_PROGRAMS "/stepschild", {"service", "load", "pause"});
-            }
-            for (const auto &child : children)
-                QVERIFY(child->waitForReadyRead(testing::patience));
-            for (const auto &child : children)
-                child->write("go\n");
-            for (const auto &child : children)
-                QCOMPARE(testing::ended(child.get()).exitCode, 0);
+            const QStringList steps{"service", "load", "pause"};
+            QCOMPARE(testing::runAtOnce(TEST_PROGRAMS "/stepschild", {steps, steps}), QList<int>({0, 0}));
             QCOMPARE(testing::readFile(user + ".rejected"), QByteArray("garbage"));
             QCOMPARE(testing::filesBelow(QFileInfo(user).path()), QStringList({"cfg.json", "cfg.json.rejected"}));
         }
@@ -250,7 +238,7 @@ private Q_SLOTS:
         if (geteuid() != 0)
             QSKIP("only root can give a capability away");
         QCOMPARE(chmod(qPrintable(file()), 0400), 0);
-        QCOMPARE(inChild([this]() -> int {
+        QCOMPARE(testing::inChild([this]() -> int {
                      prctl(PR_SET_KEEPCAPS, 1);
                      if (setresgid(65534, 65534, 65534) != 0 || setresuid(65534, 65534, 65534) != 0)
                          return 90;
@@ -274,7 +262,7 @@ private Q_SLOTS:
         QCOMPARE(chown(qPrintable(path("dir")), 65534, 65534), 0);
         QCOMPARE(chown(qPrintable(file()), 1234, 65534), 0);
         QCOMPARE(chmod(qPrintable(file()), 0660), 0);
-        QCOMPARE(inChild([this]() -> int {
+        QCOMPARE(testing::inChild([this]() -> int {
                      if (setresgid(65534, 65534, 65534) != 0 || setresuid(65534, 65534, 65534) != 0)
                          return 90;
                      return loadAndSave() ? 0 : 1;
@@ -310,16 +298,6 @@ private:
     {
         struct stat status;
         return stat(qPrintable(path(name)), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
-    }
-
-    static int inChild(const std::function<int()> &run)
-    {
-        const pid_t child = fork();
-        if (child == 0)
-            _exit(run());
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
     std::unique_ptr<QTemporaryDir> m_directory;

@@ -735,14 +735,10 @@ private:
 
     static int inChild(uid_t user, const std::function<int()> &run)
     {
-        const pid_t child = fork();
-        if (child == 0) {
+        return testing::inChild([&] {
             const bool becomes = geteuid() == user || (setgid(user) == 0 && setuid(user) == 0);
-            _exit(becomes ? run() : 99);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            return becomes ? run() : 99;
+        });
     }
 
     std::unique_ptr<QTemporaryDir> m_directory;
