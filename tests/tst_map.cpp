@@ -435,12 +435,13 @@ mode menu, hold
         const QString known = testing::readFile(SOURCE_DIR "/tests/data/map.svg");
         if (drawn == known)
             return;
-        testing::writeFile("map.svg.fail", drawn.toUtf8());
+        const QString file = QCoreApplication::applicationDirPath() + "/map.svg.fail";
+        testing::writeFile(file, drawn.toUtf8());
         const QStringList now = drawn.split('\n');
         const QStringList before = known.split('\n');
         const auto [one, two] = std::mismatch(now.cbegin(), now.cend(), before.cbegin(), before.cend());
         QFAIL(qPrintable(QStringLiteral("%1 is not tests/data/map.svg, from line %2 on: %3")
-                                 .arg(QFileInfo("map.svg.fail").absoluteFilePath())
+                                 .arg(file)
                                  .arg(one - now.cbegin() + 1)
                                  .arg(one == now.cend() ? QString() : *one)));
     }
