@@ -30,7 +30,7 @@ public:
         qmlRegisterUncreatableType<Feature>(uri, 1, 0, "GestureFeature",
                                             "A GestureFeature comes from the features of a Gesture or a GestureAction");
 
-        // Only for the properties of their types.
+        // Only as the types of properties.
         qmlRegisterAnonymousType<vellix::components::ReadonlyLazyListModel>(uri, 1);
         qmlRegisterAnonymousType<FeaturesProvider>(uri, 1);
     }

@@ -2,7 +2,7 @@
 
 using namespace vellix::gesture;
 
-// One for all engines, and never destroyed: nobody knows when the last object that QML made is gone.
+// One for all engines, and never destroyed: its last user in QML is not known.
 static const FeaturesProvider *deviceFeatures()
 {
     static const auto *const features = new DefaultFeaturesProvider;

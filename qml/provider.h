@@ -2,7 +2,7 @@
 
 #include <gesture_api/gestureserviceprovider.h>
 
-/// The provider that QML can make: its features are the device's own.
+/// The provider that QML can create, with the features of the device.
 class QmlGestureServiceProvider : public vellix::gesture::GestureServiceProvider
 {
     Q_OBJECT

@@ -102,7 +102,7 @@ boost::optional<Error> ConfigurationState::load(const QMap<QString, QString> &bi
     return {};
 }
 
-// The user's file, or what stands where it or a directory for it would have to be made.
+// The bindings file, or the file or directory that prevents its creation.
 QString ConfigurationState::unwritablePlace() const
 {
     const QString file = resolvedPath(m_paths.currentPath());

@@ -9,7 +9,7 @@
 
 #include <boost/optional.hpp>
 
-/// Says in words that a person understands what is wrong with the gestures of an application. A service only logs it.
+/// Explains to the user what is wrong with the gestures of an application. A service only logs it.
 class ConfigurationState : public QObject
 {
     Q_OBJECT
@@ -24,19 +24,19 @@ public:
 
     QString appId() const { return m_appId; }
     void setAppId(const QString &appId);
-    /// Why there are no gestures to show; empty when there are.
+    /// Why there are no gestures; empty if there are.
     QString problem() const { return m_problem; }
-    /// What a person should know though the gestures can be shown; usually empty.
+    /// A warning about gestures that can be shown; usually empty.
     QString notice() const { return m_notice; }
-    /// Whether there is a file of the user's choices, readable or not.
+    /// Whether there is a bindings file, readable or not.
     bool hasChoices() const { return m_hasChoices; }
-    /// Of each gesture by its id, a map of "path" and "title" of the action that it has without any choice. The
-    /// gestures of a service cannot tell: their default action is the user's.
+    /// For each gesture's id, "path" and "title" of the action that it has without any choice. The
+    /// gestures of a service do not have it: their default action is the user's choice.
     QVariantMap defaults() const { return m_defaults; }
 
-    /// Reads the files again; call it when the provider has changed its service.
+    /// Reads the files again. Call it when the provider has replaced its service.
     Q_INVOKABLE void refresh();
-    /// A sentence about a save that failed, for the reason that a service's trySaveAsString() has returned.
+    /// A sentence about a failed save, for the reason that trySaveAsString() has returned.
     Q_INVOKABLE QString saveProblem(const QString &reason) const;
 
 Q_SIGNALS:

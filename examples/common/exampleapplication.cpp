@@ -24,11 +24,11 @@ int runExample(int argc, char *argv[], const QUrl &root)
     const QString appId = argc == 2 ? QString::fromLocal8Bit(argv[1]) : QString("reader");
 
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
-        qputenv("QT_QUICK_BACKEND", "software"); // no OpenGL on the device, nor wherever there is no display
+        qputenv("QT_QUICK_BACKEND", "software"); // neither the device nor a machine without a display has OpenGL
     QGuiApplication app(argc, argv);
     registerExampleTypes();
     QQmlApplicationEngine engine;
-    // Before the module where Qt looks: the one that was built or installed together with this program.
+    // Prefer the module that was built or installed with this program to the one in Qt's own path.
     const QDir here(QCoreApplication::applicationDirPath());
     for (const char *module : {INSTALLED_MODULE, BUILT_MODULE})
         engine.addImportPath(here.filePath(module));

@@ -4,7 +4,7 @@
 #include <QPointF>
 #include <QVariantMap>
 
-/// What a touch screen's program needs of the library and QML does not see.
+/// Functions of the library that QML cannot call.
 class Touches : public QObject
 {
     Q_OBJECT
@@ -12,10 +12,10 @@ class Touches : public QObject
 public:
     using QObject::QObject;
 
-    /// The Gesture.Direction of a movement, y growing downwards.
+    /// The Gesture.Direction of a movement, y down.
     Q_INVOKABLE int directionOf(double dx, double dy) const;
-    /// Asks a service for the gesture of a touch: a map of "gesture" (null when nothing matches) and "microseconds",
-    /// the time that the answer took. `position` is relative to the screen, 0 to 1.
+    /// Looks up the gesture of a touch. Returns an object with "gesture" (null if nothing matches) and "microseconds",
+    /// the time of the lookup. `position` is relative to the screen, 0 to 1.
     Q_INVOKABLE QVariantMap find(QObject *service, const QString &mode, int kind, int direction,
                                  const QPointF &position) const;
 };

@@ -35,7 +35,7 @@ function third(position) {
     return position < 0.34 ? 0 : position > 0.66 ? 2 : 1
 }
 
-// Where a zone lies, by its middle; nothing for the whole screen.
+// The place of a zone, by its middle; empty for the whole screen.
 function placeWords(zone) {
     if (zone.x <= 0 && zone.y <= 0 && zone.width >= 1 && zone.height >= 1)
         return ""
@@ -53,7 +53,7 @@ function placeWords(zone) {
 // "Tap on the right", "Swipe upwards on the left"
 function gestureWords(gesture) {
     const place = placeWords(gesture.zone)
-    const still = gesture.kind < 2 // taps and holds go nowhere
+    const still = gesture.kind < 2 // taps and holds do not move
     return [kindWord(gesture.kind), still ? "" : directionWord(gesture.direction),
             place || (still ? "anywhere" : "")].filter(part => part !== "").join(" ")
 }

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "book.js" as Book
 
-// A page of the book. The place is a word, so that it stays when the text size changes the pages.
+// A page of the book. The place is a word, so that it stays the same when the text size changes the pages.
 Item {
     id: view
 
@@ -11,7 +11,7 @@ Item {
 
     readonly property var pages: Book.paginate(view.width, view.linesOnPage, view.titleLines,
                                                text => metrics.advanceWidth(text))
-    // All of these come from the place itself: a page number of other pages may be none of these.
+    // All of these follow from the place: a page number may not exist after the pages have changed.
     readonly property int pageIndex: Book.pageOfWord(view.pages, view.word)
     readonly property bool first: Book.pageAt(view.pages, view.word).first
     readonly property int pageCount: Book.count(view.pages)
@@ -21,12 +21,12 @@ Item {
     readonly property string chapterTitle: view.chapterTitles[view.chapterIndex]
     readonly property bool bookmarked: Book.isBookmarked(view.bookmarks, view.pages, view.pageIndex)
 
-    // Of the font that is measured with, so that the two never differ.
+    // The height of the measured font, so that the two never differ.
     readonly property int lineHeight: Math.round(metrics.font.pixelSize * 1.4)
     readonly property int linesOnPage: Math.floor(view.height / view.lineHeight)
     readonly property int titleLines: 3
 
-    // Whether there was another page to go to.
+    // Returns whether there is such a page.
     function turn(pages) {
         const wanted = Math.max(0, Math.min(view.pageCount - 1, view.pageIndex + pages))
         const turned = wanted !== view.pageIndex

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "book.js" as Book
 
-// The chapters of the book, to be picked from.
+// The chapters of the book, to choose from.
 Rectangle {
     id: list
 

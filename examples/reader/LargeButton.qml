@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// A button for fingers and e-ink: black on white, the other way round while it is pressed or when it is the chosen one.
+// A button for fingers and e-ink: black on white, inverted while it is pressed or if it is the chosen one.
 Rectangle {
     id: button
 

@@ -1,7 +1,7 @@
 import QtQml.Models 2.15
 import QtQuick 2.15
 
-// What can be done without knowing any gesture. The mode switch stays above it.
+// The actions, for users who know no gesture. The mode switch stays above it.
 Rectangle {
     id: menu
 

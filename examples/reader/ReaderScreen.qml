@@ -4,8 +4,8 @@ import Vellix.Examples 1.0
 import Vellix.Gesture 1.0
 import "../common/words.js" as Words
 
-// The whole screen of the reading program: every touch and key is made a gesture, and the service says which action
-// it is for.
+// The whole screen of the reading program: turns every touch and key into a gesture, and looks up its action in the
+// service.
 FocusScope {
     id: screen
 
@@ -15,7 +15,7 @@ FocusScope {
             : page.chapterTitle + ", page " + (page.pageIndex + 1) + " of " + page.pageCount
     readonly property var modes: ["reading", "selecting", "menu"]
     property string mode: "reading"
-    // What lies over the page while the mode is "menu".
+    // The panel over the page in the mode "menu".
     property bool choosingChapter: false
     property string modeBefore: "reading"
     property bool zonesShown: false
@@ -29,7 +29,7 @@ FocusScope {
     property string answer: "Touch the page. The keys are arrows and digits, M for the mode and Z for the zones."
     property string message: ""
 
-    // What each action does; it returns a sentence where there is nothing else to see.
+    // The function of each action. It returns a sentence if nothing else shows its effect.
     readonly property var actions: ({
         "page/next": () => screen.turn(1),
         "page/previous": () => screen.turn(-1),
@@ -106,7 +106,7 @@ FocusScope {
         screen.setMode(screen.mode === "menu" ? screen.modeBefore : "reading")
     }
 
-    // Does what an action is for and returns a sentence about it, mostly an empty one.
+    // Runs an action and returns a sentence about it, usually an empty one.
     function perform(path) {
         const actions = screen.actions
         return actions.hasOwnProperty(path) ? actions[path]() || "" : "This program has no action “" + path + "”."
@@ -146,7 +146,7 @@ FocusScope {
             screen.close()
     }
 
-    // As on a numeric keypad: 7 is the top left ninth of the screen, 3 the bottom right one.
+    // Like a numeric keypad: 7 is the top left ninth of the screen, 3 the bottom right one.
     function ninth(digit) {
         return Qt.point(((digit - 1) % 3 + 0.5) / 3, (2.5 - Math.floor((digit - 1) / 3)) / 3)
     }
@@ -155,7 +155,7 @@ FocusScope {
         const directions = {[Qt.Key_Left]: Gesture.ToLeft, [Qt.Key_Right]: Gesture.ToRight, [Qt.Key_Up]: Gesture.ToTop,
                             [Qt.Key_Down]: Gesture.ToBottom}
         const digit = event.key - Qt.Key_0
-        // Shift makes other keys of the digits on most keyboards, Alt on none.
+        // On most keyboards Shift changes the digit keys; Alt never does.
         const held = event.modifiers & (Qt.AltModifier | Qt.ShiftModifier)
         if (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier))
             return false
@@ -186,7 +186,7 @@ FocusScope {
         appId: screen.appId
     }
 
-    // The service only logs what is wrong with the files; the state says it in words.
+    // The service only logs what is wrong with the files; the state explains it.
     Connections {
         target: provider
         function onServiceChanged(value) {
@@ -245,7 +245,7 @@ FocusScope {
 
     Row {
         id: modeSwitch
-        // The corner beside it belongs to the bookmark.
+        // The corner beside it is for the bookmark.
         width: screen.width * 0.84
         height: 60
 

@@ -2,13 +2,13 @@ import QtQuick 2.15
 import Vellix.Examples 1.0
 import Vellix.Gesture 1.0
 
-// Makes taps, holds, swipes and drags of what one finger or the mouse does.
+// Classifies the touches of one finger or the mouse as taps, holds, swipes and drags.
 Item {
     id: area
 
-    // Below this part of the width a finger counts as still.
+    // A movement below this part of the width counts as none.
     readonly property real leastMovement: 0.03
-    // Still for one of these and then moved is a drag; still for two is a hold.
+    // Milliseconds. A drag moves after one of these without movement; a hold has two without movement.
     readonly property int stillTime: 250
 
     property int fingers: 0
@@ -19,10 +19,10 @@ Item {
     property real dy: 0
     property bool moved: false
     property bool waited: false
-    // The hold was reported, or there was a second finger: nothing more until all fingers are gone.
+    // A hold was reported, or there was a second finger: ignore the rest until all fingers are up.
     property bool over: true
 
-    // The position is where the touch started, relative to this area, 0 to 1.
+    // The position is the start of the touch, relative to this area, 0 to 1.
     signal gestureMade(int kind, int direction, point position)
 
     function report(kind, direction) {
@@ -65,7 +65,7 @@ Item {
         area.over = true
         if (!area.moved)
             area.report(Gesture.Tap, Gesture.NoDirection)
-        else if (area.isMovement()) // who brings the finger back has changed his mind
+        else if (area.isMovement()) // a finger that moves back cancels the movement
             area.report(area.waited ? Gesture.Drag : Gesture.Swipe, touches.directionOf(area.dx, area.dy))
     }
 
@@ -78,7 +78,7 @@ Item {
             area.press(handler.point.position)
         } else if (handler === area.finger) {
             area.follow(handler.point.position)
-            Qt.callLater(area.lift) // a cancelled touch says so only after it has ended
+            Qt.callLater(area.lift) // onCanceled comes after the end of the touch
         }
     }
 
@@ -89,7 +89,7 @@ Item {
 
     onVisibleChanged: area.end()
 
-    // Each takes a finger that the other has not, or the mouse.
+    // Each handles a finger that the other does not, or the mouse.
     PointHandler {
         id: one
         onActiveChanged: area.change(one)

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "../common/words.js" as Words
 import "zones.js" as Zones
 
-// The zones of all gestures of a mode, laid over the page. Touches go through it.
+// Draws the zones of all gestures of a mode over the page. Ignores touches.
 Item {
     id: overlay
 
@@ -13,7 +13,7 @@ Item {
     readonly property var zones: overlay.service ? Zones.grouped(overlay.gestures(), overlay.mode) : []
     readonly property int margin: 4
 
-    // In plain values: the gestures themselves go with their service.
+    // Plain values: the gestures are destroyed with their service.
     function gestures() {
         const service = overlay.service
         const model = service.gestures
@@ -28,7 +28,7 @@ Item {
         return list
     }
 
-    // Once all labels are there and know their sizes: the zones overlap, the labels should not.
+    // Call it when all labels have their sizes. Zones may overlap, labels should not.
     function place() {
         const sizes = []
         for (let number = 0; number < labels.count; ++number) {
@@ -84,7 +84,7 @@ Item {
             required property var modelData
             readonly property real zoneWidth: Zones.width(label.modelData, overlay.width)
             readonly property real zoneHeight: Zones.height(label.modelData, overlay.height)
-            // A strip along an edge is read with the head on the side.
+            // The text in a narrow strip is rotated.
             readonly property bool upright: label.zoneWidth < 80 && label.zoneHeight > 2 * label.zoneWidth
             readonly property real room: (label.upright ? label.zoneHeight : Math.max(80, label.zoneWidth)) - 14
             readonly property real textWidth: Math.min(label.room, Math.ceil(

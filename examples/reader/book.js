@@ -1,6 +1,6 @@
 .pragma library
 
-// A short tale to turn the pages of, and what breaks it into lines and pages.
+// A short tale, and the functions that break it into lines and pages.
 
 var chapters = [
     {title: "The Narrow Water", paragraphs: [
@@ -48,7 +48,7 @@ function chapterTitles() {
     return chapters.map(chapter => chapter.title)
 }
 
-// Lines as wide as `width` by the function `widthOf(text)`, each with the number of its first word.
+// Lines of at most `width`, measured by `widthOf(text)`, each with the number of its first word.
 function linesOf(paragraphs, width, widthOf, firstWord) {
     const indent = "\u2003"
     const space = widthOf(" ")
@@ -109,7 +109,7 @@ function count(list) {
     return list.length
 }
 
-// The page on which a word stands.
+// The page of a word.
 function pageOfWord(pages, word) {
     let page = 0
     while (page + 1 < pages.length && pages[page + 1].start <= word)
@@ -121,7 +121,7 @@ function pageAt(pages, word) {
     return pages[pageOfWord(pages, word)]
 }
 
-// The bookmarks, each the number of a word, with one more on this page or without those that are on it.
+// The bookmarks (numbers of words) with a new one on this page, or without those on this page.
 function toggled(bookmarks, pages, page, word) {
     const others = bookmarks.filter(bookmark => pageOfWord(pages, bookmark) !== page)
     return others.length < bookmarks.length ? others : others.concat([word])

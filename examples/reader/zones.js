@@ -1,6 +1,6 @@
 .pragma library
 
-// Gestures by zone, and where the words of overlapping zones go.
+// Gestures by zone, and the places of the labels of overlapping zones.
 
 function isOf(gesture, mode) {
     return gesture.supported && (gesture.modes.length === 0 || gesture.modes.indexOf(mode) >= 0)
@@ -59,7 +59,7 @@ function within(value, low, high) {
     return Math.max(low, Math.min(high, value))
 }
 
-// A place for each label {zone, width, height}: in its zone, clear of those before it if there is such a place, and as
+// A place for each label {zone, width, height}: in its zone, not over earlier labels if possible, and as
 // near to the middle of the zone as possible.
 function placed(labels, screenWidth, screenHeight) {
     const steps = 12

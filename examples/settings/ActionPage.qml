@@ -24,7 +24,7 @@ FocusScope {
 
     function entries() {
         const rows = []
-        // An action whose path others continue is chosen on its own page. The node may have been made by one of them.
+        // An action whose path is the beginning of others is chosen on its own page. Another may have created the node.
         const path = page.path
         const own = path.slice(0, -1)
         const actions = page.gesture.availableActions
@@ -95,7 +95,7 @@ FocusScope {
             clip: true
             focus: true
             activeFocusOnTab: true
-            // Not the rows: a view keeps bare pointers to what is in its model, and makes delegates of them later.
+            // Not the rows: a view keeps raw pointers to the entries of its model, and creates delegates later.
             model: page.count
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-// Black on white, turned round while it is pressed or checked, with a thick frame while it has the focus.
+// Black on white, inverted while it is pressed or checked, with a thick frame while it has the focus.
 Button {
     id: button
 
@@ -14,7 +14,7 @@ Button {
 
     readonly property bool inverted: button.down || button.checked
 
-    // What the space bar does by itself.
+    // The space bar already does this.
     function press() {
         if (button.checkable) {
             button.toggle()

@@ -10,13 +10,13 @@ FocusScope {
 
     // The service whose gestures are shown; set by show().
     property GestureService service: null
-    // What ConfigurationState tells of the defaults: a map of "path" and "title" by the id of the gesture.
+    // The defaults of ConfigurationState: "path" and "title" by the id of the gesture.
     property var defaults: ({})
     readonly property alias count: list.count
 
     signal opened(var gesture)
 
-    // A list of what is shown, headings among it: {heading} or {gesture}.
+    // The rows of the list: {heading} or {gesture}.
     property var rows: []
 
     GestureKindFilterModel {
@@ -27,10 +27,10 @@ FocusScope {
         return page.service !== null && page.service.containsGestureKind(kind)
     }
 
-    // Nothing of the service before is used after this. Keeps the place in the list if the same gestures are shown.
+    // Releases all objects of the old service. Keeps the place in the list if the gestures are the same.
     function show(service) {
         page.service = service
-        // The filter looks at its lists only when it gets a source model; the same one again is none.
+        // The filter reads its lists only when it gets another source model.
         filter.sourceModel = null
         filter.whiteList = kinds.kind < 0 ? [] : [kinds.kind]
         filter.noActionVisible = withoutChoice.checked
@@ -49,7 +49,7 @@ FocusScope {
         list.positionViewAtBeginning()
     }
 
-    // The arrow keys pass headings by.
+    // The arrow keys skip headings.
     function step(by) {
         let to = list.currentIndex + by
         while (page.rows[to] && !page.rows[to].gesture)
@@ -74,7 +74,7 @@ FocusScope {
         return order.reduce((rows, section) => rows.concat(bySection[section]), [])
     }
 
-    // The title of the default action, or nothing while the gesture has it.
+    // The title of the default action, or nothing if the gesture has it.
     function defaultTitle(gesture) {
         const usual = page.defaults[gesture.id]
         const now = gesture.currentAction ? gesture.currentAction.path : ""
@@ -155,11 +155,11 @@ FocusScope {
             clip: true
             focus: true
             activeFocusOnTab: true
-            // Not the rows: a view keeps bare pointers to what is in its model, and makes delegates of them later.
+            // Not the rows: a view keeps raw pointers to the entries of its model, and creates delegates later.
             model: 0
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0
-            flickDeceleration: 100000 // a moving list is a blurred one
+            flickDeceleration: 100000 // a moving list is blurred on e-ink
             Keys.onUpPressed: page.step(-1)
             Keys.onDownPressed: page.step(1)
             Keys.onReturnPressed: page.open(page.rows[list.currentIndex])

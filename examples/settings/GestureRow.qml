@@ -3,11 +3,11 @@ import QtQuick.Controls 2.15
 import Vellix.Gesture 1.0
 import "../common/words.js" as Words
 
-// One gesture: where it is made, what it is called, what it does, and whether that is the user's own choice.
+// One gesture: its place, its name, its action, and whether the user has chosen that.
 AbstractButton {
     id: row
 
-    // The gesture, and the title of the action that it has by default; that is empty when it has it now.
+    // The gesture, and the title of its default action; empty if that is the current one.
     property Gesture gesture
     property string defaultTitle
     property bool selected: false

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../common/words.js" as Words
 
-// A small picture of the screen: where a gesture starts, and which way it goes.
+// A small picture of the screen: the zone where a gesture starts, and its direction.
 Rectangle {
     id: picture
 
@@ -17,7 +17,7 @@ Rectangle {
         id: inside
         anchors { fill: parent; margins: 2 }
 
-        // The zone in pixels; a thin one can still be seen.
+        // The zone in pixels, wide enough to be visible.
         function pixels(zone) {
             const width = Math.max(4, Math.round(zone.width * inside.width))
             const height = Math.max(4, Math.round(zone.height * inside.height))

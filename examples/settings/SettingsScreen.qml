@@ -6,21 +6,21 @@ import Vellix.Examples 1.0
 import Vellix.Gesture 1.0
 import "../common/words.js" as Words
 
-// Shows the gestures of an application and lets the reader bind them to other actions. It edits a copy of the
-// service; nothing is written before Save.
+// Shows the gestures of an application and lets the user choose other actions. It edits a clone of the service and
+// writes only on Save.
 FocusScope {
     id: screen
 
     property string appId: "reader"
 
-    // The action paths that were chosen here and are not saved yet, by the id of the gesture.
+    // The unsaved choices: action paths by the id of the gesture.
     property var edits: ({})
     readonly property bool edited: Object.keys(screen.edits).length > 0
     property string message: ""
 
-    // The copy under edit. It has no parent: once nobody refers to it, it is collected.
+    // The clone that is edited. It has no parent, so the engine collects it once nothing refers to it.
     property var copy: null
-    // The action paths by gesture that the copy was made of, and those that the user's file is known to give.
+    // The action paths by gesture when the clone was made, and those that the bindings file is known to have.
     property var copied: ({})
     property var known: ({})
 
@@ -55,13 +55,13 @@ FocusScope {
         return choices
     }
 
-    // Which gestures there are and what each may be bound to. A merge pairs them by their position.
+    // The gestures and the actions of each. A merge pairs them by position.
     function shapeOf(service) {
         const shape = []
         const model = service.gestures
         for (let i = 0; i < model.rowCount(); ++i) {
             const gesture = model.data(model.index(i, 0))
-            const available = gesture.availableActions // a copy each time
+            const available = gesture.availableActions // a new copy at each read
             const paths = []
             for (let j = 0; j < available.length; ++j)
                 paths.push(available[j].path)
@@ -75,7 +75,7 @@ FocusScope {
         return keys.length === Object.keys(b).length && keys.every(key => a[key] === b[key])
     }
 
-    // The state of the files, whoever has changed them. Our own changes are known already.
+    // The state of the files after any change. Our own changes are already known.
     function refresh() {
         configuration.refresh()
         const service = provider.service
@@ -98,14 +98,14 @@ FocusScope {
                                                    : " This is how they are now.")
     }
 
-    // What shows the old copy goes before it.
+    // Clear the views before the old clone is destroyed.
     function put(copy) {
         pages.toList()
         listPage.show(copy)
         screen.copy = copy
     }
 
-    // A fresh copy of the service, with the edits on top of it.
+    // A new clone of the service, with the edits applied.
     function takeCopy() {
         const copy = provider.service.cloneAsQObject()
         screen.copied = screen.choicesOf(copy)
@@ -125,7 +125,7 @@ FocusScope {
     }
 
     function availableAction(gesture, path) {
-        const available = gesture.availableActions // a copy each time
+        const available = gesture.availableActions // a new copy at each read
         for (let i = 0; i < available.length; ++i) {
             if (available[i].path === path)
                 return available[i]
@@ -144,7 +144,7 @@ FocusScope {
         screen.message = ""
     }
 
-    // The provider is writable for this moment only: a writable service would save once more at exit.
+    // Writable for the save only: a writable service also saves at exit.
     function save() {
         provider.readonly = false
         const service = provider.service
@@ -157,7 +157,7 @@ FocusScope {
             problem = reason === "" ? "" : configuration.saveProblem(reason)
         }
         const saved = screen.choicesOf(screen.copy)
-        provider.readonly = true // the change calls refresh(), which tells of an overtaking
+        provider.readonly = true // this calls refresh(), which reports changes of other programs
         if (overtaken)
             return
         screen.message = problem
@@ -169,10 +169,10 @@ FocusScope {
             screen.message = overruled.length === 0
                     ? "Saved." : "Saved, but the configuration decides itself about: " + overruled.join(", ") + "."
         }
-        pages.currentItem.forceActiveFocus() // the button is off now
+        pages.currentItem.forceActiveFocus() // the button is disabled now
     }
 
-    // In words, the gestures of which others say another choice.
+    // The gestures for which another program has saved another choice, in words.
     function differences(service, others) {
         const gestures = []
         const model = service.gestures
@@ -197,7 +197,7 @@ FocusScope {
             screen.message = "The choices could not be deleted."
             return
         }
-        // A service of what is there now; the provider itself makes one when it hears of the change.
+        // A service for the current files. The provider creates its own when it sees the change.
         provider.appId = ""
         provider.appId = Qt.binding(() => screen.appId)
         screen.edits = {}
@@ -272,7 +272,7 @@ FocusScope {
             clip: true
             focus: true
             initialItem: listPage
-            // Pages change at once: an e-ink screen shows no movement.
+            // Pages change without animation, for e-ink.
             pushEnter: null
             pushExit: null
             popEnter: null
@@ -352,7 +352,7 @@ FocusScope {
     GestureListPage {
         id: listPage
         objectName: "gestureListPage"
-        visible: false // the stack shows it
+        visible: false // until the stack shows it
         defaults: configuration.defaults
         onOpened: gesture => pages.openMenu(gesture)
     }
@@ -370,7 +370,7 @@ FocusScope {
         }
     }
 
-    // Asks before everything that the user chose is forgotten.
+    // Asks before it deletes all choices of the user.
     Rectangle {
         id: question
         objectName: "question"
@@ -386,7 +386,7 @@ FocusScope {
         Keys.onEscapePressed: question.visible = false
         Keys.onBackPressed: question.visible = false
 
-        MouseArea { // nothing below is touched meanwhile
+        MouseArea { // blocks touches below
             anchors.fill: parent
         }
         Rectangle {

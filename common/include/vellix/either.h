@@ -14,7 +14,7 @@
 #include <utility>
 
 /// @file
-/// The one result type in which every parser and loader reports failure: by value, never thrown.
+/// The result type of every parser and loader. An error is returned, never thrown.
 ///
 ///     Either<Error, int> parse(const QString &text)
 ///     {
@@ -25,28 +25,28 @@
 
 namespace vellix {
 
-/// Builds the left (error) side: `return Left(error);` fits every Either with such a left side.
+/// Makes the left (error) side: `return Left(error);` converts to every Either with such a left side.
 template <class T>
 class Left
 {
 public:
-    /// Takes what went wrong; its type is deduced.
+    /// Takes the error; its type is deduced.
     explicit Left(T value) : m_value(std::move(value)) {}
-    /// What went wrong. Valid as long as this object is.
+    /// The error. Valid as long as this object.
     const T &value() const { return m_value; }
 
 private:
     T m_value;
 };
 
-/// Builds the right (value) side: `return Right(value);` fits every Either with such a right side.
+/// Makes the right (result) side: `return Right(value);` converts to every Either with such a right side.
 template <class T>
 class Right
 {
 public:
     /// Takes the result; its type is deduced.
     explicit Right(T value) : m_value(std::move(value)) {}
-    /// The result. Valid as long as this object is.
+    /// The result. Valid as long as this object.
     const T &value() const { return m_value; }
 
 private:
@@ -55,47 +55,47 @@ private:
 
 /// @cond
 namespace EitherPrivate {
-// Log readers key on this place: it stays the same wherever the header is installed and however it grows.
+// Programs that read logs match this place: it never changes, wherever the header is installed and however it grows.
 constexpr const char *headerFile = "../../../common/include/vellix/either.h";
 constexpr int getOrWarnLine = 162;
 constexpr int getOrErrLine = 183;
 }
 /// @endcond
 
-/// Holds either a left value (what went wrong) or a right value (the result), never both.
+/// Holds either a left value (the error) or a right value (the result), never both.
 template <class EL, class ER>
 class Either
 {
 public:
-    /// The type of what went wrong, mostly Error.
+    /// The error type, usually Error.
     using L = EL;
     /// The type of the result.
     using R = ER;
 
-    /// Takes the left side. Implicit, so that a function may return what it has; the value may be of another type
-    /// that converts to L.
+    /// Takes the left side. Implicit, so that a function can return a Left. The value may be of any type that converts
+    /// to L.
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, L>>>
     Either(const vellix::Left<T> &left) : m_side(vellix::Left<L>(left.value()))
     {
     }
 
-    /// Takes the right side, likewise.
+    /// Takes the right side. Implicit, for the same reason.
     template <class T, class = std::enable_if_t<std::is_convertible_v<const T &, R>>>
     Either(const vellix::Right<T> &right) : m_side(vellix::Right<R>(right.value()))
     {
     }
 
-    /// Whether something went wrong, so that left() may be asked for.
+    /// Whether there is an error, so that left() may be called.
     bool isLeft() const { return m_side.which() == 0; }
-    /// Whether there is a result, so that right() may be asked for.
+    /// Whether there is a result, so that right() may be called.
     bool isRight() const { return m_side.which() == 1; }
 
-    /// The left value. Throws boost::bad_get on a right one. Valid as long as this object is.
+    /// The left value. Throws boost::bad_get if there is a right one. Valid as long as this object.
     const L &left() const { return boost::get<vellix::Left<L>>(m_side).value(); }
-    /// The right value. Throws boost::bad_get on a left one. Valid as long as this object is.
+    /// The right value. Throws boost::bad_get if there is a left one. Valid as long as this object.
     const R &right() const { return boost::get<vellix::Right<R>>(m_side).value(); }
 
-    /// The right value that `f` makes of this one; a left value is handed on and `f` not called.
+    /// Applies `f` to the right value. A left value is passed on, and `f` is not called.
     template <class F>
     auto map(const F &f) const -> Either<L, std::decay_t<std::invoke_result_t<const F &, const R &>>>
     {
@@ -105,7 +105,7 @@ public:
         return vellix::Right<U>(std::invoke(f, right()));
     }
 
-    /// The result that `f` makes of the right value; a left value is handed on and `f` not called.
+    /// Applies `f`, which returns an Either, to the right value. A left value is passed on, and `f` is not called.
     template <class F>
     auto flatMap(const F &f) const -> std::decay_t<std::invoke_result_t<const F &, const R &>>
     {
@@ -114,7 +114,7 @@ public:
         return std::invoke(f, right());
     }
 
-    /// The left value that `f` makes of this one; a right value is handed on and `f` not called.
+    /// Applies `f` to the left value. A right value is passed on, and `f` is not called.
     template <class F>
     auto mapLeft(const F &f) const -> Either<std::decay_t<std::invoke_result_t<const F &, const L &>>, R>
     {
@@ -124,7 +124,7 @@ public:
         return vellix::Left<U>(std::invoke(f, left()));
     }
 
-    /// The right value. A left one is logged as a warning and `fallback` returned.
+    /// Returns the right value. Logs a left one as a warning and returns `fallback`.
     R getOrWarn(const R &fallback) const
     {
         if (isRight())
@@ -134,8 +134,8 @@ public:
         return fallback;
     }
 
-    /// The right value. A left one is logged as an error; then the process ends with `exit(-1)` when
-    /// EitherPrivate::shouldExitOnError(), else `fallback` is returned.
+    /// Returns the right value. Logs a left one as an error, then calls `exit(-1)` if
+    /// EitherPrivate::shouldExitOnError(), else returns `fallback`.
     R getOrErr(const R &fallback) const
     {
         if (isRight())
@@ -145,7 +145,7 @@ public:
         return exitOr(fallback);
     }
 
-    /// As getOrErr, but logged as a critical message of Qt.
+    /// Like getOrErr(), but logs to Qt's log, as a critical message.
     R qGetOrErr(const R &fallback) const
     {
         if (isRight())
@@ -168,7 +168,7 @@ private:
         return fallback;
     }
 
-    // The builders keep the sides apart even when both are of one type.
+    // The wrappers keep the sides apart even if both have the same type.
     boost::variant<vellix::Left<L>, vellix::Right<R>> m_side;
 };
 

@@ -6,30 +6,30 @@
 
 namespace vellix {
 
-/// Tells once more, before the process ends, that state must be saved: `prepareExit` is emitted from
-/// a process exit handler. A listener does its work within the slot; no event loop runs any more.
+/// Announces, just before the process ends, that state must be saved: a process exit handler emits
+/// `prepareExit`. The event loop no longer runs, so a listener does its work within the slot.
 ///
-/// The process-wide notifier is a child of the application object. Should that object die before the
-/// exit handler has run, the notifier emits `prepareExit` as it goes. GUI thread only.
+/// The process-wide notifier is a child of the application object. If the application object is destroyed before the
+/// exit handler runs, the notifier emits `prepareExit` from its destructor. GUI thread only.
 class GESTURE_API_EXPORT ExitNotifier : public QObject
 {
     Q_OBJECT
 
 public:
-    /// For a notifier of one's own; instance() is what a service listens to. Every notifier made has the exit handler
-    /// run once more.
+    /// Creates a separate notifier; services listen to instance(). Each construction registers the exit handler once
+    /// more.
     explicit ExitNotifier(QObject *parent = nullptr);
-    /// The process-wide notifier emits `prepareExit` as it goes, unless the exit handler has run.
+    /// Emits `prepareExit` if this is the process-wide notifier and the exit handler has not run.
     ~ExitNotifier() override;
 
-    /// The process-wide notifier, made when there is none.
+    /// The process-wide notifier. Creates it if there is none.
     static ExitNotifier *instance();
-    /// Emits `prepareExit` of the process-wide notifier. The exit handler does so again at the end. Does nothing while
-    /// it is being emitted; a listener that destroys the notifier ends that.
+    /// Emits `prepareExit` of the process-wide notifier. The exit handler emits it again at the end. Does nothing if
+    /// called from a slot of this signal. A listener that destroys the notifier ends the emission.
     static void notify();
 
 Q_SIGNALS:
-    /// Asks every listener to save within its slot. May come more than once in a process's life.
+    /// Asks every listener to save within its slot. A process may emit it more than once.
     void prepareExit();
 
 private:

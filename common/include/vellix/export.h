@@ -3,7 +3,7 @@
 #include <QtGlobal>
 
 /// @file
-/// What the library's headers mark their classes with.
+/// The export macro.
 
-/// Marks what libgesture_api offers; everything else in it is hidden.
+/// Exports a class or function from libgesture_api. All other symbols are hidden.
 #define GESTURE_API_EXPORT Q_DECL_EXPORT

@@ -7,15 +7,15 @@
 
 namespace vellix {
 
-/// What the ids of gestures and the lists of their modes are made with.
+/// String helpers for gesture ids and mode lists.
 class GESTURE_API_EXPORT StringUtils
 {
 public:
-    /// The text with its first UTF-16 unit in upper case, the rest as it is.
+    /// The string with its first UTF-16 unit in upper case, the rest unchanged.
     static QString capitalizeFirst(const QString &s);
-    /// Every text with its first UTF-16 unit in upper case, in the order of the list.
+    /// Each string of the list with its first UTF-16 unit in upper case, in the same order.
     static QStringList capitalizeFirstOnEach(const QStringList &list);
-    /// The strings in the order of their UTF-16 units, equal ones once. The list is sorted in place.
+    /// The strings sorted by their UTF-16 units, without duplicates. Sorts the list in place.
     static QStringList sortedUnique(QStringList &&list);
 };
 

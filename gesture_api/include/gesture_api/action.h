@@ -23,14 +23,14 @@ namespace gesture {
 
 class Gesture;
 
-/// One thing that a gesture can trigger. An action never changes; lists, groups and gestures share it
-/// by pointer. It belongs to its parent, which is the last gesture that was made with it; when that
-/// gesture dies while another living one uses the action, the action passes to that one.
+/// One thing that a gesture can trigger. An action never changes. Lists, groups and gestures share it by pointer.
+/// Its parent, the gesture that was last created with it, owns it. If that gesture is destroyed while another gesture
+/// uses the action, the other one becomes the parent.
 class GESTURE_API_EXPORT Action : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the function of this name returns, for QML. It never changes.
+    /// The functions of the same names, for QML. The values never change.
     Q_PROPERTY(QQmlListProperty<vellix::gesture::Feature> features READ features NOTIFY featuresChanged)
     Q_PROPERTY(QString path READ path NOTIFY pathChanged)
     Q_PROPERTY(QStringList titles READ titles NOTIFY titlesChanged)
@@ -39,68 +39,68 @@ class GESTURE_API_EXPORT Action : public QObject
     ///@}
 
 public:
-    /// An action without path, titles and features.
+    /// An action without a path, titles and features.
     explicit Action(QObject *parent = nullptr);
-    /// Nothing is checked. The features stay their provider's, which must outlive the action.
+    /// Checks nothing. The features still belong to their provider, which must outlive the action.
     Action(const QString &path, const QStringList &titles, const QList<Feature *> &features, QObject *parent = nullptr);
     ~Action() override;
 
-    /// What the application dispatches on, and what bindings name; segments are separated by "/".
+    /// The application dispatches on it, and bindings name it. "/" separates its segments.
     QString path() const;
-    /// The labels from the outermost menu down to the action's own.
+    /// The labels from the outermost menu to the action's own.
     QStringList titles() const;
-    /// The action's own label; a null string without titles.
+    /// The action's own label. A null string if there are no titles.
     QString lastTitle() const;
     /// The features that the action needs, read-only for QML. They belong to their provider.
     QQmlListProperty<Feature> features() const;
-    /// The same features for C++.
+    /// The features, for C++.
     const QList<Feature *> &featureList() const;
-    /// Whether all features are supported, asked at the first call.
+    /// Whether all features are supported. Determined at the first call.
     bool supported() const;
 
-    /// Reads one action: a string names one of `knownActions` (path to action), a map defines a new
-    /// one, owned by `parent` (without one, by the caller).
+    /// Reads one action. A string names one of `knownActions` (path to action). An object defines a new action, which
+    /// belongs to `parent`, or to the caller if there is none.
     ///
     /// A definition has "path" and either "title" (a string) or "titles" (a list of strings), and may have
     /// "features" (a list of names). Fails with "action 'PATH' not defined", "'Action' must be either 'str' or
-    /// 'map'", with what a definition lacks or has of a wrong type ("'path' is obligatory field" and others),
-    /// and as FeaturesProvider::featuresByNames() does; without a provider every feature is unknown.
+    /// 'map'", an error about a missing or mistyped key ("'path' is obligatory field" and others), or an error of
+    /// FeaturesProvider::featuresByNames(). Without a provider, every feature is unknown.
     static Either<Error, Action *> fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                                const QMap<QString, Action *> &knownActions, QObject *parent = nullptr);
-    /// The same with a plain list; of two actions with one path the later is meant.
+    /// The same with a list. If two actions have the same path, the later one is used.
     static Either<Error, Action *> fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                                const QList<Action *> &actions, QObject *parent = nullptr);
 
-    /// Reads an action list: a string names a group, a list holds actions, a map defines one action. Fails with
-    /// "action group 'NAME' not defined", "action list must be one of types: 'str', 'list', 'map'", and as
-    /// fromVariant() does for the first action that is wrong; those defined before it stay children of `parent`.
+    /// Reads an action list: a string names a group, a list holds actions, an object defines one action. Fails with
+    /// "action group 'NAME' not defined", "action list must be one of types: 'str', 'list', 'map'", or the
+    /// fromVariant() error of the first invalid action. Actions defined before it stay children of `parent`.
     static Either<Error, QList<Action *>> listFromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                                           const QList<Action *> &actions,
                                                           const QMap<QString, QList<Action *>> &actionGroups,
                                                           QObject *parent = nullptr);
-    /// Reads named action lists, of which the supported actions are kept. Groups do not nest: a string in
-    /// place of a list fails with "action group 'NAME' not defined".
+    /// Reads named action lists and keeps their supported actions. Groups do not nest: a string in place of a list
+    /// fails with "action group 'NAME' not defined".
     static Either<Error, QMap<QString, QList<Action *>>>
     actionGroupsFromVariant(const QMap<QString, QVariant> &groups, const QList<Action *> &actions,
                             const FeaturesProvider *featuresProvider, QObject *parent = nullptr);
-    /// The first supported action of a list of alternatives. Those defined inline and passed over
-    /// stay children of `parent`. Fails with "no one action is supported of list: [ ... ]", and as fromVariant()
-    /// does for an alternative that is wrong and stands before the first supported one.
+    /// The first supported action of a list of alternatives. Unsupported ones that are defined inline stay children of
+    /// `parent`. Fails with "no one action is supported of list: [ ... ]", or the fromVariant() error of an invalid
+    /// alternative before the first supported one.
     static Either<Error, Action *> firstSupportedFromVariant(const QList<QVariant> &list,
                                                              const FeaturesProvider *featuresProvider,
                                                              const QList<Action *> &actions, QObject *parent = nullptr);
 
-    /// A map of "path" and "titles". Features are not written.
+    /// A QVariantMap of "path" and "titles", without the features.
     QVariant toVariant() const;
-    /// A QVariantList of what toVariant() gives for each action; null entries are left out.
+    /// A QVariantList of the toVariant() of each action. Skips null entries.
     static QVariant listToVariant(const QList<Action *> &actions);
 
-    /// Writes path and titles in one line, `indent` steps of two blanks to the right.
+    /// Writes path and titles in one line, indented by `indent` steps of two spaces.
     void dump(QDebug &dbg, int indent) const;
 
 Q_SIGNALS:
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void pathChanged(QString value);
     void titlesChanged(QStringList value);
     void lastTitleChanged(const QString &value);
@@ -119,13 +119,14 @@ private:
     QList<Gesture *> m_users; // the living gestures that hold this action, in the order they were made
 };
 
-/// One node of the menu tree that the paths of actions form: actions that share leading path segments
-/// share the nodes for them. A node owns its children.
+/// A node of the menu tree that the paths of actions form. Actions with the same leading path segments share the nodes
+/// of these segments. A node owns its children.
 class GESTURE_API_EXPORT ActionProxyNode : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the function of this name returns, for QML. Only a dead action becomes null, which nobody is told.
+    /// The functions of the same names, for QML. `action` reads null once the action is destroyed; no signal is
+    /// emitted.
     Q_PROPERTY(QQmlListProperty<vellix::gesture::ActionProxyNode> childNodes READ childNodes NOTIFY childNodesChanged)
     Q_PROPERTY(int level READ level NOTIFY levelChanged)
     Q_PROPERTY(QString pathSegment READ pathSegment NOTIFY pathSegmentChanged)
@@ -134,38 +135,38 @@ class GESTURE_API_EXPORT ActionProxyNode : public QObject
     ///@}
 
 public:
-    /// A node without children, of an action that may be null and stays its owner's. A `parent`
-    /// does not get it among its childNodes(): see findChildNodeOrInsert().
+    /// A node without children. The action may be null, and its owner does not change. The node is not added to the
+    /// childNodes() of `parent`: use findChildNodeOrInsert() for that.
     ActionProxyNode(int level, const QString &pathSegment, const QString &title, Action *action,
                     QObject *parent = nullptr);
-    /// A node without an action that becomes the parent of the given nodes; null ones are skipped wherever nodes
-    /// are walked.
+    /// A node without an action. It becomes the parent of the given nodes. Functions that walk the nodes skip null
+    /// ones.
     ActionProxyNode(int level, const QString &pathSegment, const QString &title,
                     const QList<ActionProxyNode *> &childNodes, QObject *parent = nullptr);
-    /// Destroys the nodes below as well, however many levels there are.
+    /// Also destroys all nodes below, however many levels there are.
     ~ActionProxyNode() override;
 
-    /// The tree of these actions, or null when there are none. The root belongs to `parent`; without
-    /// one, to the caller.
+    /// The tree of these actions, or null if there are none. The root belongs to `parent`, or to the caller if there is
+    /// none.
     static ActionProxyNode *constructTree(const QList<Action *> &actions, QObject *parent = nullptr);
 
-    /// The index of this node's segment in a path. The root has 0, and so have its children.
+    /// The index of this node's segment in a path. 0 for the root and for its children.
     int level() const;
-    /// The part of the actions' paths that this node stands for. The root's is ".".
+    /// The path segment of this node; "." for the root.
     QString pathSegment() const;
-    /// The label of this node, by the action that made it; a null string for a root, and where that action has
-    /// too few titles.
+    /// The label of this node, from the action that created it. A null string for a root, and if that action has too
+    /// few titles.
     QString title() const;
-    /// The action that made this node; null for a root, and once that action is dead.
+    /// The action that created this node. Null for a root, and once that action is destroyed.
     Action *action() const;
-    /// The children in the order in which the actions name them first, read-only for QML.
+    /// The children in the order of their first actions, read-only for QML.
     QQmlListProperty<ActionProxyNode> childNodes() const;
-    /// The same children for C++.
+    /// The children, for C++.
     const QList<ActionProxyNode *> &childNodeList() const;
 
-    /// The first child of this segment; made when there is none.
+    /// The first child with this segment. Creates one if there is none.
     ActionProxyNode *findChildNodeOrInsert(int level, const QString &pathSegment, const QString &title, Action *action);
-    /// The first child of this segment, or null.
+    /// The first child with this segment, or null.
     ActionProxyNode *findChildNode(const QString &pathSegment) const;
 
     /// The segments from the root's "." to this node's.
@@ -173,15 +174,15 @@ public:
 
     /// Whether `ancestorPath` is a proper prefix of `path`.
     static bool isAnsestorOf(const QStringList &ancestorPath, const QVector<QString> &path);
-    /// Whether this node stands above the node of the given action; false for null.
+    /// Whether this node is above the node of the given action. False for null.
     Q_INVOKABLE bool isAnsestorOf(vellix::gesture::Action *other) const;
 
-    /// Writes the tree from here on, a line for each node, `indent` steps of two blanks to the right.
+    /// Writes this node and all below, one line each, indented by `indent` steps of two spaces.
     void dump(QDebug &dbg, int indent) const;
 
 Q_SIGNALS:
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void levelChanged(int value);
     void pathSegmentChanged(QString value);
     void titleChanged(QString value);

@@ -10,21 +10,21 @@
 namespace vellix {
 namespace gesture {
 
-/// The two files of one application. Paths keep the prefixes "${USERDATA}" and "${SYSTEMDATA}" until
-/// the file system is touched.
+/// The paths of an application's two files. The prefixes "${USERDATA}" and "${SYSTEMDATA}" are expanded only when a
+/// file is accessed.
 class GESTURE_API_EXPORT ApplicationPaths
 {
 public:
-    /// Two paths, with or without a prefix. Nothing is checked.
+    /// Takes two paths, with or without a prefix. Checks nothing.
     ApplicationPaths(const QString &appId, const QString &currentPath, const QString &defaultPath);
 
-    /// The application that has these files, mostly the file name of its program.
+    /// The application of these files, usually the file name of its program.
     QString appId() const;
-    /// The user's action bindings.
+    /// The user's bindings file.
     QString currentPath() const;
-    /// The gesture configuration of the system.
+    /// The configuration.
     QString defaultPath() const;
-    /// Whether there is a file of the user's now; without one the defaults hold.
+    /// Whether the bindings file exists now. Without it, the defaults apply.
     bool currentPathExists() const;
 
 private:
@@ -33,38 +33,38 @@ private:
     QString m_defaultPath;
 };
 
-/// The rules that give every application its files, and the applications that have none.
+/// The rules for the paths of all applications, and the prohibited applications.
 class GESTURE_API_EXPORT ApplicationPathsConfiguration
 {
 public:
-    /// Two directories that hold one directory for each application, the name of the file in it, and
-    /// the applications that get no paths.
+    /// Takes two directories, which contain one directory for each application, the file name in it, and the prohibited
+    /// applications.
     ApplicationPathsConfiguration(const QString &currentPath, const QString &defaultPath, const QString &fileName,
                                   const QStringList &prohibitedApps);
 
-    /// The rules when there is no file of them.
+    /// The built-in rules, used if there is no paths file.
     static ApplicationPathsConfiguration newDefault();
-    /// Reads a QVariantMap of the strings "current", "default" and "filename" and the list "prohibitedApps";
-    /// without the list nothing is prohibited.
+    /// Reads a QVariantMap of the strings "current", "default" and "filename" and the list "prohibitedApps". Without
+    /// the list, no application is prohibited.
     ///
     /// Fails with "expected map<>", "field `NAME` must be set", "field `NAME` must have type `string`", or
     /// "field 'prohibitedApps' must have type list<str>".
     static Either<Error, ApplicationPathsConfiguration> fromVariant(const QVariant &value);
-    /// Reads a file; a path prefix is expanded. Fails with "REASON (path: PATH)" for a file that cannot be read, and
-    /// as fromVariant() does; what is not JSON is no map.
+    /// Reads a file; expands a path prefix. Fails with "REASON (path: PATH)" if the file cannot be read, else like
+    /// fromVariant(). A file that is not JSON fails with "expected map<>".
     static Either<Error, ApplicationPathsConfiguration> loadJson(const QString &path);
 
-    /// The files of one application: DIRECTORY/ID/FILENAME in the two directories. Fails with
+    /// The paths of an application: DIRECTORY/ID/FILENAME for each of the two directories. Fails with
     /// "app 'ID' is prohibited".
     Either<Error, ApplicationPaths> appPaths(const QString &appId) const;
     /// The file name of the running program.
     static QString currentAppId();
 
-    /// The directory of the users' bindings, its prefix not expanded.
+    /// The directory of the bindings files. Its prefix is not expanded.
     QString currentPath() const;
-    /// The directory of the system's configurations, its prefix not expanded.
+    /// The directory of the configurations. Its prefix is not expanded.
     QString defaultPath() const;
-    /// What an application's file is called in its directory in each of the two.
+    /// The file name of an application's file in each of the two directories.
     QString fileName() const;
 
 private:

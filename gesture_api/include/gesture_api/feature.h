@@ -13,41 +13,41 @@
 #include <optional>
 
 namespace vellix {
-/// The gestures of applications: what there is, what a user has chosen, and what a touch means.
+/// The gestures of applications, the users' choices, and the lookup of a touch.
 ///
-/// Coordinates are relative to the screen: 0 to 1, x to the right and y down. Nothing here is guarded by locks: an
-/// object is used in the thread that made it, and services and their providers in the application object's thread,
-/// where the exit notifier lives.
+/// Coordinates are relative to the screen: 0 to 1, x to the right and y down. There are no locks: use an object only in
+/// the thread that created it, and services and their providers only in the thread of the application object, where
+/// the exit notifier lives.
 namespace gesture {
 
-/// A named capability of the device, such as "frontlight". Belongs to the provider that made it.
+/// A named capability of the device, such as "frontlight". It belongs to the provider that created it.
 class GESTURE_API_EXPORT Feature : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the function of this name returns, for QML. It never changes.
+    /// The functions of the same names, for QML. The values never change.
     Q_PROPERTY(QString name READ name NOTIFY nameChanged)
     Q_PROPERTY(bool supported READ supported NOTIFY supportedChanged)
     ///@}
 
 public:
-    /// `supported` is asked once, at the first read; an empty one means no.
+    /// Calls `supported` once, at the first read. An empty function means false.
     Feature(const QString &name, const std::function<bool()> &supported, QObject *parent = nullptr);
 
-    /// What configurations call it; letter case counts.
+    /// The name in configurations, case-sensitive.
     QString name() const;
-    /// Whether the device has it. The first answer is kept.
+    /// Whether the device has it. Determined at the first call.
     bool supported() const;
 
-    /// Whether every feature is supported, asked in list order up to the first that is not. Null entries are
-    /// skipped, here and wherever features are listed.
+    /// Whether every feature is supported. Stops at the first one that is not. Skips null entries, as all functions
+    /// with lists of features do.
     static bool allSupported(const QList<Feature *> &features);
-    /// Lists the features and whether they are supported, in colour, for a terminal.
+    /// Writes the features and whether they are supported, in colour, for a terminal.
     static void prettyPrintListMultiline(std::ostream &out, const QList<Feature *> &features);
 
 Q_SIGNALS:
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void nameChanged(QString value);
     void supportedChanged(bool value);
     ///@}
@@ -58,34 +58,34 @@ private:
     mutable std::optional<bool> m_supported;
 };
 
-/// Knows the features there are. Owns them, and outlives every action and gesture that holds one.
+/// Provides and owns the features. It must outlive every action and gesture that uses one.
 class GESTURE_API_EXPORT FeaturesProvider : public QObject
 {
     Q_OBJECT
 
 public:
-    /// For those who know other features than the device's own.
+    /// For subclasses with features of their own.
     explicit FeaturesProvider(QObject *parent = nullptr);
 
-    /// All features, the same objects at every call. They stay the provider's.
+    /// All features, the same objects at every call. They belong to the provider.
     virtual QList<Feature *> allFeatures() const = 0;
 
-    /// The features of these names, each the first of its name, in the set's own order. Fails with
-    /// "unknown feature: `NAME`".
+    /// The features with these names, in the order of the set. If several have the same name, the first one is used.
+    /// Fails with "unknown feature: `NAME`".
     Either<Error, QList<Feature *>> featuresByNames(const QSet<QString> &names) const;
 };
 
 /// The features of this device: "frontlight", "smartlight" (its colour can be changed) and "tts"
-/// (text to speech). The device is asked when a feature is first read.
+/// (text to speech). Queries the device when a feature is first read.
 class GESTURE_API_EXPORT DefaultFeaturesProvider : public FeaturesProvider
 {
     Q_OBJECT
 
 public:
-    /// Makes the three features, without asking the device.
+    /// Creates the three features. Does not query the device yet.
     explicit DefaultFeaturesProvider(QObject *parent = nullptr);
 
-    /// The three, in the order named above.
+    /// The three features, in the order above.
     QList<Feature *> allFeatures() const override;
 
 private:

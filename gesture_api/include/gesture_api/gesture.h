@@ -20,7 +20,7 @@
 
 #include <optional>
 
-/// What gestures are grouped by in a settings screen: modes and kind.
+/// Modes and kind, by which a settings screen groups gestures.
 struct GESTURE_API_EXPORT GestureSection
 {
     Q_GADGET
@@ -28,7 +28,7 @@ struct GESTURE_API_EXPORT GestureSection
     Q_PROPERTY(int kind MEMBER kind CONSTANT)
 
 public:
-    /// The key of the section: the hexadecimal digits of its serialised form.
+    /// The key of the section: its serialised form as hexadecimal digits.
     QString stringify() const;
 
     /// The gestures' modes, in their order.
@@ -41,16 +41,16 @@ Q_DECLARE_METATYPE(GestureSection)
 namespace vellix {
 namespace gesture {
 
-/// One configured gesture: a kind of touch that starts in a zone or goes in a direction, in some
-/// application modes, and the actions that it may trigger. Only the current action ever changes.
+/// A configured gesture: a kind of touch that starts in a zone or goes in a direction, in some modes of the
+/// application, and the actions that it can trigger. Only the current action can change.
 ///
-/// A gesture becomes the parent of its actions when it is made. Its features belong to their provider.
-/// The action tree belongs to nobody and is released with deleteLater() once the gesture is gone.
+/// A new gesture becomes the parent of its actions. Its features belong to their provider. The action tree has no
+/// parent; once the gesture is destroyed, the tree is released with deleteLater().
 class GESTURE_API_EXPORT Gesture : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the function of this name returns, for QML. Only the signal of `currentAction` is ever emitted.
+    /// The functions of the same names, for QML. Only the signal of `currentAction` is ever emitted.
     Q_PROPERTY(QString id READ id NOTIFY idChanged)
     Q_PROPERTY(QStringList modes READ modes NOTIFY modesChanged)
     Q_PROPERTY(Kind kind READ kind NOTIFY kindChanged)
@@ -67,134 +67,138 @@ class GESTURE_API_EXPORT Gesture : public QObject
     ///@}
 
 public:
-    /// What a touch is. How long a hold and how far a swipe is, the application decides that sees the touch.
-    // Of a fixed type: QML passes any integer.
+    /// The kind of a touch. The application decides how long a hold lasts and how far a swipe goes.
+    // Fixed underlying type: QML can pass any integer.
     enum Kind : int {
         Tap,      ///< A short touch.
-        Hold,     ///< A touch that stays where it is.
+        Hold,     ///< A longer touch that does not move.
         Swipe,    ///< A touch that moves.
-        Drag,     ///< A touch that moves after it has stayed for a moment.
-        Undefined ///< None of them; no file can name it.
+        Drag,     ///< A touch that stays for a moment, then moves.
+        Undefined ///< No kind; a file cannot name it.
     };
     Q_ENUM(Kind)
 
-    /// Where a touch goes on the screen.
+    /// The direction of a touch on the screen.
     enum Direction : int {
-        ToLeft,     ///< x gets smaller.
-        ToRight,    ///< x grows.
-        ToTop,      ///< y gets smaller.
-        ToBottom,   ///< y grows.
-        NoDirection ///< Nowhere, as a tap does, or exactly along a diagonal.
+        ToLeft,     ///< x decreases.
+        ToRight,    ///< x increases.
+        ToTop,      ///< y decreases.
+        ToBottom,   ///< y increases.
+        NoDirection ///< No movement, or exactly along a diagonal.
     };
     Q_ENUM(Direction)
 
     /// The whole screen, (0, 0, 1, 1).
     static const QRectF wholeZone;
 
-    /// `zone` is in relative screen coordinates. Without a current action the default one is current.
+    /// `zone` is in relative screen coordinates. If `currentAction` is null, the default action is current.
     Gesture(const QString &id, const QStringList &modes, Kind kind, const QRectF &zone, Direction direction,
             const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
             const QList<Feature *> &features, QObject *parent = nullptr);
     ~Gesture() override;
 
-    /// What bindings call the gesture; one without an id of its own has what formId() makes.
+    /// The name of the gesture in bindings. If the configuration sets none, formId() forms it.
     const QString &id() const { return m_id; }
-    /// The modes in which the gesture applies; none means all.
+    /// The modes in which the gesture applies. An empty list means all.
     const QStringList &modes() const { return m_modes; }
-    /// What a touch must be.
+    /// The kind that a touch must have.
     Kind kind() const { return m_kind; }
-    /// Where the touch must start, in relative screen coordinates; the whole screen where the file names no zone.
+    /// The zone where a touch must start, in relative screen coordinates. The whole screen if the configuration sets
+    /// none.
     const QRectF &zone() const { return m_zone; }
-    /// Where the touch must go.
+    /// The direction that a touch must have.
     Direction direction() const { return m_direction; }
-    /// The actions that a user may choose from. One that somebody deletes leaves the list.
+    /// The actions that a user can choose from. A destroyed action is removed from the list.
     const QList<Action *> &availableActions() const { return m_availableActions; }
-    /// What the configuration, or a binding in its place, sets; null without one, and once it is dead.
+    /// The default of the configuration, or the user's binding if there is one. Null if there is neither, and once the
+    /// action is destroyed.
     Action *defaultAction() const { return m_defaultAction; }
-    /// What the touch triggers; null for nothing, and once it is dead.
+    /// The action that the touch triggers. Null if there is none, and once the action is destroyed.
     Action *currentAction() const { return m_currentAction; }
-    /// Chooses what the touch triggers, null for nothing; whether the action is among the available ones is not
-    /// asked. The new action keeps its owner; one that is being destroyed counts as null. Nothing is written before the
-    /// service's save().
+    /// Sets the action that the touch triggers, or null. Does not check that the action is available. The action keeps
+    /// its owner. An action that is being destroyed counts as null. Nothing is written before the service's save().
     void setCurrentAction(Action *action);
-    /// The available actions as a menu, made at the first call; null when there are none.
+    /// The available actions as a menu, created at the first call. Null if there are none.
     ActionProxyNode *actionTree() const;
-    /// The key that gestures of the same modes and kind share.
+    /// The key that all gestures with the same modes and kind share.
     QString section() const;
-    /// What the device must have, read-only for QML.
+    /// The features that the gesture needs, read-only for QML.
     Q_INVOKABLE QQmlListProperty<vellix::gesture::Feature> features() const;
-    /// The same features for C++.
+    /// The features, for C++.
     const QList<Feature *> &featureList() const { return m_features; }
-    /// Whether all features are supported, asked at the first call.
+    /// Whether all features are supported. Determined at the first call.
     bool supported() const;
 
-    /// The id of an entry that sets none: capitalised modes, kind, zone name and direction.
+    /// The id of an entry without one: capitalised modes, kind, zone name and direction.
     static QString formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction);
-    /// The direction of a movement, y growing downwards; none for a diagonal or no movement.
+    /// The direction of a movement along its longer axis, y down. NoDirection for an exact diagonal and no movement.
     static Direction directionFromVec(double dx, double dy);
-    /// The same for a vector.
+    /// The same, for a vector.
     static Direction directionFromVec(const QVector2D &v);
 
-    /// Takes over the current action of a gesture of the same kind, zone and direction; false, and
-    /// nothing changed, when `other` is not such a gesture. The action keeps its owner.
+    /// Takes over the current action of a gesture with the same kind, zone and direction. For any other gesture it
+    /// changes nothing and returns false. The action keeps its owner.
     bool merge(Gesture *other);
-    /// A copy that shares the actions and becomes their parent. It belongs to `parent`; without one, to the caller.
+    /// A copy that shares the actions and becomes their parent. It belongs to `parent`, or to the caller if there is
+    /// none.
     Gesture *clone(QObject *parent = nullptr) const;
 
-    /// Writes the gesture with its actions and its action tree, `indent` steps of two blanks to the right.
+    /// Writes the gesture, its actions and its action tree, indented by `indent` steps of two spaces.
     void dump(QDebug &dbg, int indent) const;
 
-    /// Reads one gesture entry. `actions` and `actionGroups` are what it may name, `zones` the zones
-    /// in force, `bindings` (gesture id to action path) replace the entry's default action. The gesture belongs to
-    /// `parent`; without one, to the caller.
+    /// Reads one gesture entry. It can name the given actions, action groups and zones. A binding (gesture id to action
+    /// path) replaces the default action of the entry. The gesture belongs to `parent`, or to the caller if there is
+    /// none.
     ///
     /// An entry has "kind", "zone" or "direction" or both, and "defaultAction" (a string, or a list of alternatives)
     /// or "currentAction" or both; it may have "id", "modes" (a list), "availableActions" and "features" (a list).
-    /// Fails with what is missing or of a wrong type ("'kind' is obligatory field", "'modes' must have type
-    /// `list<str>`" and others), and as the readers of the parts do.
+    /// Fails with an error about a missing or mistyped key ("'kind' is obligatory field", "'modes' must have type
+    /// `list<str>`" and others), or an error of the readers of its parts.
     static Either<Error, Gesture *> fromVariant(const QVariantMap &entry, const FeaturesProvider *featuresProvider,
                                                 const QList<Action *> &actions,
                                                 const QMap<QString, QList<Action *>> &actionGroups,
                                                 const QMap<QString, QRectF> &zones,
                                                 const QMap<QString, QString> &bindings, QObject *parent = nullptr);
-    /// Reads a list of entries. Fails with "list of gestures must must contain maps" and as fromVariant() does for
-    /// the first entry that is wrong. Gestures made before it stay children of `parent`; without one they are lost.
+    /// Reads a list of entries. Fails with "list of gestures must must contain maps", or the fromVariant() error of the
+    /// first invalid entry. Gestures created before it stay children of `parent`; without a parent they leak.
     static Either<Error, QList<Gesture *>>
     listFromVariant(const QVariantList &list, const FeaturesProvider *featuresProvider, const QList<Action *> &actions,
                     const QMap<QString, QList<Action *>> &actionGroups, const QMap<QString, QRectF> &zones,
                     const QMap<QString, QString> &bindings, QObject *parent = nullptr);
-    /// A QVariantMap of kind, zone (as a rectangle), direction and actions; id, modes and features are not written.
+    /// A QVariantMap of kind, zone (as a rectangle), direction and actions, without id, modes and features.
     QVariant toVariant() const;
-    /// A QVariantList of what toVariant() gives for each gesture; null entries are left out.
+    /// A QVariantList of the toVariant() of each gesture. Skips null entries.
     static QVariant listToVariant(const QList<Gesture *> &gestures);
 
-    /// Reads the zones of a file, which may alias those of `zones` but not each other. The result is those of the file
-    /// alone. Fails as zoneFromVariant() does for the first, in the order of the names, that is wrong.
+    /// Reads the zones of a configuration. A zone can name one of `zones`, but no other zone of the section. Returns
+    /// the section's zones only. Fails with the zoneFromVariant() error of the first invalid one, in the order of the
+    /// names.
     static Either<Error, QMap<QString, QRectF>> zoneMapFromVariant(const QVariantMap &section,
                                                                    const QMap<QString, QRectF> &zones);
-    /// Reads a zone by name or as a rectangle; `zoneName`, unless null, receives its name ("(x,y,w,h)" for a
-    /// rectangle). Fails with "zone 'NAME' not defined", "zone must be either 'str' or 'map'", and as
-    /// rectfFromVariant() does.
+    /// Reads a zone: a name or a rectangle. `zoneName`, unless null, receives its name ("(x,y,w,h)" for a
+    /// rectangle). Fails with "zone 'NAME' not defined", "zone must be either 'str' or 'map'", or an error of
+    /// rectfFromVariant().
     static Either<Error, QRectF> zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
                                                  QString *zoneName = nullptr);
-    /// Reads "x", "y", "w" and "h"; what is no number counts as 0. Fails with "field 'x' must be set" and so on.
+    /// Reads "x", "y", "w" and "h". A value that is not a number counts as 0. Fails with "field 'x' must be set" and so
+    /// on.
     static Either<Error, QRectF> rectfFromVariant(const QVariantMap &map);
     /// A QVariantMap of the four numbers.
     static QVariant rectfToVariant(const QRectF &r);
     /// Reads "tap", "hold", "swipe" or "drag" in any letter case. Fails with "kind can be only 'tap' or 'swipe' or
     /// 'drag'".
     static Either<Error, Kind> kindFromVariant(const QVariant &value);
-    /// The kind as a file names it; an invalid variant for Undefined.
+    /// The name of the kind in a configuration. An invalid variant for Undefined.
     static QVariant kindToVariant(Kind kind);
-    /// Reads "toLeft", "toRight", "toTop", "toBottom" or "no", spelt exactly so. Fails with "direction can be only
+    /// Reads "toLeft", "toRight", "toTop", "toBottom" or "no", case-sensitive. Fails with "direction can be only
     /// 'toLeft' or 'toRight' or 'toTop' or 'toBottom' or 'no'".
     static Either<Error, Direction> directionFromVariant(const QVariant &value);
-    /// The direction as a file names it.
+    /// The name of the direction in a configuration.
     static QVariant directionToVariant(Direction direction);
 
 Q_SIGNALS:
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void idChanged(QString value);
     void modesChanged(QStringList value);
     void kindChanged(Kind value);
@@ -204,10 +208,10 @@ Q_SIGNALS:
     void defaultActionChanged(vellix::gesture::Action *value);
     void actionTreeChanged(vellix::gesture::ActionProxyNode *value);
     ///@}
-    /// Another action was chosen, or the current one has died, which comes with null.
+    /// Another action was set, or the current one was destroyed; then `value` is null.
     void currentActionChanged(vellix::gesture::Action *value);
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void sectionChanged(QString value);
     void featuresChanged(QQmlListProperty<vellix::gesture::Feature> value);
     void supportedChanged(bool value);

@@ -26,14 +26,14 @@ class GestureIndex;
 class UserFile;
 struct SaveFailure;
 
-/// The gestures of one application: the system's configuration with the user's bindings applied.
-/// Nothing is read before the gestures are first needed, and the files are read once. The gestures
-/// and their model are children of the service. A failed load is told on the log and gives no gestures.
+/// The gestures of an application: its configuration with the user's bindings applied. The files are read once, when
+/// the gestures are first needed. The gestures and their model are children of the service. A failed load is logged and
+/// yields no gestures.
 class GESTURE_API_EXPORT GestureService : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the function of this name returns, for QML. Only the signal of `gestures` is ever emitted.
+    /// The functions of the same names, for QML. Only the signal of `gestures` is ever emitted.
     Q_PROPERTY(const vellix::gesture::FeaturesProvider *featuresProvider READ featuresProvider NOTIFY
                        featuresProviderChanged)
     Q_PROPERTY(bool readonly READ readonly NOTIFY readonlyChanged)
@@ -41,94 +41,93 @@ class GESTURE_API_EXPORT GestureService : public QObject
     ///@}
 
 public:
-    /// The gestures in file order, loaded when they are first asked for.
+    /// The gestures in file order, loaded when first needed.
     using GestureList = components::ReadonlyLazyList<Gesture *>;
 
-    /// The zones that every configuration may name: a 3 by 3 grid, three vertical stripes, the whole screen.
+    /// The zones that every configuration can name: a 3 by 3 grid, three vertical stripes and the whole screen.
     static QMap<QString, QRectF> predefinedZones;
 
-    /// Saves when the process ends, unless `readonly`: at the return from main() or exit(), or before that when the
-    /// application object is destroyed. It must then still exist, belong to the thread that ends the process, and have
-    /// been made in this process and not before a fork. What other programs have saved meanwhile stays: only the
-    /// choices made on this service since it was loaded or saved go on top of it. To save when the event loop ends,
-    /// while all services still exist:
+    /// Unless `readonly`, the service saves when the process ends: when main() returns, when exit() is called, or
+    /// earlier when the application object is destroyed. The service must still exist then, belong to the thread that
+    /// ends the process, and have been created in this process, not before a fork. It keeps bindings that other
+    /// programs have saved meanwhile, and adds only the choices made on this service since its load or last save. To
+    /// save when the event loop ends, while all services still exist:
     ///
     ///     QObject::connect(&app, &QCoreApplication::aboutToQuit, &vellix::ExitNotifier::notify);
     ///
-    /// The features provider is not owned, outlives the service and may be null.
+    /// The features provider may be null. It is not owned and must outlive the service.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    QObject *parent = nullptr);
-    /// A service of clones of the given gestures, which are loaded for that if they were not. It does not save at
-    /// exit, and never when it is `pruned`.
+    /// A service with clones of the given gestures, which are loaded if necessary. It does not save at exit. If
+    /// `pruned`, it never saves.
     GestureService(const ApplicationPaths &paths, const FeaturesProvider *featuresProvider, bool readonly,
                    const GestureList &gestures, bool pruned, QObject *parent = nullptr);
     ~GestureService() override;
 
-    /// The files that the service reads, and the one that it writes.
+    /// The paths of the files that the service reads and writes.
     const ApplicationPaths &paths() const { return m_paths; }
-    /// What knows the features; null without one, and once it is dead.
+    /// The features provider. Null if there is none, and once it is destroyed.
     const FeaturesProvider *featuresProvider() const { return m_featuresProvider; }
     /// Whether save() refuses to write.
     bool readonly() const { return m_readonly; }
-    /// Whether save() was ever called.
+    /// Whether a save was ever requested, successful or not.
     bool saved() const { return m_saved; }
     /// The model of the gestures; the display role holds a `Gesture *`.
     components::ReadonlyLazyListModel *gestures() const;
     /// The gestures in file order. They belong to the service.
     const QList<Gesture *> &gestureList() const { return m_gestures.get(); }
 
-    /// The first gesture in file order that a touch matches, or null: its modes hold `mode` or are none, kind and
-    /// direction are these, and its zone contains `position` (relative to the screen), edges included. Whether the
-    /// device supports the gesture is not asked.
+    /// The first gesture in file order that matches a touch, or null. A gesture matches if its modes contain `mode` or
+    /// are empty, kind and direction are equal, and its zone contains `position` (relative to the screen), edges
+    /// included. Gestures that the device does not support match, too.
     Gesture *findGesture(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
                          const QPointF &position) const;
-    /// The first gesture whose zone is or contains the given zone, or null; all else as in findGesture().
+    /// The first gesture whose zone equals or contains the given zone, or null. Otherwise like findGesture().
     Gesture *findGestureByZone(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
                                const QRectF &zone) const;
-    /// A copy with its own gestures, which share their actions with these. It does not save at exit. It belongs to
-    /// `parent`; without one, to the caller.
+    /// A copy with its own gestures, which share the actions of these. It does not save at exit. It belongs to
+    /// `parent`, or to the caller if there is none.
     GestureService *clone(QObject *parent = nullptr) const;
-    /// Takes over the current actions of another service's gestures, paired by position. False at the
-    /// first pair that does not match (see Gesture::merge()); the pairs before it stay merged. False for null, too, and
-    /// when a listener destroys one of the services.
+    /// Takes over the current actions of another service's gestures, paired by position. Returns false at the first
+    /// pair that does not match (see Gesture::merge()); the pairs before it stay merged. Also returns false for null,
+    /// and if a listener destroys one of the services.
     bool fastMerge(const GestureService *other);
-    /// Writes all gestures, `indent` steps of two blanks to the right, and returns the stream.
+    /// Writes all gestures, indented by `indent` steps of two spaces, and returns the stream.
     QDebug &dump(QDebug &debug, int indent) const;
 
-    /// findGestureByZone() for QML, with values of the enums Gesture::Kind and Gesture::Direction.
+    /// findGestureByZone() for QML. `kind` and `direction` are values of Gesture::Kind and Gesture::Direction.
     Q_INVOKABLE QObject *findGestureByZoneAsQObject(QString mode, int kind, int direction, QRectF zone) const;
-    /// findGesture() for QML, likewise.
+    /// findGesture() for QML, with the same enums.
     Q_INVOKABLE QObject *findGestureAsQObject(QString mode, int kind, int direction, QPointF position) const;
-    /// Whether any gesture is of this Gesture::Kind.
+    /// Whether any gesture has this Gesture::Kind.
     Q_INVOKABLE bool containsGestureKind(int kind) const;
-    /// clone() for QML, whose engine collects a clone without a parent when nobody refers to it any more.
+    /// clone() for QML. The engine collects a clone without a parent once nothing refers to it.
     Q_INVOKABLE QObject *cloneAsQObject(QObject *parent = nullptr) const;
-    /// fastMerge() for QML; false as well for what is no service.
+    /// fastMerge() for QML. Also returns false if `other` is not a service.
     Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
-    /// Writes the current action of every gesture to the user's file, whatever another program has written there.
-    /// Returns false if the service is read-only or pruned. True only means that a save was attempted: a failure is
-    /// one error line on the log.
+    /// Writes the current action of every gesture to the bindings file and overwrites the choices of other programs.
+    /// Returns false if the service is read-only or pruned. True means that a save was attempted; a failure is logged
+    /// as one error line.
     ///
-    /// A user file that could not be loaded is first copied to "<file name>.rejected", or ".rejected.2" to
+    /// A bindings file that could not be loaded is first copied to "<file name>.rejected", or ".rejected.2" to
     /// ".rejected.8". If the copy fails, or all eight exist, nothing is written.
     Q_INVOKABLE bool save();
-    /// Deletes the user's file; from now on this service and the clones made of it never save. The
-    /// service that a provider then builds is a new one: if the provider is writable, it saves at exit. False when
-    /// no file was deleted.
+    /// Deletes the bindings file. From now on this service and clones made of it never save. A provider then creates a
+    /// new service; if the provider is writable, that one saves at exit. Returns false if no file was deleted.
     Q_INVOKABLE bool prune();
-    /// save() that returns how it went: the number of bytes that are now on disk, or the reason for a failure, in
-    /// words. A read-only or pruned service fails, too. Nothing is logged.
+    /// save() with a result: the number of bytes on disk, or the reason for the failure. Also fails if the service is
+    /// read-only or pruned. Logs nothing.
     Either<QString, qint64> trySave();
-    /// trySave() for QML: an empty string, or the reason. The reason is also logged.
+    /// trySave() for QML: returns an empty string, or the reason. Also logs the reason.
     Q_INVOKABLE QString trySaveAsString();
 
 Q_SIGNALS:
     ///@{
-    /// Never emitted: QML wants a signal of every property.
+    /// Never emitted. QML requires a signal for every property.
     void featuresProviderChanged(const vellix::gesture::FeaturesProvider *value);
     void readonlyChanged(bool value);
     ///@}
-    /// A merge has gone through: current actions may be others, the model is still the same one.
+    /// Emitted after a successful merge. Current actions may have changed; the model has not.
     void gesturesChanged(vellix::components::ReadonlyLazyListModel *value);
 
 private:

@@ -12,66 +12,67 @@
 #include <QString>
 
 /// @file
-/// Where an application gets its gestures.
+/// The provider of an application's gestures.
 
 namespace vellix {
 namespace gesture {
 
-/// Keeps the gesture service of one application: builds it from the event loop, and builds it anew when
-/// the application, the read-only switch or the user's file changes. A replaced service is released
-/// with deleteLater(); one that was replaced because the file changed does not save any more at exit.
+/// Provides the service of an application. The event loop creates the service, and it is replaced when the application,
+/// the read-only property or the bindings file changes. A replaced service is released with deleteLater(). If it was
+/// replaced because the file changed, it no longer saves at exit.
 class GESTURE_API_EXPORT GestureServiceProvider : public QObject
 {
     Q_OBJECT
     ///@{
-    /// What the functions of this name return and set, for QML.
+    /// The functions of the same names, for QML.
     Q_PROPERTY(QString appId READ appId WRITE setAppId NOTIFY appIdChanged)
     Q_PROPERTY(bool readonly READ readonly WRITE setReadonly NOTIFY readonlyChanged)
     Q_PROPERTY(vellix::gesture::GestureService *service READ service NOTIFY serviceChanged)
     ///@}
 
 public:
-    /// The provider of features is not owned and outlives everything that is made with it.
+    /// The features provider is not owned. It must outlive all objects created with it.
     explicit GestureServiceProvider(const FeaturesProvider *featuresProvider, QObject *parent = nullptr);
 
-    /// The running program's file name at start. Nothing is provided for an empty one.
+    /// Initially the file name of the running program. There is no service if it is empty.
     QString appId() const { return m_appId; }
-    /// Another application: the service and the watch are replaced at once.
+    /// Sets the application. Replaces the service and the watch immediately.
     void setAppId(QString value);
-    /// Whether the services are made so that they never save. True at start.
+    /// Whether services are created read-only, so that they never save. Initially true.
     bool readonly() const { return m_readonly; }
-    /// Replaces the service at once, so that choices that were not saved are lost to the new one; the old one still
-    /// saves if the process ends before it is deleted.
+    /// Replaces the service immediately and does not carry over unsaved choices. The old service still saves if the
+    /// process ends before it is deleted.
     void setReadonly(bool value);
-    /// The current service, a child of this provider. Null until the event loop has run or one of the setters was
-    /// called, for an application that is prohibited, and for a moment when the user's file has changed.
+    /// The current service, a child of this provider. Null until the event loop runs or a setter is called, if the
+    /// application is prohibited, and for a moment when the bindings file has changed.
     GestureService *service() const { return m_service; }
 
-    /// A new service of an application, which belongs to `parent` or, without one, to the caller. Its gestures are
-    /// not read yet, so that this fails with "app 'ID' is prohibited" alone.
+    /// A new service for an application. It belongs to `parent`, or to the caller if there is none. Nothing is read
+    /// yet, so the only failure is "app 'ID' is prohibited".
     static Either<Error, GestureService *> newGestureService(const FeaturesProvider *featuresProvider,
                                                              const QString &appId, bool readonly,
                                                              QObject *parent = nullptr);
-    /// The file of all applications' paths, read once per process; built-in paths when there is none or it cannot be
-    /// used, which is told on the log.
+    /// The paths of all applications, read once per process. Falls back to built-in paths, and logs it, if the file is
+    /// missing or invalid.
     static ApplicationPathsConfiguration applicationPathsConfiguration();
 
-    /// Replaces the service, whatever appId() and readonly() say; an empty `appId` only lets it go.
+    /// Replaces the service, regardless of appId() and readonly(). If `appId` is empty, only releases it.
     void installService(const FeaturesProvider *featuresProvider, const QString &appId, bool readonly);
-    /// Makes a service of appId() if there is none.
+    /// Creates the service of appId() if there is none.
     void loadService(const FeaturesProvider *featuresProvider);
-    /// Lets the service go: service() is null from now on, the object is deleted by the event loop.
+    /// Releases the service: service() is null from now on, and the event loop deletes the object.
     void releaseService();
-    /// Watches the user's file of this application in place of the one watched before; an empty or prohibited one
-    /// has none.
+    /// Watches the bindings file of this application instead of the previous one. Watches nothing if `appId` is empty
+    /// or prohibited.
     void syncApp(const QString &appId, const FeaturesProvider *featuresProvider);
 
 Q_SIGNALS:
-    /// Another application was set. The service is made anew in the course of this signal.
+    /// Another application was set. The service is replaced during this signal.
     void appIdChanged(QString value);
-    /// The switch was turned. The service is made anew in the course of this signal.
+    /// The property was changed. The service is replaced during this signal.
     void readonlyChanged(bool value);
-    /// There is another service, or none. When the user's file has changed it comes twice, first with null.
+    /// The service was replaced or released. Emitted twice when the bindings file has changed: with null, then with the
+    /// new service.
     void serviceChanged(vellix::gesture::GestureService *value);
 
 private:

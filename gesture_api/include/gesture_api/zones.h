@@ -11,12 +11,11 @@
 namespace vellix {
 namespace gesture {
 
-/// Named rectangles of the screen, in relative coordinates: the whole screen is (0, 0, 1, 1), x to
-/// the right, y down.
+/// Named rectangles of the screen, in relative coordinates: the whole screen is (0, 0, 1, 1), x to the right, y down.
 class GESTURE_API_EXPORT Zones
 {
 public:
-    /// The one zone "whole".
+    /// The zone "whole".
     static QMap<QString, QRectF> wholeZone();
 
     /// Nine zones of a 3 by 3 grid, "leftTop", "top", "rightTop", "left", "center" and so on: the border columns are
@@ -28,7 +27,7 @@ public:
     /// 1/divider of the width. Fails with "divider.x is 0".
     static Either<Error, QMap<QString, QRectF>> generateV3Model(const double &divider);
 
-    /// Whether `inner` lies wholly inside `outer`, shared edges included, without tolerance.
+    /// Whether `inner` is completely inside `outer`. Shared edges count as inside; there is no tolerance.
     static bool contains(const QRectF &outer, const QRectF &inner);
 };
 

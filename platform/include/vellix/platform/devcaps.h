@@ -3,7 +3,7 @@
 #include <stdbool.h>
 
 /** @file
-    libdevcaps: what the hardware can do. Plain C. */
+    libdevcaps: the capabilities of the hardware. Plain C. */
 
 #pragma GCC visibility push(default)
 #ifdef __cplusplus
@@ -13,7 +13,7 @@ extern "C" {
 /** Whether the device has a front light. */
 bool device_has_frontlight(void);
 
-/** Not 0 when the colour of the front light can be changed. */
+/** Not 0 if the colour of the front light can be changed. */
 int hw_is_frontlight_color_supported(void);
 
 #ifdef __cplusplus

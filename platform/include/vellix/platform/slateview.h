@@ -10,19 +10,19 @@
 extern "C" {
 #endif
 
-/** What is known of a running task. */
+/** The record of a running task. */
 struct TaskInfo
 {
     const char *name; /**< The program's name in UTF-8. */
 };
 
-/** Whether text can be read aloud. */
+/** Whether the device can read text aloud. */
 bool SvTTSSupported(void);
 
-/** The process id of the current task; less than 1 when there is none. */
+/** The process id of the current task; less than 1 if there is none. */
 int GetCurrentTask(void);
 
-/** The record of a task, or null when it is unknown. It stays the library's and is valid until the
+/** The record of a task, or null if the task is unknown. It belongs to the library and is valid until the
     next call from the same thread. */
 const struct TaskInfo *GetTaskInfo(int pid);
 

@@ -14,36 +14,36 @@
 /// libvxcomponents: JSON files, lazy lists and their model, and the file watch.
 
 namespace vellix {
-/// What libvxcomponents offers.
+/// The components of libvxcomponents.
 namespace components {
 
 /// Reads documents from files.
 class Q_DECL_EXPORT VariantLoader
 {
 public:
-    /// The document of a JSON file: objects as QVariantMap, arrays as QVariantList, whole numbers as
-    /// qlonglong, other numbers as double. Path prefixes are expanded here. Fails with "PATH: REASON" for
-    /// what cannot be read or is no regular file, and with "PATH:LINE:COLUMN: REASON" for what is not JSON.
+    /// The document of a JSON file: objects as QVariantMap, lists as QVariantList, whole numbers as qlonglong, other
+    /// numbers as double. Expands path prefixes. Fails with "PATH: REASON" if the file cannot be read or is not a
+    /// regular file, and with "PATH:LINE:COLUMN: REASON" if it is not JSON.
     static Either<Error, QVariant> loadJson(const QString &fileName);
 };
 
-/// A read-only list model over a count and an item function. The display role (0) of row `r` is
-/// `item(r)`; there are no other roles.
+/// A read-only list model on two functions, `count` and `item`. The display role (0) of row `r` is `item(r)`. There are
+/// no other roles.
 class Q_DECL_EXPORT ReadonlyLazyListModel : public QAbstractListModel
 {
     Q_OBJECT
 
 public:
-    /// Both functions are called whenever the model is asked, never before. An empty `count` means no rows, an
-    /// empty `item` invalid data.
+    /// The functions are called only when the model is queried. Without `count` there are no rows; without `item` the
+    /// data are invalid.
     ReadonlyLazyListModel(const std::function<int()> &count, const std::function<QVariant(int)> &item,
                           QObject *parent = nullptr);
 
-    /// What `count` says; no row has children.
+    /// The result of `count`. Rows have no children.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
-    /// What `item` says of the row; an invalid variant for any other role and for an index that is not there.
+    /// The result of `item` for the row. An invalid variant for any other role and for an invalid index.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// The one role, named "display".
+    /// The only role, named "display".
     QHash<int, QByteArray> roleNames() const override;
 
 private:
@@ -51,26 +51,25 @@ private:
     std::function<QVariant(int)> m_item;
 };
 
-/// A list that its producer computes at the first use. The model made of it reads this very object
-/// and must not outlive it.
+/// A list that its producer computes at the first use. Its model reads this object and must not outlive it.
 template <class T>
 class ReadonlyLazyList
 {
 public:
-    /// Makes the list when it is first asked for.
+    /// Computes the list.
     using Producer = std::function<QList<T>()>;
 
-    /// Without a producer the list is empty. Implicit, so that a function fits where a list is wanted.
+    /// Without a producer the list is empty. Implicit, so that a function can be passed as a list.
     ReadonlyLazyList(const Producer &producer = Producer()) : m_producer(producer) {}
 
-    /// A copy, computed or not as the other is. A model belongs to the list that it was made from: copies
-    /// start without one.
+    /// Copies the producer and the list, if computed, but not the model: a model belongs to the list it was made
+    /// from.
     ReadonlyLazyList(const ReadonlyLazyList &other)
         : m_producer(other.m_producer), m_computed(other.m_computed), m_value(other.m_value)
     {
     }
-    /// Takes over the other's producer and list. A model that was made here stays and reads the new list, without
-    /// telling its views.
+    /// Copies the producer and the list. The model of this list, if any, stays and reads the new list; it does not
+    /// notify its views.
     ReadonlyLazyList &operator=(const ReadonlyLazyList &other)
     {
         m_producer = other.m_producer;
@@ -79,7 +78,7 @@ public:
         return *this;
     }
 
-    /// The list; computed now if it was not. Valid as long as this object is.
+    /// The list, computed at the first call. Valid as long as this object.
     const QList<T> &get() const
     {
         if (!m_computed) {
@@ -90,8 +89,8 @@ public:
         return m_value;
     }
 
-    /// The one model of this list, made at the first call as a child of `parent`. The list is
-    /// computed at the model's first row count. Deleted models are made again.
+    /// The model of this list, created at the first call as a child of `parent`. The model's first row count computes
+    /// the list. If the model was deleted, the next call creates a new one.
     ReadonlyLazyListModel *acquireModel(QObject *parent = nullptr) const
     {
         if (!m_model) {
@@ -101,7 +100,7 @@ public:
         return m_model;
     }
 
-    /// A list of what `f` makes of every element, null ones included. Computed at once.
+    /// Applies `f` to every element, null ones included. Computed immediately.
     template <class U>
     ReadonlyLazyList<U> map(const std::function<U(const T &)> &f) const
     {
@@ -119,13 +118,12 @@ private:
     mutable QList<T> m_value;
 };
 
-/// Files that others change.
+/// Watches files that other programs change.
 namespace fs {
-/// Calls `callback` from the event loop whenever the content of the file at `path` (no prefix) has
-/// changed: written, replaced, deleted or made again, through links, in directories that do not exist
-/// yet, and by file systems that are mounted or unmounted. Writing the same bytes again is no change.
-/// The returned object is a child of `context`; deleting either ends the watch. All watches of a process
-/// belong in one thread, whose event loop serves them.
+/// Calls `callback` from the event loop whenever the content of the file at `path` (no prefix) has changed: written,
+/// replaced, deleted or created again, through links, in directories that do not exist yet, and by file systems that
+/// are mounted or unmounted. Writing the same bytes again is not a change. The returned object is a child of `context`;
+/// deleting either one ends the watch. All watches of a process must be in one thread, whose event loop serves them.
 Q_DECL_EXPORT QObject *__watchFileChange(const QString &path, QObject *context, const std::function<void()> &callback);
 }
 

@@ -5,20 +5,20 @@
 #include <string>
 
 /// @file
-/// What only the host's device libraries have. Nothing that is built for the device includes this.
+/// Functions that only the host's libraries have. Code for the device must not include this.
 
 namespace vellix {
 
 namespace EitherPrivate {
-/// The switch behind shouldExitOnError(); off at start.
+/// Sets shouldExitOnError(), initially false.
 Q_DECL_EXPORT void setExitOnError(bool on);
 }
 
-/// The queries of libdevcaps on a given tree in place of "/sys/class".
+/// The queries of libdevcaps on a given directory instead of "/sys/class".
 namespace devcaps {
-/// What device_has_frontlight() says of this tree: it has a backlight, or an LED named as a front light.
+/// device_has_frontlight() for this directory: it contains a backlight, or an LED that is named as a front light.
 Q_DECL_EXPORT bool hasFrontlight(const std::string &sysClass);
-/// What hw_is_frontlight_color_supported() says of it: a warm and a cold channel are among those.
+/// hw_is_frontlight_color_supported() for this directory: these include a warm and a cold channel.
 Q_DECL_EXPORT bool hasColourFrontlight(const std::string &sysClass);
 }
 
