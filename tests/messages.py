@@ -43,7 +43,8 @@ def literals(source, isLibrary):
     else:
         given = "|".join(re.findall(r"\w+", " ".join([SINKS, *calls])))
         # What declares a verb or an option has its help.
-        returned = re.sub(r'\w+\("\d+"\)', "", " ".join(re.findall(r"\breturn (?!(?:verb|text|flag)\(\"\d+\",)[^;>]*;", code)))
+        returned = re.findall(r'\breturn (?!(?:verb|text|flag)\("\d+",)[^;>]*;', code)
+        returned = re.sub(r'\w+\("\d+"\)', "", " ".join(returned))
         messages = numbers(calls + re.findall(r"\b(?:%s) = [^;]*;" % given, code))
         messages |= {number for number in numbers([returned]) if " " in texts[number]}
     family = [texts[int(number)].split("/")[-1] for number in re.findall(r'Error\(\{"(\d+)", line\}', code)]
