@@ -155,7 +155,8 @@ def known():
     reasons = {}
     for line in (HERE / "survivors.txt").read_text().splitlines():
         if line and not line.startswith("#"):
-            name, what, reason = line.split(" | ")
+            name, rest = line.split(" | ", 1)
+            what, reason = rest.rsplit(" | ", 1)
             reasons[name, what] = reason
     return reasons
 
