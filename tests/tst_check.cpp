@@ -827,6 +827,9 @@ private Q_SLOTS:
             "5:88 not-available: gesture 'odd' does not offer its own action 'b'\n"
             "1:28 unknown-gesture: unknown gesture 'bas'\n"
             "1:47 not-available: gesture 'odd' does not offer the action 'b'");
+        row("its fixed action is not known", R"({"id": "odd", "kind": "tap", "zone": "left", "currentAction": 5})",
+            "5:46 fixed-action: gesture 'odd' always performs this action: a user's choice has no effect\n"
+            "1:28 unknown-gesture: unknown gesture 'bas'");
     }
 
     void bindingsOfRefusedGestures()
