@@ -78,7 +78,8 @@ static void reportChoice(const Subject &subject, const QString &id, const QStrin
     }
     // A save writes what a fixed gesture does, too.
     const Gesture *fixed = entries.first().gesture;
-    if (std::all_of(entries.cbegin(), entries.cend(), isFixed) && fixed->currentAction()->path() != path)
+    const bool isKnown = entries.first().hasActions() && std::all_of(entries.cbegin(), entries.cend(), isFixed);
+    if (isKnown && fixed->currentAction()->path() != path)
         findings->add("hidden-binding", place[id],
                       QStringLiteral("gesture ") + quoted(id) + QStringLiteral(" always performs ")
                               + quoted(fixed->currentAction()->path()));
