@@ -1,9 +1,9 @@
-// What the library costs beside what cannot be avoided. `bench` prints the table and fails when a ratio misses its
-// goal by more than 15 %; `bench GROUP...` takes some of its groups; `bench --series` prints load and lookup against
+// Compares the cost of the library with the unavoidable work. `bench` prints the table and fails if a ratio is more
+// than 15 % over its target; `bench GROUP...` runs some of its groups; `bench --series` prints load and lookup against
 // the number of gestures.
 //
-// Own code instead of Google Benchmark: that takes one side's repetitions after the other's, or in a random order, and
-// knows no ratio. Here the two sides of each row take turns and every turn has its own ratio.
+// Own code instead of Google Benchmark: that runs one side's repetitions after the other's, or in a random order, and
+// has no ratios. Here the two sides of each row take turns and every turn has its own ratio.
 
 #include "bench.h"
 
@@ -37,7 +37,7 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen"); // the shortcut map asks the platform for its keys
     const QTemporaryDir runtime;
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR"))
-        qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit()); // it would complain into the table
+        qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit()); // its warning would spoil the table
     QGuiApplication app(argc, argv);
     const QStringList wanted = app.arguments().mid(1);
     if (wanted == QStringList("--series"))

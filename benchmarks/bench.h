@@ -3,7 +3,7 @@
 #include "comparison.h"
 #include "sample.h"
 
-/// The groups of rows, each with what it needs; one source each.
+/// The groups of rows with their requirements; one source each.
 std::vector<Row> benchLoad();
 std::vector<Row> benchRefusal();
 std::vector<Row> benchLookup();
@@ -12,6 +12,6 @@ std::vector<Row> benchClone();
 std::vector<Row> benchWatch();
 std::vector<Row> benchStart();
 
-/// A load and a lookup at any size beside what they are held against.
+/// A load and a lookup at any size, and the work that each is compared with.
 Comparison loadAt(const Size &size);
 Comparison lookupAt(const Size &size);

@@ -28,8 +28,8 @@ static auto load(const QString &fileName, const FeaturesProvider &features, QObj
     return Configuration::loadJson(fileName, &features, GestureService::predefinedZones, {}, owner);
 }
 
-// The document is freed within the load, so it is freed within its share of the time here as well; the gestures are
-// what a load is for: they are freed later.
+// Both sides free the document within the measured time, as a load does. They free the gestures later, as these are its
+// result.
 static double documentTime(const QString &fileName)
 {
     return nanoseconds([&] { return readDocument(fileName).isValid(); });
@@ -47,7 +47,7 @@ static double loadTime(const QString &fileName, int gestures)
     });
 }
 
-// Every field of every entry, as text or as list of texts, the cheapest forms that there are.
+// Every field of every entry, as text or as a list of texts, the cheapest possible forms.
 static double kconfigTime(const QString &fileName, int gestures)
 {
     struct Entry
@@ -83,7 +83,7 @@ static double kconfigTime(const QString &fileName, int gestures)
     });
 }
 
-// What an application waits for at its first touch: the list and the index of the lookups.
+// The wait of an application at its first touch: the list and the index of the lookups.
 static double firstLookupTime(const QString &fileName)
 {
     const SampleFeatures features;
@@ -96,7 +96,7 @@ static double firstLookupTime(const QString &fileName)
     });
 }
 
-// Of many services at once, since single blocks that the allocator holds back count as used.
+// The average of many services, since single blocks that the allocator holds back count as used.
 static double bytesPerGesture(const Size &size)
 {
     const SampleTree tree(size);
@@ -106,7 +106,7 @@ static double bytesPerGesture(const Size &size)
         findFirst(*service);
         return service;
     };
-    loaded(); // what the first load of a process makes once is nobody's
+    loaded(); // the first load of a process makes objects that all share
     const std::size_t before = mallinfo2().uordblks;
     std::vector<std::unique_ptr<GestureService>> services;
     for (int i = 0; i < 50; ++i)
@@ -137,7 +137,7 @@ static Comparison loadBesideKConfig(const Size &size, int turns)
                    [&] { return kconfigTime(ini, size.gestures); }, turns);
 }
 
-// Both sizes in turns, each for itself.
+// Alternates the two sizes.
 static Comparison largeBesideMedium()
 {
     const SampleTree large(sizeL);

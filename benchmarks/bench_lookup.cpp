@@ -13,7 +13,7 @@ static GestureService *makeService(const QString &file, const FeaturesProvider &
     return new GestureService(ApplicationPaths({}, {}, file), &features, true, parent);
 }
 
-// A service of the sample and the touches for it.
+// A service with the sample, and touches for it.
 class LookupBench
 {
 public:
@@ -90,7 +90,7 @@ private:
     std::vector<PlainGesture> m_plain;
 };
 
-// As many shortcuts as there are gestures; every other key pressed is one of them.
+// As many shortcuts as there are gestures; every other pressed key is one of them.
 class ShortcutBench : public QObject
 {
 public:
@@ -126,7 +126,7 @@ protected:
     }
 
 private:
-    static constexpr int firstKey = 0x4e00; // any letters will do
+    static constexpr int firstKey = 0x4e00; // any letters work
 
     QShortcutMap m_map;
     std::vector<QKeyEvent> m_keys;
@@ -146,7 +146,7 @@ static Comparison besideShortcuts(const Size &size)
     return compare([&] { return bench.ours(); }, [&] { return shortcuts.perKey(); }, 21);
 }
 
-// The same tap, among gestures of its own kind alone and among a hundred times as many of other kinds.
+// The same tap, among gestures of its own kind only and among a hundred times as many of other kinds.
 static Comparison amongOthers()
 {
     const auto serviceAmong = [](int others, QObject *owner) {

@@ -16,7 +16,7 @@ static bool synced(int descriptor)
     return descriptor >= 0 && fsync(descriptor) == 0 && close(descriptor) == 0;
 }
 
-// What has to be done for a file that is whole after any crash, for this one file.
+// The necessary work for a file that is whole after any crash, for this one file.
 static double saveByHand(const QString &fileName, const QList<Gesture *> &gestures)
 {
     const QByteArray file = QFile::encodeName(fileName);
@@ -26,7 +26,7 @@ static double saveByHand(const QString &fileName, const QList<Gesture *> &gestur
         QMap<QString, QString> choices;
         for (const Gesture *gesture : gestures)
             choices.insert(gesture->id(), gesture->currentAction()->path());
-        QJsonObject actions; // in order: the object moves all that is behind what it inserts
+        QJsonObject actions; // in order: each insertion moves all later members
         for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice)
             actions.insert(choice.key(), *choice);
         const QByteArray text = QJsonDocument(QJsonObject{{"actions", actions}, {"version", 1}}).toJson();

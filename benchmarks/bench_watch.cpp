@@ -17,7 +17,7 @@ using namespace vellix::gesture;
 
 using Clock = std::chrono::steady_clock;
 
-// Another writer, who replaces the file by one rename while we wait.
+// Another writer. It replaces the file by one rename while we wait.
 class Replacement
 {
 public:
@@ -25,7 +25,7 @@ public:
         : m_thread([this, target = QFile::encodeName(file), content] {
               const QByteArray fresh = target + ".new";
               writeFile(QFile::decodeName(fresh), content);
-              std::this_thread::sleep_for(std::chrono::milliseconds(5)); // by now the other side waits
+              std::this_thread::sleep_for(std::chrono::milliseconds(5)); // the other side waits by now
               m_time = Clock::now();
               std::rename(fresh, target);
           })
@@ -45,7 +45,7 @@ private:
     std::thread m_thread;
 };
 
-// Never the same bytes twice.
+// Never returns the same bytes twice.
 static QByteArray nextBindings()
 {
     static int number = 0;

@@ -5,11 +5,11 @@
 
 Comparison compare(const Measurement &ours, const Measurement &beside, int turns)
 {
-    ours(); // not counted: the first of each fills the caches
+    ours(); // not counted: the first call of each side fills the caches
     beside();
     std::vector<double> oursAll, besideAll, ratios;
     for (int turn = 0; turn < turns; ++turn) {
-        // Who goes first changes with every turn.
+        // Each turn swaps the first and the second side.
         const bool first = turn % 2;
         const double a = first ? ours() : 0;
         const double b = beside();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Two things measured in turns within one run, so that whatever else the machine does falls on both alike.
+// Two functions measured in turns within one run, so that other work of the machine affects both alike.
 
 #include <QString>
 
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-/// One turn; gives its cost: nanoseconds, or whatever the row's unit is.
+/// Runs one turn and returns its cost: nanoseconds, or the unit of the row.
 using Measurement = std::function<double()>;
 
 struct Comparison
@@ -19,19 +19,19 @@ struct Comparison
     double ratio; // the median of the turns' own ratios
 };
 
-/// Takes both in turns, `turns` times each.
+/// Measures both in turns, `turns` times each.
 Comparison compare(const Measurement &ours, const Measurement &beside, int turns);
 
 double median(std::vector<double> values);
 
-/// The nanoseconds that a call takes. What it returns is destroyed after the clock has stopped.
+/// The nanoseconds that a call takes. Its result is destroyed after the clock has stopped.
 template <class Call>
 double nanoseconds(const Call &call)
 {
     const auto start = std::chrono::steady_clock::now();
     const auto result = call();
     const auto end = std::chrono::steady_clock::now();
-    asm volatile("" : : "g"(&result) : "memory"); // the result is used: the call cannot be left out
+    asm volatile("" : : "g"(&result) : "memory"); // uses the result, so the compiler keeps the call
     return std::chrono::duration<double, std::nano>(end - start).count();
 }
 
@@ -42,13 +42,13 @@ struct Row
     QString beside;
     QString ours; // medians, as text
     QString theirs;
-    double value; // what is held against the goal
+    double value; // compared with the target
     QString unit;
     double goal;
-    bool ofThisMachine = false; // another one would give another value
+    bool ofThisMachine = false; // another machine would give another value
 };
 
-/// A row fails when it misses its goal by more than 15 %, unless it depends on the machine.
+/// A row fails if it is more than 15 % over its target, unless it depends on the machine.
 bool fails(const Row &row);
 
 /// "met", "missed" or "FAILED".

@@ -1,4 +1,4 @@
-// One load and one lookup, to be counted instruction by instruction.
+// One load and one lookup, for counting their instructions.
 
 #include "sample.h"
 
@@ -9,7 +9,7 @@
 
 using namespace vellix::gesture;
 
-// The counter is switched on in these two functions alone: their names are known to scripts/bench.
+// The counter runs in these two functions only: scripts/bench contains their names.
 extern "C" {
 Q_DECL_EXPORT Q_NEVER_INLINE QList<Gesture *> counted_load(const QString &file, const FeaturesProvider *features,
                                                            QObject *owner);
@@ -37,7 +37,7 @@ int main(int argc, char *argv[])
     const GestureService service(ApplicationPaths({}, {}, tree.defaultFile()), &features, true);
     Gesture *const last = service.gestureList().last();
     const Touch touch{last->modes().value(0), last->kind(), last->direction(), last->zone().center()};
-    service.findGesture({}, Gesture::Tap, Gesture::NoDirection, {}); // the first one makes the index
+    service.findGesture({}, Gesture::Tap, Gesture::NoDirection, {}); // the first lookup makes the index
     const bool found = counted_lookup(service, touch);
     return gestures.size() == sizeS.gestures && found ? 0 : 1;
 }

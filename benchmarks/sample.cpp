@@ -66,13 +66,13 @@ static QJsonObject gesture(int i, const Size &size)
 {
     const bool moves = i % 4 >= 2;
     QJsonObject entry{{"kind", kinds.at(i % 4)}, {"availableActions", availableOf(i, size)}};
-    if (i % 2 || i >= 40) // formed ones would soon be the same
+    if (i % 2 || i >= 40) // formed ids would soon repeat
         entry.insert("id", QString("Gesture%1").arg(i));
     if (i % 20 != 19)
         entry.insert("modes", QJsonArray{modes.at(i / 4 % 3)});
     if (moves)
         entry.insert("direction", directions.at(i / 4 % 4));
-    // The last ones catch what is left, on the whole screen.
+    // The last gestures catch the remaining touches, on the whole screen.
     if (!moves || i < size.gestures * 24 / 25)
         entry.insert("zone", zoneOf(i, size));
     if (i % 5 == 0)

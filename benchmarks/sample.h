@@ -1,7 +1,7 @@
 #pragma once
 
-// Configurations of any size, shaped like the sample one: groups, fallback lists, inline actions, named
-// and own zones. The same size gives the same bytes everywhere.
+// Configurations of any size, shaped like the sample one: groups, fallback lists, inline actions, named and own zones.
+// The same size gives the same bytes everywhere.
 
 #include <gesture_api/gestureservice.h>
 
@@ -22,7 +22,7 @@ constexpr Size sizeS{"S", 50, 60};
 constexpr Size sizeM{"M", 500, 300};
 constexpr Size sizeL{"L", 5000, 2000};
 
-/// The gesture configuration of this size, as the file that is shipped.
+/// The gesture configuration of this size, as a shipped file.
 QByteArray sampleConfiguration(const Size &size);
 /// The same fields as groups of an INI file.
 QByteArray sampleIni(const Size &size);
@@ -35,20 +35,20 @@ struct Touch
     QPointF position;
 };
 
-/// What a touch of the configuration's first gesture finds, whatever the size.
+/// A touch that finds the configuration's first gesture, at any size.
 inline vellix::gesture::Gesture *findFirst(const vellix::gesture::GestureService &service)
 {
     using vellix::gesture::Gesture;
     return service.findGesture("menu", Gesture::Tap, Gesture::NoDirection, QPointF(0.1, 0.5));
 }
 
-/// 4,096 touches in random order (always the same), one half of which finds a gesture.
+/// 4,096 touches in random order (always the same); one half of them finds a gesture.
 std::vector<Touch> sampleTouches(const QList<vellix::gesture::Gesture *> &gestures);
 
-/// Whether this gesture is the touch's, as the plainest program would write it.
+/// Whether this gesture matches the touch, in the plainest possible code.
 bool matches(const vellix::gesture::Gesture &gesture, const Touch &touch);
 
-/// The data directories of a machine with one application, "sample"; this process uses them from now on.
+/// The data directories of a machine with one application, "sample"; this process uses them from then on.
 class SampleTree
 {
 public:

@@ -1,4 +1,4 @@
-// A program of the toolkit that does nothing.
+// A Qt program that does nothing.
 
 #include "started.h"
 

@@ -1,4 +1,4 @@
-// A reading application up to the answer to its first touch.
+// A reading application, from its start to the result of its first lookup.
 
 #include "sample.h"
 #include "started.h"

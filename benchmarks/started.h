@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-/// What a started program tells of the moment when it has done its work.
+/// The report of a started program at the moment when its work is done.
 struct Started
 {
     double at; // the machine's monotonic clock, in nanoseconds
@@ -19,7 +19,7 @@ inline double monotonicNanoseconds()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// Writes it to the standard output; the status to end with.
+/// Writes it to the standard output; returns the exit status.
 inline int tellStarted()
 {
     Started started{monotonicNanoseconds(), 0};

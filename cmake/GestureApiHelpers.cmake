@@ -1,4 +1,4 @@
-# As find_package, but a package that is missing is told by the name under which Debian installs it.
+# Like find_package, but names the Debian package of a missing dependency.
 macro(gesture_api_require package version debian)
     find_package(${package} ${version} QUIET)
     if(NOT ${package}_FOUND)
@@ -6,7 +6,7 @@ macro(gesture_api_require package version debian)
     endif()
 endmacro()
 
-# The same for a program; Debian's packages are named as the programs that we use.
+# The same for a program; its Debian package has the same name.
 macro(gesture_api_require_program variable program)
     find_program(${variable} ${program})
     if(NOT ${variable})
@@ -14,7 +14,7 @@ macro(gesture_api_require_program variable program)
     endif()
 endmacro()
 
-# What every target of this project shares.
+# The common settings of all targets of this project.
 function(gesture_api_defaults target)
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
@@ -30,9 +30,9 @@ function(gesture_api_defaults target)
         "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 endfunction()
 
-# A test of the checked build takes a third of the time when the headers that most sources begin with are read once:
-# gesture_api_precompile(TARGET HEADER...) or gesture_api_precompile(TARGET REUSE_FROM OTHER). It hides which header a
-# source forgot, so that only one preset does it.
+# Precompiles the headers that most sources begin with; a test of the checked build then takes a third of the time:
+# gesture_api_precompile(TARGET HEADER...) or gesture_api_precompile(TARGET REUSE_FROM OTHER). It hides missing
+# includes, so only one preset does it.
 function(gesture_api_precompile target)
     if(GESTURE_API_PRECOMPILE AND ARGV1 STREQUAL "REUSE_FROM")
         target_precompile_headers(${target} ${ARGN})
@@ -41,7 +41,7 @@ function(gesture_api_precompile target)
     endif()
 endfunction()
 
-# A shared library of this project: versioned, installed and exported as GestureApi::NAME.
+# Adds a shared library of this project: versioned, installed and exported as GestureApi::NAME.
 function(gesture_api_shared_library target)
     add_library(${target} SHARED ${ARGN})
     add_library(GestureApi::${target} ALIAS ${target})
@@ -49,9 +49,9 @@ function(gesture_api_shared_library target)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-        INSTALL_RPATH "$ORIGIN") # its neighbours, wherever the prefix is
+        INSTALL_RPATH "$ORIGIN") # finds its neighbours under any prefix
     target_link_options(${target} PRIVATE -Wl,--as-needed)
-    if(NOT CMAKE_CXX_FLAGS MATCHES "sanitize") # whose runtime only programs have
+    if(NOT CMAKE_CXX_FLAGS MATCHES "sanitize") # only programs have the sanitizers' runtime
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
     install(TARGETS ${target} EXPORT GestureApiTargets

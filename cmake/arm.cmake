@@ -1,4 +1,4 @@
-# A toolchain for an ARM device: Debian's cross compiler builds, and what runs on the way runs under qemu. It takes
+# A toolchain for an ARM device: Debian's cross compiler builds, and qemu runs the programs of the build. It takes
 #     -DARM_TRIPLET=TRIPLET        arm-linux-gnueabihf or aarch64-linux-gnu: the compiler is TRIPLET-g++
 #     -DCMAKE_SYSROOT=DIRECTORY    the device's root, with the headers of its libraries and with Qt's tools for this machine
 foreach(variable ARM_TRIPLET CMAKE_SYSROOT)

@@ -1,5 +1,5 @@
-// Calls of everything that a program can call, in any order, with slots that do the same from within. Three bytes or so
-// make a call; what a slot calls comes from the same bytes.
+// Calls every function of the interface in any order, also from within slots. About three bytes make a call; calls of
+// slots come from the same bytes.
 
 #include "fuzzing.h"
 
@@ -25,7 +25,7 @@
 using namespace vellix;
 using namespace vellix::gesture;
 
-// Stands before the platform library's.
+// Takes precedence over the platform library's.
 namespace vellix {
 namespace utilities {
 namespace log {
@@ -41,7 +41,7 @@ static constexpr int maxCalls = 256; // of one input
 static constexpr int maxDepth = 4;   // of slots within slots
 static unsigned long long allCalls = 0;
 
-// All that is read and written, and what ends with the process.
+// The files of all calls; removed at the end of the process.
 static QTemporaryDir &files()
 {
     static QTemporaryDir directory;
@@ -119,7 +119,7 @@ private:
         pool.removeAll(nullptr);
         return pool.isEmpty() ? nullptr : pool.at(number(pool.size() - 1)).data();
     }
-    // The same, for whoever destroys it: nobody finds it any more.
+    // The same, for destroying it: later calls do not find it.
     template <class T>
     T *taken(Pool<T> &pool)
     {
@@ -155,7 +155,7 @@ private:
     }
     const FeaturesProvider *anyFeatures() { return number(7) ? &m_features : nullptr; }
 
-    // From within a slot.
+    // Makes calls from within a slot.
     void react()
     {
         if (m_depth >= maxDepth || m_calls >= maxCalls || m_bytes.remaining_bytes() == 0)
@@ -192,16 +192,16 @@ private:
     int m_depth = 0;
     fuzzing::Features m_features;
     QObject m_slots; // ends all connections
-    QObject m_owner; // of what has no other owner
+    QObject m_owner; // of objects without another owner
     Pool<Action> m_actions;
-    QSet<Action *> m_dying; // which nobody may destroy again
+    QSet<Action *> m_dying; // must not be destroyed again
     Pool<Gesture> m_gestures;
     Pool<ActionProxyNode> m_trees;
-    Pool<ActionProxyNode> m_nodes; // of trees, which own them
+    Pool<ActionProxyNode> m_nodes; // owned by their trees
     Pool<GestureService> m_services;
     Pool<GestureServiceProvider> m_providers;
     Pool<GestureKindFilterModel> m_models;
-    // What was told last.
+    // The last announced values.
     QHash<const Gesture *, Action *> m_currentActions;
     struct Told
     {
@@ -287,7 +287,7 @@ Gesture *World::adopted(Gesture *gesture)
 {
     m_gestures.append(gesture);
     reactTo(gesture, &Gesture::currentActionChanged);
-    // Told after what the slot before may have done.
+    // Connected last, so that this gets the value after the slot before has made its calls.
     m_currentActions.insert(gesture, gesture->currentAction());
     QObject::connect(gesture, &Gesture::currentActionChanged, &m_slots,
                      [this, gesture](Action *action) { m_currentActions[gesture] = action; });
@@ -447,7 +447,7 @@ void World::callProvider()
         QObject::connect(provider, &GestureServiceProvider::serviceChanged, &m_slots,
                          [this, provider](GestureService *service) {
                              m_told[provider].service = service;
-                             if (service) // it is alive, whatever the slot before has done
+                             if (service) // the provider has a living service, whatever the slot before has done
                                  fuzzing::require(service->parent() == provider);
                          });
         return;
@@ -463,7 +463,7 @@ void World::callProvider()
     case 7: provider->installService(anyFeatures(), QLatin1String(app()), coin()); break;
     case 8: provider->syncApp(QLatin1String(app()), anyFeatures()); break;
     default:
-        m_told[provider].service = nullptr; // nobody is told of this, and need not be
+        m_told[provider].service = nullptr; // no signal announces this, as intended
         delete provider->service();
     }
 }
@@ -527,7 +527,7 @@ void World::runLoop() const
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-// What holds when no slot is under way.
+// The invariants while no slot is under way.
 void World::check() const
 {
     for (const auto &gesture : m_gestures) {

@@ -1,4 +1,4 @@
-// Variants as no JSON text could make them: any type anywhere, built from the fuzzer's bytes.
+// Variants that no JSON text could produce: any type anywhere, built from the fuzzer's bytes.
 
 #include "fuzzing.h"
 
@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const fuzzing::Features features;
     FuzzedDataProvider bytes(data, size);
     QVariantMap root = variant(bytes, 4).toMap();
-    // Rarely all of a document would be there by chance.
+    // By chance, a whole document would be rare.
     if (bytes.ConsumeBool()) {
         root.insert(QStringLiteral("actions"),
                     QVariantList{QVariantMap{{QStringLiteral("path"), QStringLiteral("a")},

@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// What the fuzzers share.
+// Shared code of the fuzzers.
 
 namespace fuzzing {
 
@@ -19,7 +19,7 @@ inline QVariant document(const std::uint8_t *data, std::size_t size)
     return QJsonDocument::fromJson(text).toVariant();
 }
 
-/// Every second feature is there, so that both ways are walked.
+/// Every second feature is supported, so that both branches run.
 class Features : public vellix::gesture::FeaturesProvider
 {
 public:
@@ -43,7 +43,7 @@ inline void require(bool holds)
         __builtin_trap();
 }
 
-/// Bindings that are written read back equal.
+/// Written bindings must be equal when they are read back.
 inline void roundTrip(const QList<vellix::gesture::Gesture *> &gestures)
 {
     using Bindings = vellix::gesture::Configuration::ActionBindings;
@@ -55,7 +55,7 @@ inline void roundTrip(const QList<vellix::gesture::Gesture *> &gestures)
     const QByteArray text = QJsonDocument::fromVariant(Bindings::toVariant(gestures)).toJson();
     const auto read = Bindings::fromVariant(QJsonDocument::fromJson(text).toVariant().toMap());
     require(read.isRight());
-    // Text that is no Unicode cannot be written to a file; everything else must come back.
+    // Invalid Unicode cannot be written to a file; everything else must come back.
     bool writable = true;
     for (auto binding = expected.cbegin(); binding != expected.cend(); ++binding) {
         const QString both = binding.key() + *binding;
@@ -64,7 +64,7 @@ inline void roundTrip(const QList<vellix::gesture::Gesture *> &gestures)
     require(!writable || read.right() == expected);
 }
 
-/// Everything that a client does with gestures that were loaded.
+/// Uses loaded gestures in every way that a client can.
 inline void use(const QList<vellix::gesture::Gesture *> &gestures)
 {
     using namespace vellix::gesture;
@@ -80,7 +80,7 @@ inline void use(const QList<vellix::gesture::Gesture *> &gestures)
         gesture->supported();
         const ActionProxyNode *tree = gesture->actionTree();
         require(!tree == gesture->availableActions().isEmpty());
-        delete tree; // no event loop will
+        delete tree; // no event loop will do it
     }
     for (const Gesture *gesture : service.gestureList())
         delete gesture->actionTree();

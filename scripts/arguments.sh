@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# Sourced by every script: it answers --help and refuses what the script does not take, before anything is done. An
-# interrupt ends a script, whatever the program that it has met made of it.
+# Sourced by every script: it answers --help and refuses unknown arguments before anything is done. An interrupt always
+# ends a script, even if a program that it runs handles the signal.
 
 trap 'exit 130' INT
 
-# about LINE LINE LINE -- ARGUMENT...: three lines that --help prints, the first of them how the script is called.
+# about LINE LINE LINE -- ARGUMENT...: --help prints the three lines; the first one is the usage.
 about() {
     about=("${@:1:3}")
     local argument
@@ -18,7 +18,7 @@ refuse() { # REASON
     exit 2
 }
 
-# takes COUNT PATTERN -- ARGUMENT...: so many arguments at most, each of which matches the regular expression.
+# takes COUNT PATTERN -- ARGUMENT...: at most COUNT arguments, each of which matches the regular expression.
 takes() {
     local argument
     [ $(($# - 3)) -le "$1" ] || refuse "too many arguments"

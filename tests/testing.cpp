@@ -216,7 +216,7 @@ static void log(const QString &level, const std::string &file, int line, const s
 
 }
 
-// The program's own log stands before the platform library's.
+// The program's own log takes precedence over the platform library's.
 namespace vellix {
 namespace utilities {
 namespace log {

@@ -17,18 +17,19 @@
 #include <initializer_list>
 #include <utility>
 
-// What the tests share.
+// Shared code of the tests.
 
-#ifndef TESTING_PATIENCE // less where faults keep much from happening
+#ifndef TESTING_PATIENCE // shorter where faults prevent most events
 #define TESTING_PATIENCE 120'000
 #endif
 
 namespace testing {
 
-/// Milliseconds after which a test no longer waits for another process. It ends what hangs: no test waits for it.
+/// Milliseconds after which a test stops waiting for another process. It only ends hanging ones: passing tests never
+/// wait for it.
 constexpr int patience = TESTING_PATIENCE;
 
-/// Any JSON value as the loader would hand it over.
+/// Any JSON value in the form that the loader returns.
 QVariant json(const QByteArray &text);
 inline QVariantMap jsonMap(const QByteArray &text)
 {
@@ -45,14 +46,14 @@ QString failure(const vellix::Either<vellix::Error, T> &result)
     return records.size() == 1 ? QString::fromStdString(records.front().message) : QStringLiteral("not one record");
 }
 
-/// The file of the place where a failed result was made.
+/// The file that made a failed result.
 template <class T>
 QString failureFile(const vellix::Either<vellix::Error, T> &result)
 {
     return result.isRight() ? QString() : QString::fromStdString(result.left().records.front().location.file);
 }
 
-/// Everything printed while `print` writes to a debug stream.
+/// The text that `print` writes to a debug stream.
 template <class Print>
 QString debugText(const Print &print)
 {
@@ -71,7 +72,7 @@ struct LogLine
     QString body;
 };
 
-/// Takes what is logged while it lives, through the platform's log or Qt's, away from the terminal.
+/// Captures the log while it lives, through the platform's log or Qt's, and keeps it off the terminal.
 class LogCapture
 {
 public:
@@ -96,11 +97,11 @@ public:
     void add(const QString &name, bool supported);
 
     QList<vellix::gesture::Feature *> features;
-    mutable int asked = 0;     // for all of them
-    mutable int evaluated = 0; // of them, whether they are supported
+    mutable int asked = 0;     // for all features
+    mutable int evaluated = 0; // the features that were asked whether they are supported
 };
 
-/// Data directories of a user and a system, made for one test.
+/// Data directories of a user and a system for one test.
 class DataTree
 {
 public:
@@ -123,40 +124,40 @@ private:
     QTemporaryDir m_root;
 };
 
-/// Writes a file with its directories.
+/// Writes a file, and makes its directories.
 void writeFile(const QString &path, const QByteArray &bytes);
 QByteArray readFile(const QString &path);
-/// How a program ended, and what it said.
+/// The exit code and the output of a program.
 struct Run
 {
-    int exitCode; // negative when it crashed or did not end
+    int exitCode; // negative if it crashed or did not end
     QString out;
     QString err;
 };
 /// Waits for the end of a started program.
 Run ended(QProcess *process);
 Run run(const QString &program, const QStringList &arguments);
-/// Starts a program with each of these arguments, lets all go on at once when each has printed something, and returns
-/// their exit codes: none when one is silent.
+/// Starts a program with each of these arguments, releases all at once when each has printed something, and returns
+/// their exit codes: an empty list if one stays silent.
 QList<int> runAtOnce(const QString &program, const QList<QStringList> &arguments);
-/// What `run` returns in a forked child; -1 when that has crashed.
+/// The result of `run` in a forked child; -1 if the child has crashed.
 int inChild(const std::function<int()> &run);
-/// A callback that shows a dialog when it is called first: `meanwhile` is run within after so many milliseconds, and
-/// the next call ends it with `last`.
+/// A callback that shows a dialog at its first call: it runs `meanwhile` after this number of milliseconds, and the
+/// next call ends it with `last`.
 std::function<void()> dialogCallback(int milliseconds, const std::function<void()> &meanwhile,
                                      const std::function<void()> &last);
 /// The bytes of an access list: the rights (4 read, 2 write, 1 execute) of the owner, of one more user, of the group,
-/// of the mask and of everybody else. More than one user are numbered from this one on.
+/// of the mask and of all others. More users are numbered from this one on.
 QByteArray accessList(int owner, unsigned user, int ofUser, int group, int mask, int other, unsigned users = 1);
 /// Every file below a directory, hidden ones included, as sorted relative paths.
 QStringList filesBelow(const QString &directory);
 
 }
 
-/// Fails with the left side's message when a result is not right.
+/// Fails with the left side's message if a result is not right.
 #define VERIFY_RIGHT(result) QVERIFY2((result).isRight(), qPrintable(testing::failure(result)))
 
-// Qt's own give up after 5 seconds, which a busy machine takes.
+// Qt's own macros give up after 5 seconds; a busy machine needs more.
 #undef QTRY_VERIFY
 #define QTRY_VERIFY(expr) QTRY_VERIFY_WITH_TIMEOUT((expr), testing::patience / 2)
 #undef QTRY_COMPARE

@@ -31,10 +31,10 @@ protected Q_SLOTS:
 protected:
     static Run gesturectl(const QStringList &arguments) { return run(GESTURECTL, arguments); }
 
-    /// A file of choices, of what stands in the braces of its "actions".
+    /// A bindings file with this text between the braces of its "actions".
     static QByteArray choices(const QByteArray &actions) { return R"({"version": 1, "actions": {)" + actions + "}}"; }
 
-    /// Compares with the row's "status" and "error", which is in the one line on standard error; none when empty.
+    /// Compares with the row's "status" and "error": a part of the one line on standard error, or empty for no line.
     static void compareEnd(const Run &run)
     {
         QFETCH(QString, error);

@@ -150,7 +150,7 @@ private Q_SLOTS:
         QFETCH(QVariant, entry);
         const auto result = Action::fromVariant(entry, &provider, QMap<QString, Action *>(), &parent);
         QTEST(failure(result), "expected");
-        // The place that failed, not the one that handed it up.
+        // The place of the failure, not the one that returned it.
         QCOMPARE(testing::failureFile(result), QStringLiteral("../../../gesture_api/src/feature"));
         QCOMPARE(parent.children(), QObjectList());
     }
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QTEST(action->path(), "path");
         QTEST(action->titles(), "titles");
         QTEST(featureNames(action), "features");
-        QCOMPARE(provider.evaluated, 0); // not before somebody wants to know
+        QCOMPARE(provider.evaluated, 0); // not before the first query
         QTEST(action->supported(), "supported");
     }
 
@@ -348,7 +348,7 @@ private Q_SLOTS:
         for (Action *action : {&empty, &titled}) {
             QSignalSpy lastTitleChanged(action, &Action::lastTitleChanged);
             Q_EMIT action->titlesChanged({QStringLiteral("other")});
-            // Its own last title, whatever the signal carried.
+            // The last title, whatever the signal carried.
             QCOMPARE(lastTitleChanged, QList<QVariantList>{{action->lastTitle()}});
         }
     }

@@ -69,7 +69,7 @@ static QString path(const testing::DataTree &tree)
     return tree.userFile(QStringLiteral("app"));
 }
 
-/// Fails with the message when the bindings can not be saved.
+/// Fails with the message if the bindings cannot be saved.
 #define VERIFY_SAVED(name, gestures)                                                                                   \
     do {                                                                                                               \
         const auto saved = ActionBindings::saveJson(name, (gestures).list);                                            \
@@ -228,7 +228,7 @@ private Q_SLOTS:
         testing::writeFile(path(tree), bytes);
         QCOMPARE(outcome(ActionBindings::loadJson(path(tree))),
                  QString(expected).replace(QStringLiteral("%1"), path(tree)));
-        // A name is shown as it was received, prefix and all.
+        // The path is shown as it was given, with its prefix.
         const QString unexpanded = QStringLiteral("${USERDATA}/gestures/apps/current/app/cfg.json");
         QCOMPARE(outcome(ActionBindings::loadJson(unexpanded)), expected.replace(QStringLiteral("%1"), unexpanded));
     }

@@ -9,8 +9,8 @@ using testing::jsonMap;
 
 using ActionGroups = QMap<QString, QList<Action *>>;
 
-// What every list is read with: actions "one", "two" and the unsupported "dark" and "%1", and the
-// group "group" of "one" and "dark".
+// Every list is read with actions "one", "two" and the unsupported "dark" and "%1", and with the group "group" of "one"
+// and "dark".
 struct Known
 {
     testing::Features provider{{"on", true}, {"off", false}};
@@ -22,7 +22,7 @@ struct Known
     Action *placeholder = new Action(QStringLiteral("%1"), {}, {provider.features.at(1)}, &owner);
     QList<Action *> actions{one, two, nullptr, dark, placeholder};
     ActionGroups groups{{QStringLiteral("group"), {one, dark}}, {QStringLiteral("empty"), {}}};
-    QObject parent; // of what is defined inline
+    QObject parent; // of inline actions
 };
 
 static QStringList pathsOf(const QList<Action *> &actions)
@@ -59,7 +59,7 @@ class tst_ActionLists : public QObject
         QTest::newRow(rule) << json(fault) << expected << file;
     }
 
-    // Words of a row; none for an empty text.
+    // The words of a row; empty for an empty text.
     static QStringList words(const char *text)
     {
         return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
@@ -140,7 +140,7 @@ private Q_SLOTS:
         VERIFY_RIGHT(actions);
         QTEST(pathsOf(actions.right()), "paths");
         QTEST(childPaths(known.parent), "inlinePaths");
-        // Reading a list asks no device; nothing known changed its owner.
+        // The read asked no device, and known actions kept their owner.
         QCOMPARE(known.provider.evaluated, 0);
         QCOMPARE(childPaths(known.owner), words("one two dark %1"));
     }

@@ -53,7 +53,7 @@ static ActionProxyNode *newNode(const char *segment, QObject *parent = nullptr)
     return new ActionProxyNode(0, QString::fromUtf8(segment), QString(), static_cast<Action *>(nullptr), parent);
 }
 
-// The tree that most tests walk.
+// The tree of most tests.
 struct ReaderTree
 {
     QObject owner;
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QCOMPARE(tree.root->path(), words("."));
         QCOMPARE(tree.reader->path(), words(". reader"));
         QCOMPARE(tree.open->path(), words(". reader open"));
-        // Whatever its segment, a node without a node above it stands alone.
+        // A node without a parent stands alone, whatever its segment.
         QObject parent;
         QCOMPARE(newNode("a", &parent)->path(), words("a"));
     }
@@ -347,7 +347,7 @@ private Q_SLOTS:
                                                      {QStringLiteral("open"), tree.open}};
         Action other(action, {}, {});
         QTEST(nodes.value(node)->isAnsestorOf(&other), "expected");
-        // As a menu asks.
+        // Like a menu.
         bool answer = false;
         QVERIFY(QMetaObject::invokeMethod(nodes.value(node), "isAnsestorOf", Q_RETURN_ARG(bool, answer),
                                           Q_ARG(vellix::gesture::Action *, &other)));
@@ -394,7 +394,7 @@ private Q_SLOTS:
                                 "     null\n "));
     }
 
-    // More levels than the stack has room for.
+    // More levels than the stack has space for.
     void deepPathIsWalkedAndFreed()
     {
         constexpr int segments = 200000;
@@ -446,7 +446,7 @@ private Q_SLOTS:
         QCOMPARE(owner.children(), QObjectList());
     }
 
-    // A menu of very many entries, too.
+    // Also a menu of very many entries.
     void wideTreeIsFreed()
     {
         QObject owner;

@@ -113,7 +113,7 @@ private Q_SLOTS:
                  place(expected));
     }
 
-    // It is below the root, and nothing can ever be there, nor beside it.
+    // The path is below the root, and nothing can ever exist there or beside it.
     void pathThatLeadsOutOfItsRoot_data()
     {
         QTest::addColumn<QString>("path");
@@ -185,7 +185,7 @@ private Q_SLOTS:
                  user->pw_dir + std::string("/.local/share/vellix"));
     }
 
-    // Nor is there a home directory, then.
+    // There is also no home directory.
     void userThatTheSystemDoesNotKnow()
     {
         if (geteuid() != 0)
@@ -324,7 +324,7 @@ private Q_SLOTS:
         QTEST(aligned, "expected");
     }
 
-    // Of this thread, whose functions on characters follow it.
+    // The locale of this thread, which its character functions use.
     void alignKeepsTheLocale()
     {
         const locale_t before = uselocale(nullptr);
@@ -365,7 +365,7 @@ private Q_SLOTS:
             R"(\xf8\x90\x80\x80 \xfc\x80\x80\x80)");
     }
 
-    // One record, one line, whatever is logged; in a process of its own, since the tests' log stands before ours.
+    // One record is always one line. In a process of its own, since the tests' log takes precedence over ours.
     void logLine()
     {
         QFETCH(QByteArray, message);

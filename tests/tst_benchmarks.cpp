@@ -35,7 +35,7 @@ private Q_SLOTS:
         const QVariantMap root = QJsonDocument::fromJson(sampleConfiguration(size)).object().toVariantMap();
         QCOMPARE(root.value("actions").toList().size(), size.actions);
 
-        // Saving them all must not fold any two into one.
+        // A save of all must not merge any two of them.
         QSet<QString> ids;
         for (const Gesture *gesture : gestures)
             ids.insert(gesture->id());

@@ -47,7 +47,7 @@ static bool loads(const QString &file)
     return Configuration::loadJson(file, &features, GestureService::predefinedZones, {}, &owner).isRight();
 }
 
-// A sound configuration whose one gesture a row may replace, in lines of their own.
+// A valid configuration. A row may replace its one gesture, which has lines of its own.
 static QByteArray withGestures(const QByteArray &gestures)
 {
     return "{\"actions\": [{\"path\": \"a\", \"title\": \"A\"}, {\"path\": \"b\", \"title\": \"B\"},\n"
@@ -63,7 +63,7 @@ class tst_Check : public QObject
 {
     Q_OBJECT
 
-    // A row of a rule: what triggers it, and something close that does not.
+    // A row of a rule: an example that triggers it, and a similar one that does not.
     static void row(const char *name, const QByteArray &text, const QByteArray &expected)
     {
         QTest::newRow(name) << text << QString::fromUtf8(expected);
@@ -279,7 +279,7 @@ private Q_SLOTS:
         row("neighbours without ids that are known", withGestures(nowhere + ",\n" + nowhere),
             "5:25 refused: zone 'nowhere' not defined\n"
             "6:25 refused: zone 'nowhere' not defined");
-        // The id that would be formed of what stands in place of the refused zone.
+        // The id that would be formed from the replacement of the refused zone.
         const QByteArray formed = R"({"id": "TapWholeNoDirection", "kind": "hold", "zone": "left",)"
                                   R"( "defaultAction": "a"})";
         row("a neighbour below one without a known id", withGestures(nowhere + ",\n" + formed),
@@ -783,7 +783,7 @@ private Q_SLOTS:
         findings.drop({"fixed-action", "duplicate-id"});
         QTEST(shown(findings).replace(file, "FILE"), "expected");
 
-        // An error is what a service does not take, alone or with the configuration.
+        // An error is a file that a service refuses, alone or with the configuration.
         const auto read = Configuration::ActionBindings::loadJson(file);
         QObject owner;
         const Device device({});
@@ -813,7 +813,7 @@ private Q_SLOTS:
         QCOMPARE(findings.list().at(2).hint, QString("Did you mean 'UPPER'?"));
     }
 
-    // Beside what the configuration's own faults are.
+    // In addition to the configuration's own faults.
     void bindingsOfRefusedGestures_data()
     {
         QTest::addColumn<QByteArray>("gesture");
@@ -847,7 +847,7 @@ private Q_SLOTS:
         QTEST(shown(findings), "expected");
     }
 
-    // By file first, not by the place in it, and errors first of what is at one place.
+    // By file first, not by the place in it; errors first at one place.
     void order()
     {
         const QString config = m_tree->root() + "/one.json";
@@ -968,8 +968,8 @@ private Q_SLOTS:
                  QString("Known keys: prohibitedApps, filename, default, current, $schema"));
     }
 
-    // What is wrong where the strict reader stops: in the hint of a file that is not JSON, in the warning of one that
-    // the library reads all the same.
+    // The fault where the strict parser stops: in the hint for a file that is not JSON, in the warning for a file that
+    // the library still reads.
     void reasons_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -1149,7 +1149,7 @@ private Q_SLOTS:
         QTEST(shown(findings), "expected");
     }
 
-    // In whatever order a set has them.
+    // In any order of the set.
     void missingFeaturesAreSorted()
     {
         const QString file = m_tree->root() + "/cfg.json";
@@ -1159,7 +1159,7 @@ private Q_SLOTS:
                            R"( "features": ["tts", "smartlight", "frontlight"]}]})");
         QStringList found;
         for (int i = 0; i < 30; ++i) {
-            qSetGlobalQHashSeed(-1); // another one each time; Qt Test begins with 0
+            qSetGlobalQHashSeed(-1); // a random seed; Qt Test begins with 0
             Check check({QStringList()});
             check.configuration(file);
             found.append(shown(check.findings()));
@@ -1170,7 +1170,7 @@ private Q_SLOTS:
                  QStringList("1:75 no-action: gesture 'g' has no action: 'all' needs frontlight, smartlight and tts"));
     }
 
-    // What is found on every device is told once, and each of what is alike.
+    // A finding on every device is reported once; similar findings are all reported.
     void everyDevice_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -1222,7 +1222,7 @@ private Q_SLOTS:
                          "'line'"));
     }
 
-    // This device needs none of what stands behind its action, another one does.
+    // This device needs no alternative after its action, another one does.
     void undefinedFallback()
     {
         const QString file = m_tree->root() + "/cfg.json";
@@ -1236,7 +1236,7 @@ private Q_SLOTS:
         other.configuration(file);
         QCOMPARE(shown(other.findings()), QString("6:11 refused: action 'typo' not defined"));
 
-        // An error at the same place of another file is another one.
+        // An error at the same place of another file is a different one.
         const QByteArray config =
                 withGestures("{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": [\"light\", \"typo\"]}");
         const QByteArray before = "{\"current\": \"c\", \"default\": \"d\", \"filename\": ";
@@ -1250,7 +1250,7 @@ private Q_SLOTS:
         QCOMPARE(both.list().first().span.begin, both.list().last().span.begin);
         QVERIFY2(shown(both).endsWith("undefined-fallback: action 'typo' is not defined"), qPrintable(shown(both)));
 
-        // Whatever else is wrong elsewhere, or is only a warning here: behind what is not strict, all is at one place.
+        // Even with other faults elsewhere, or with warnings here: after a strict fault, all is at one place.
         testing::writeFile(file,
                            withGestures("{\"kind\": \"poke\", \"zone\": \"left\", \"defaultAction\": [\"light\", "
                                         "\"typo\"]}"));
@@ -1325,7 +1325,7 @@ private Q_SLOTS:
             "    hint: Missing a comma or '}' after an object member. The application has no gestures then.\n");
         const auto dots = [](int count) { return QByteArray(count, '.'); };
         const auto blanks = [](int count) { return QByteArray(count, ' '); };
-        // A gesture that is a string of so many dots, between so many blanks.
+        // A gesture that is a string of this number of dots, between this number of blanks.
         const auto longLine = [&](const char *name, int before, int length, int behind, const QByteArray &expected) {
             row(name, "{\"gestures\": [\n" + blanks(before) + '"' + dots(length - 2) + "\"]}" + blanks(behind - 2),
                 "FILE:2:" + QByteArray::number(before + 1) + ": " + noGesture + expected + hint);
@@ -1403,7 +1403,7 @@ private Q_SLOTS:
         QTEST(toText(*first).replace(file, "FILE"), "expected");
     }
 
-    // Rules are named by their ids alone: each report names one that there is, and each rule is reported somewhere.
+    // Only ids identify rules: each reported id is a rule's, and each rule is reported somewhere.
     void rules()
     {
         QStringList ids;
@@ -1432,7 +1432,7 @@ private Q_SLOTS:
         QCOMPARE(found, ids);
     }
 
-    // The manual's table is the rules.
+    // The manual's table lists exactly the rules.
     void manual()
     {
         const QString manual = QString::fromUtf8(testing::readFile(SOURCE_DIR "/docs/gesturectl.md"));
@@ -1444,7 +1444,7 @@ private Q_SLOTS:
         QVERIFY2(manual.contains(table), qPrintable(table));
     }
 
-    // Whatever is wrong in a file, an error is found exactly when the library refuses it.
+    // For any fault in a file, an error is found exactly when the library refuses it.
     void agreesWithTheLibrary()
     {
         const QByteArray sample =
@@ -1464,13 +1464,13 @@ private Q_SLOTS:
         int taken = 0;
         int count = 0;
         const auto compare = [&](const QJsonObject &changed) {
-            if (++count % 13) // some of them
+            if (++count % 13) // a sample
                 return;
             testing::writeFile(file, QJsonDocument(changed).toJson());
             Check check({QStringList()});
             check.configuration(file);
             Findings findings = check.findings();
-            findings.drop({"unsaveable-action"}); // the next load's
+            findings.drop({"unsaveable-action"}); // only the next load refuses it
             QObject owner;
             const Device device({});
             const auto read = Configuration::loadJson(file, &device, GestureService::predefinedZones, {}, &owner);
@@ -1478,8 +1478,8 @@ private Q_SLOTS:
             if ((findings.count(Severity::Error) == 0) != read.isRight())
                 QFAIL(qPrintable(testing::failure(read) + '\n' + shown(findings) + '\n'
                                  + QJsonDocument(changed).toJson()));
-            // What the loader says is among it, but for an id that its way of comparing names instead of the double
-            // one.
+            // The findings contain the loader's message, unless it names another id than the duplicate one because it
+            // only compares neighbours.
             const QString words = testing::failure(read);
             if (read.isLeft() && !words.contains("dublicate") && !shown(findings).contains(words))
                 QFAIL(qPrintable(words + '\n' + shown(findings)));

@@ -40,7 +40,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("arguments");
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("error"); // on standard error, for wrong use
+        QTest::addColumn<QString>("error"); // on standard error, for usage errors
         const auto row = [](const char *name, const char *arguments, const char *text, int status,
                             const char *error = "") {
             QTest::newRow(name) << arguments << QByteArray(text) << status << error;
@@ -129,7 +129,7 @@ private Q_SLOTS:
         QCOMPARE(report, expected);
     }
 
-    // An end in another line, behind a character of more than one byte.
+    // An end in another line, after a character of more than one byte.
     void jsonOfLines()
     {
         const QString file = m_tree->root() + "/lines.json";
@@ -201,7 +201,7 @@ private Q_SLOTS:
                          "Use a fallback list as \"defaultAction\", or add the features to those of the gesture."));
     }
 
-    // The user's own bindings belong to an application, others are named.
+    // The user's own bindings belong to an application; others are named.
     void bindings()
     {
         testing::writeFile(m_tree->defaultFile("app"), sound);
@@ -223,7 +223,7 @@ private Q_SLOTS:
             QVERIFY2(run.out.contains(nobody), qPrintable(run.out));
             QVERIFY(!run.out.contains("gone"));
         }
-        // By themselves, no gesture is known.
+        // Bindings alone: no gesture is known.
         QCOMPARE(check("--bindings " + other).out, QString("0 errors and 0 warnings in 1 file\n"));
         QCOMPARE(check("--config " + m_tree->defaultFile("app")).out, QString("0 errors and 0 warnings in 1 file\n"));
     }
@@ -250,7 +250,7 @@ private Q_SLOTS:
         QCOMPARE(check("--app two --strict --paths " + file).exitCode, 1);
         QCOMPARE(check("--app four --paths " + file).exitCode, 2);
 
-        // The system's own is read, and checked, when there is one.
+        // The system's own file is read and checked if it exists.
         testing::writeFile(m_tree->system("config/gestures/application_paths.json"), "[]");
         testing::writeFile(m_tree->defaultFile("app"), sound);
         const Run own = check("--app app");
@@ -266,7 +266,7 @@ private Q_SLOTS:
         QVERIFY2(run.err.contains("no application has a configuration here"), qPrintable(run.err));
     }
 
-    // Whatever is in its place, it is told and nothing hangs or crashes.
+    // Anything in its place is reported, and nothing hangs or crashes.
     void badFiles_data()
     {
         QTest::addColumn<QString>("file");

@@ -313,11 +313,11 @@ private Q_SLOTS:
         QCOMPARE(failure(result),
                  QStringLiteral("gesture id must be unique but dublicate found: `") + named + QLatin1Char('`'));
         QCOMPARE(location(result.left()), QStringLiteral("../../../gesture_api/src/configuration:69"));
-        // The gestures were made and stay with the parent that they were made for.
+        // The gestures were made, and stay with their parent.
         QCOMPARE(load.parent.findChildren<Gesture *>().size(), ids.count(QLatin1Char(' ')) + 1);
     }
 
-    // Nobody could reach the gestures made before: they are freed.
+    // The gestures made before have no owner: they are freed.
     void failureWithoutAParent()
     {
         Load load;
@@ -381,7 +381,7 @@ private Q_SLOTS:
         QFETCH(QString, section);
         QFETCH(QString, gesture);
         QFETCH(bool, taken);
-        // An action shares the text of its path: nobody else has it once the action is gone.
+        // An action shares the text of its path: the text has no other user once the action is destroyed.
         const QString path = QString::fromLatin1("watched");
         {
             Load load;
@@ -429,7 +429,7 @@ private Q_SLOTS:
         const Result result = load.file(path);
         QVERIFY2(failure(result).startsWith(path + QLatin1Char(':')), qPrintable(failure(result)));
         QVERIFY2(failure(result).endsWith(QStringLiteral(": ") + reason), qPrintable(failure(result)));
-        // The loader's error comes as it is, place and all.
+        // The loader's error is passed on unchanged, with its place.
         const auto loaded = components::VariantLoader::loadJson(path);
         QCOMPARE(failure(result), failure(loaded));
         QCOMPARE(location(result.left()), location(loaded.left()));

@@ -43,7 +43,7 @@ private Q_SLOTS:
     void words_data()
     {
         QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("other"); // makes a coloured light of it
+        QTest::addColumn<QString>("other"); // makes it a coloured light
         for (const char *frontlight : {"frontlight", "front-light", "front_light", "my_FRONT-light0"})
             QTest::newRow(frontlight) << QStringLiteral("leds/%1_warm").arg(frontlight) << "backlight/cold";
         for (const char *warm : {"warm", "amber", "orange"})

@@ -34,8 +34,8 @@ static const char *const rightHalf = R"({"x": 0.5, "y": 0, "w": 0.5, "h": 1})";
 static const char *const middle = R"({"x": 0.2, "y": 0, "w": 0.6, "h": 1})";
 
 namespace {
-// Root may write everywhere: this one then obeys the permissions. It stays root, since no other user may execute what
-// lies in a private home.
+// Root may write everywhere: this one then obeys the permissions. It stays root, since other users may not execute
+// files in a private home.
 class Process : public QProcess
 {
 public:
@@ -50,7 +50,7 @@ protected:
 };
 }
 
-// What an update does to the user's choices, as the program tells it, and what it writes.
+// The effect of an update on the user's choices, in the program's output and in the files that it writes.
 class tst_Doctor : public testing::Tool
 {
     Q_OBJECT
@@ -92,7 +92,7 @@ private Q_SLOTS:
             t + ',' + tap("a long one", "\"top\""), R"("t": "b", "a long one": "b")", 0,
             "kept  a long one  b  -\nkept  t           b  -\n");
 
-        // Notes on what is kept.
+        // Notes on kept choices.
         row("the default changed", t, QByteArray(t).replace("\"defaultAction\": \"a\"", "\"defaultAction\": \"c\""),
             bound, 0, "kept  t  b  the default changed from 'a' to 'c', the choice stays\n");
         row("the default changed from the choice", QByteArray(t).replace("n\": \"a\"", "n\": \"b\""), t, bound, 0,
@@ -119,7 +119,7 @@ private Q_SLOTS:
             "kept  t  speak  not supported on this device\n");
         row("the gesture is new", tap("o", "\"top\""), t, bound, 0, "kept  t  b  the gesture is new\n");
 
-        // What would not load.
+        // Files that would not load.
         row("stale", t + ',' + tap("u", "\"top\""), t + ',' + tap("u", "\"top\""), R"("t": "b", "u": "gone")", 1,
             "kept   t  b     -\n"
             "stale  u  gone  action 'gone' not defined: rejected, and the application would have NO gestures\n");
@@ -133,7 +133,7 @@ private Q_SLOTS:
         row("stale goes before shadowed", t, tap("thief", "\"left\"") + ',' + t, R"("t": "gone")", 1,
             "stale  t  gone  action 'gone' not defined: rejected, and the application would have NO gestures\n");
 
-        // What is not there.
+        // Missing files.
         row("unknown", t, tap("u", "\"top\""), bound, 1, "unknown  t  b  the gesture no longer exists\n");
         row("unknown to both", t, t, R"("x": "b")", 1,
             "unknown  x  b  unknown gesture, also in the old configuration\n");
@@ -153,7 +153,7 @@ private Q_SLOTS:
         row("not renamed: another mode", t, tap("u", "\"left\"", R"(, "modes": ["m"])"), bound, 1,
             "unknown  t  b  the gesture no longer exists\n");
 
-        // What is out of reach.
+        // Gestures out of reach.
         const QByteArray halves = tap("l", leftHalf) + ',' + tap("r", rightHalf) + ',';
         const QByteArray inM = tap("t", "\"left\"", R"(, "modes": ["m"])");
         const QByteArray inMAndN = tap("t", "\"left\"", R"(, "modes": ["m", "n"])");
@@ -182,7 +182,7 @@ private Q_SLOTS:
             0, "kept  t  b  -\n");
         row("another mode takes nothing", inM, thiefInN + inM, bound, 0, "kept  t  b  -\n");
 
-        // What loses a part.
+        // Gestures that lose a part.
         row("a part", tap("t", middle), tap("l", leftHalf) + ',' + tap("t", middle), bound, 0,
             "kept  t  b  now loses 50 % to 'l'\n");
         row("parts to two", tap("t", "\"whole\""),
@@ -411,7 +411,7 @@ private Q_SLOTS:
     void badFiles_data()
     {
         QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("text"); // "(none)", "(directory)" and "(pipe)" are no text
+        QTest::addColumn<QByteArray>("text"); // "(none)", "(directory)" and "(pipe)" stand for no text
         QTest::addColumn<QString>("error");
         const auto row = [](const char *name, const char *file, const QByteArray &text, const char *error) {
             QTest::newRow(name) << file << text << error;
@@ -518,7 +518,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow("."), QStringList({"new.json", "old.json", "user.json"}));
     }
 
-    // Where no new file may be made beside it, the old one is written over, once there is room.
+    // If no new file may be made beside it, the old one is overwritten, provided that there is space.
     void noSpaceWhereTheFileIsOverwritten()
     {
         const QByteArray text = manyChoices();
@@ -555,7 +555,7 @@ private Q_SLOTS:
     }
 
 private:
-    // A file that is larger once it is indented, with one choice to drop.
+    // A file that grows by its indentation, with one choice to drop.
     static QByteArray manyChoices()
     {
         QByteArrayList gestures;
@@ -569,7 +569,7 @@ private:
         return choices(bindings);
     }
 
-    // No file may grow beyond so many blocks of 512 bytes.
+    // No file may grow beyond this number of blocks of 512 bytes.
     static Run repairWithin(int blocks, bool isRestricted = false)
     {
         return runOf("sh",
@@ -584,7 +584,7 @@ private:
         process.isRestricted = isRestricted;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         if (program == GESTURECTL)
-            environment.insert("PATH", ""); // no program that speaks
+            environment.insert("PATH", ""); // without any speech program
         process.setProcessEnvironment(environment);
         process.start(program, arguments);
         return testing::ended(&process);

@@ -143,7 +143,7 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(Result(Right(1)).flatMap(std::function<Result(int)>()), std::bad_function_call);
         QVERIFY_EXCEPTION_THROWN(Result(Left(oneRecord)).mapLeft(std::function<int(const Error &)>()),
                                  std::bad_function_call);
-        // The function of the other side is not called, so an empty one is no fault.
+        // The function of the other side is not called, so it may be empty.
         QVERIFY(Result(Left(oneRecord)).map(std::function<int(int)>()).isLeft());
         QVERIFY(Result(Right(1)).mapLeft(std::function<int(const Error &)>()).isRight());
     }
@@ -209,7 +209,7 @@ private Q_SLOTS:
         QCOMPARE(log.qtMessages,
                  QStringList(QStringLiteral("critical default: \033[31m [error] expected right but \033[31m "
                                             "\"dir/file:12\" :  \"a message\" \033[0m \033[0m")));
-        QCOMPARE(log.qtPlaces, QStringList(QStringLiteral(":0 "))); // no place at all
+        QCOMPARE(log.qtPlaces, QStringList(QStringLiteral(":0 "))); // without any place
         QVERIFY(log.lines.isEmpty());
     }
 
@@ -257,7 +257,7 @@ private Q_SLOTS:
         QVERIFY2(errors.contains("expected right but"), errors.constData());
         QVERIFY2(errors.contains("dir/file") && errors.contains("12") && errors.contains("a message"),
                  errors.constData());
-        // Exit handlers run whether the process ends there or later.
+        // Exit handlers run at either end of the process, now or later.
         QCOMPARE(child.readAllStandardOutput(), QByteArray("prepareExit\n"));
     }
 

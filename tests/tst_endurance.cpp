@@ -24,7 +24,7 @@ class tst_Endurance : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        // As in a real configuration some actions are used by no gesture, and trees are read.
+        // As in real configurations, some actions are unused, and trees are read.
         QByteArray menu;
         for (int i = 0; i < 30; ++i)
             menu += QByteArray(R"({"path": "menu/NUMBER", "titles": ["Menu", "Entry"]}, )")
@@ -80,7 +80,7 @@ private Q_SLOTS:
         qInfo("grown by %lld bytes in 10,000 rebuilds", static_cast<long long>(growth));
     }
 
-    // Watches that come and go, and change the application, cost nothing in the end.
+    // Watches that come and go, and change the application, leave nothing behind.
     void providersComeAndGo()
     {
         const int descriptors = openDescriptors();
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QCOMPARE(openDescriptors(), descriptors);
     }
 
-    // A writer that takes its time: halves of a file are reported and the whole heals it.
+    // A slow writer: the library reports halves of a file, and the whole file repairs it.
     void slowWriter()
     {
         LogCapture log;
@@ -114,7 +114,7 @@ private Q_SLOTS:
             file.flush();
             QTest::qWait(8);
         }
-        QTRY_VERIFY(!log.lines.isEmpty()); // it is seen torn
+        QTRY_VERIFY(!log.lines.isEmpty()); // the torn file was seen
         file.write(text.right(1));
         file.close();
         QTRY_COMPARE(currentAction(provider), QString("menu"));
@@ -153,7 +153,7 @@ private Q_SLOTS:
         };
         for (const auto &child : children)
             QVERIFY(expect(*child, "done"));
-        // Everybody sees the state that the edits ended in, and those that follow.
+        // Every service sees the final state of the edits, and later ones.
         for (const char *state : {"", R"({"version": 1, "actions": {"g": "previous"}})", "torn {", "(none)",
                                   R"({"version": 1, "actions": {"g": "menu"}})"}) {
             if (QByteArray(state) == "(none)")

@@ -17,7 +17,7 @@ static const char *const configuration = R"({
     ]
 })";
 
-// The user's choices on their way out of the device and into it.
+// Export and import of the user's choices.
 class tst_Exchange : public testing::Tool
 {
     Q_OBJECT
@@ -154,7 +154,7 @@ private Q_SLOTS:
 
     void badImports_data()
     {
-        QTest::addColumn<QByteArray>("text"); // "(none)", "(directory)" and "(pipe)" are no text
+        QTest::addColumn<QByteArray>("text"); // "(none)", "(directory)" and "(pipe)" stand for no text
         QTest::addColumn<QString>("error");
         QTest::newRow("missing") << QByteArray("(none)") << "choices.json: No such file or directory";
         QTest::newRow("directory") << QByteArray("(directory)") << "choices.json: Is a directory";

@@ -11,7 +11,7 @@
 
 using vellix::ExitNotifier;
 
-// Counts while it lives how often a notifier tells.
+// Counts the emissions of a notifier while it lives.
 class Listener : public QObject
 {
 public:
@@ -28,7 +28,7 @@ static QList<ExitNotifier *> notifiersOfApplication()
     return qApp->findChildren<ExitNotifier *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-// The exit handler was registered after the application was made, so it runs before that goes.
+// The exit handler was registered after the application was made, so it runs before the application is destroyed.
 static int endWithTheHandlerFirst(int argc, char *argv[])
 {
     static QCoreApplication app(argc, argv);
@@ -36,7 +36,7 @@ static int endWithTheHandlerFirst(int argc, char *argv[])
     return 0;
 }
 
-// By a listener, before the others are told.
+// A listener ends the process before the others are called.
 static int endWithinATelling(int argc, char *argv[])
 {
     static QCoreApplication app(argc, argv);
@@ -60,7 +60,7 @@ class tst_ExitNotifier : public QObject
                            const QString &program = QStringLiteral(TEST_PROGRAMS "/exitchild"))
     {
         QProcess child;
-        // Services that nobody deletes are what the child is for.
+        // The child leaves services undeleted on purpose.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
         child.setProcessEnvironment(environment);
@@ -127,7 +127,7 @@ private Q_SLOTS:
     void itsDeathBeforeTheExitTells()
     {
         const Listener listener(ExitNotifier::instance());
-        ExitNotifier::notify(); // by a client: not the exit
+        ExitNotifier::notify(); // by a client, not at the exit
         delete ExitNotifier::instance();
         QCOMPARE(listener.told, 2);
     }
@@ -182,7 +182,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("output");
         QTest::newRow("notified twice") << "prepareExit\nprepareExit\n";
         QTest::newRow("application gone") << "prepareExit\napplication is gone\n";
-        // Once by hand, once as the application goes: only the exit handler's run is the exit.
+        // Once by hand, once when the application is destroyed: only the exit handler's run is the exit.
         QTest::newRow("notify by hand") << "prepareExit\nprepareExit\n";
         // Two notifiers were made, so the handler runs twice.
         QTest::newRow("a new notifier") << "prepareExit\nprepareExit\n";

@@ -18,8 +18,8 @@ using namespace vellix;
 using namespace vellix::gesture;
 using testing::DataTree;
 
-// What a writable service saves when its process ends, and what it leaves alone. Each row is a list of steps for
-// tests/programs/stepschild.cpp, the choices before, and those afterwards.
+// The choices that a writable service saves at its process's end, and those that it leaves alone. Each row is a list of
+// steps for tests/programs/stepschild.cpp, the choices before, and those afterwards.
 class tst_ExitSave : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ class tst_ExitSave : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_tree.reset(); // it takes the variables along
+        m_tree.reset(); // it also resets the variables
         m_tree.reset(new DataTree);
         testing::writeFile(m_tree->defaultFile(QStringLiteral("app")), R"({
             "actions": [{"path": "x", "title": "X"}, {"path": "y", "title": "Y"}, {"path": "z", "title": "Z"}],
@@ -50,7 +50,7 @@ private Q_SLOTS:
             QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(steps)
                                 << QString::fromLatin1(after) << QString::fromLatin1(rejected);
         };
-        // Nobody else was there.
+        // No other program was involved.
         row("the same bytes: every current action", "A=y", "service load", "A=y B=x");
         row("the same bytes, not loaded before", "A=y", "service", "A=y B=x");
         row("absent as before", "absent", "service load", "A=x B=x");
@@ -92,7 +92,7 @@ private Q_SLOTS:
         row("of another version, own choice", "A=y", "service choose B z bytes {\"version\":2,\"actions\":{}}", "B=z",
             "{\"version\":2,\"actions\":{}}");
 
-        // Told more than once.
+        // More than one notification.
         row("a second notifier does not undo", "A=y", "service choose B z second bind A z", "A=z B=z");
         row("told early, and again at the end", "A=y", "service choose B z bind A z notify", "A=z B=z");
         row("told early, then changed", "A=y", "service choose B z notify bind B y", "B=y");
@@ -216,13 +216,13 @@ private Q_SLOTS:
         }
         QCOMPARE(testing::runAtOnce(QStringLiteral(TEST_PROGRAMS "/stepschild"), steps),
                  QVector<int>(count, 0).toList());
-        // The first to end writes all that it holds, the others their own on top.
+        // The first to end writes all its choices, the others add their own.
         const QStringList found = choices().split(' ');
         for (const QString &choice : qAsConst(expected))
             QVERIFY2(found.contains(choice), qPrintable(found.join(' ')));
     }
 
-    // Another program that is about to compare and to write: waited for, but not for ever.
+    // Another program that is about to compare and to write: the save waits for it, but not for ever.
     void lockIsWaitedFor_data()
     {
         QTest::addColumn<QString>("steps");
@@ -254,7 +254,7 @@ private:
         return QFileInfo::exists(file) ? QString::fromUtf8(testing::readFile(file)) : QString();
     }
 
-    // "A=x B=y", "empty", "absent", or the bytes of what is no bindings file.
+    // "A=x B=y", "empty", "absent", or the bytes of a file without bindings.
     QString choices() const
     {
         if (!QFileInfo::exists(userFile()))

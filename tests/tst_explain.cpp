@@ -17,7 +17,7 @@ static const char *const actions = R"("actions": [
     {"path": "glow", "title": "Glow", "features": ["tts", "smartlight"]}
 ])";
 
-// Why a touch matches a gesture or does not, and where the action comes from, as a person reads it.
+// Why a touch matches a gesture or does not, and the source of the action, in the output of the program.
 class tst_Explain : public testing::Tool
 {
     Q_OBJECT
@@ -27,14 +27,14 @@ private Q_SLOTS:
     {
         Tool::init();
         QVERIFY(QDir().mkpath(programs()));
-        qputenv("PATH", QFile::encodeName(programs())); // all that is searched for a speech engine
+        qputenv("PATH", QFile::encodeName(programs())); // the only directory in which a speech engine is looked for
     }
 
     void testsInTheirOrder_data()
     {
         QTest::addColumn<QString>("touch");
         QTest::addColumn<QString>("outcome");
-        QTest::addColumn<QByteArray>("failed"); // and what the gesture wants
+        QTest::addColumn<QByteArray>("failed"); // and the gesture's requirement
         const auto row = [](const char *name, const char *touch, const char *outcome, const char *failed) {
             QTest::newRow(name) << touch << outcome << QByteArray(failed);
         };
@@ -365,7 +365,7 @@ private:
                           + more);
     }
 
-    // Empty when the status is another one.
+    // Empty if the status is another one.
     QJsonObject json(const QString &touch, int status = -1) const
     {
         const Run run = explain(touch, {"--json"});

@@ -10,7 +10,7 @@
 using namespace vellix::gesture;
 using testing::failure;
 
-// The test's own device stands before the platform libraries.
+// The test's own device takes precedence over the platform libraries.
 static struct
 {
     bool frontlight = false;
@@ -50,8 +50,8 @@ static QSet<QString> setOf(const QStringList &names)
     return QSet<QString>(names.cbegin(), names.cend());
 }
 
-// Features by letters: y supported, n not, e with an empty predicate, 0 no feature. Asked ones are
-// noted by their place.
+// Features by letters: y supported, n not, e with an empty predicate, 0 no feature. Queried ones are noted by their
+// place.
 static QList<Feature *> featuresOf(const QString &letters, QObject *parent, QStringList *asked)
 {
     QList<Feature *> features;
@@ -239,7 +239,7 @@ private Q_SLOTS:
         const DefaultFeaturesProvider provider;
         const QList<Feature *> features = provider.allFeatures();
         QCOMPARE(device.asked, 0);
-        // What counts is the device at the first read.
+        // The device at the first read counts.
         device.frontlight = frontlight;
         device.colour = colour;
         device.speech = speech;

@@ -25,12 +25,12 @@ class tst_FileWatch;
 using Change = std::function<void(tst_FileWatch *)>;
 Q_DECLARE_METATYPE(Change)
 
-// What is reported is what the file held when the callback ran; what counts is the final state.
+// A report shows the content of the file when the callback ran; the final state counts.
 class tst_FileWatch : public QObject
 {
     Q_OBJECT
 
-    // The timers of the whole program that run out while it lives.
+    // Counts the timeouts of all timers in the program while it lives.
     struct TimerCount : public QObject
     {
         TimerCount() { QCoreApplication::instance()->installEventFilter(this); }
@@ -52,7 +52,7 @@ private Q_SLOTS:
 
     void finalState_data()
     {
-        QTest::addColumn<QByteArray>("before"); // nothing when null
+        QTest::addColumn<QByteArray>("before"); // null for no file
         QTest::addColumn<Change>("change");
         QTest::addColumn<QByteArray>("after");
         const QByteArray absent("(no file)");
@@ -142,7 +142,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(m_seen.last(), after);
 
-        // And the watch goes on.
+        // The watch continues.
         testing::writeFile(file(), "later");
         QTRY_COMPARE(m_seen.last(), QByteArray("later"));
     }
@@ -253,7 +253,7 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("new"));
     }
 
-    // Nobody else's bytes are taken away, and one without any is no empty file.
+    // No bytes of other readers are taken, and a pipe without any is no empty file.
     void pipeIsNotReadFrom()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -274,7 +274,7 @@ private Q_SLOTS:
         QCOMPARE(pipe.read(10), QByteArray("bytes"));
     }
 
-    // What a writer has begun is no news for the next moment; what it has finished is.
+    // An unfinished write is not reported at once; a finished one is.
     void writerIsGivenAMoment_data()
     {
         QTest::addColumn<bool>("exists");
@@ -287,7 +287,7 @@ private Q_SLOTS:
         QFETCH(bool, exists);
         QVERIFY(QDir().mkpath(path("a/b")));
         bool intime = false;
-        for (int attempt = 0; attempt < 20 && !intime; ++attempt) { // another program may take the moment away
+        for (int attempt = 0; attempt < 20 && !intime; ++attempt) { // another program may take too much time
             QFile::remove(file());
             settle();
             watch();
@@ -329,7 +329,7 @@ private Q_SLOTS:
         QVERIFY(!m_seen.isEmpty());
     }
 
-    // When nothing in the directory that came with it is watched yet.
+    // Nothing in the directory is watched yet when the directory itself appears.
     void changeByTheCallbackItself()
     {
         testing::writeFile(path("other/b/file"), "new");
@@ -409,7 +409,7 @@ private Q_SLOTS:
         QTRY_VERIFY(other > 0 && last() == "new");
     }
 
-    // A program that this one starts has none of them.
+    // Programs that this one starts inherit none of them.
     void oneDescriptorForAll()
     {
         m_watch.reset();
@@ -454,7 +454,7 @@ private Q_SLOTS:
         QCOMPARE(openFiles(), before);
     }
 
-    // Each directory from the root down and the file, once: what is not on the way any more is not watched either.
+    // Each directory from the root down and the file, once; paths that are no longer on the way are not watched.
     void kernelWatchesDoNotPileUp_data()
     {
         QTest::addColumn<Change>("change");
@@ -477,7 +477,7 @@ private Q_SLOTS:
         QFETCH(Change, change);
         QVERIFY(QDir().mkpath(path("a/b")));
         write("old");
-        // So that there is a descriptor all the time.
+        // keeps a descriptor all the time
         const std::unique_ptr<QObject> other(__watchFileChange(m_directory->filePath("elsewhere"), nullptr, [] {}));
         const int without = kernelWatches();
         watch();
@@ -542,7 +542,7 @@ private Q_SLOTS:
         QTRY_COMPARE(calls, 2);
     }
 
-    // However it comes that there is none.
+    // However the file becomes missing.
     void noFileIsNoChangeFromNoFile()
     {
         watch();
@@ -562,7 +562,7 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("new"));
     }
 
-    // Its bytes are there all the time.
+    // The bytes exist all the time.
     void fileThatBecomesReadable()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -585,10 +585,10 @@ private Q_SLOTS:
         QTRY_COMPARE(m_calls, 2);
         QVERIFY(seteuid(self) == 0);
         QVERIFY(QFile::remove(file()));
-        QTRY_COMPARE(m_calls, 3); // no file is something else than one that cannot be read
+        QTRY_COMPARE(m_calls, 3); // a missing file differs from an unreadable one
     }
 
-    // More events than the kernel keeps: what was lost must not matter.
+    // More events than the kernel keeps: lost ones must not matter.
     void overflowOfEvents()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -603,10 +603,10 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("new"));
     }
 
-    // Where the kernel gives no watch, the file is looked at now and then.
+    // If the kernel refuses a watch, the file is polled.
     void withoutTheKernelsHelp()
     {
-        m_watch.reset(); // the descriptor that all share goes with the last watch
+        m_watch.reset(); // the last watch closes the shared descriptor
         QVERIFY(QDir().mkpath(path("a/b")));
         write("old");
         rlimit before;
@@ -624,7 +624,7 @@ private Q_SLOTS:
         m_watch.reset();
     }
 
-    // Nothing in the directory changes, only that we may look into it.
+    // Nothing in the directory changes except the permission to enter it.
     void directoryThatOpensLater_data()
     {
         QTest::addColumn<int>("closed");
@@ -652,7 +652,7 @@ private Q_SLOTS:
         QVERIFY(self != 0 || seteuid(65534) == 0);
         QTRY_COMPARE(last(), QByteArray("old"));
 
-        // Now the kernel tells: nobody looks now and then any more, but where somebody on this machine has mounted.
+        // Now the kernel reports: no timer polls any more, except after mounts by others on this machine.
         settle();
         const auto isQuiet = [closed] {
             TimerCount timers;
@@ -662,7 +662,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isQuiet());
     }
 
-    // It may be entered, but what comes and goes in it is not told.
+    // It may be entered, but the kernel does not report its entries.
     void fileMadeInADirectoryThatCanNotBeRead()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -682,7 +682,7 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("new"));
     }
 
-    // What it holds is there until it returns.
+    // Captured objects live until it returns.
     void callbackOutlivesItsWatch()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -700,7 +700,7 @@ private Q_SLOTS:
         QVERIFY(alive);
     }
 
-    // The callback shows a dialog, say, and the new file is written to meanwhile.
+    // The callback shows a dialog, for example, and the new file is written meanwhile.
     void callbackThatRunsAnEventLoop()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -713,7 +713,7 @@ private Q_SLOTS:
         QTRY_COMPARE(seenWithin, QByteArray("newer"));
     }
 
-    // Every edit ends with a state that the watch must reach, however the edits race with it.
+    // The watch must reach the final state of every edit, however the edits race with it.
     void manyEdits()
     {
         QVERIFY(QDir().mkpath(path("a/b")));
@@ -784,7 +784,7 @@ private:
         QVERIFY(writer.commit());
     }
 
-    // What each descriptor of this process is of.
+    // The target of each descriptor of this process.
     static QMap<int, QByteArray> openFiles()
     {
         QMap<int, QByteArray> files;
@@ -804,7 +804,7 @@ private:
         return info.open(QIODevice::ReadOnly) ? info.readAll().count("inotify wd:") : -1;
     }
 
-    // Longer than the watch waits for a writer that has not finished.
+    // Longer than the watch waits for an unfinished writer.
     static void settle() { QTest::qWait(150); }
 
     QScopedPointer<QTemporaryDir> m_directory;

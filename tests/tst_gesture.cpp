@@ -26,7 +26,7 @@ static Action *newAction(const char *path, const QStringList &titles = {})
     return new Action(QString::fromLatin1(path), titles, {});
 }
 
-/// A tap with a current action and no other.
+/// A tap with only a current action.
 static Gesture *newTap(Action *current, QObject *parent = nullptr)
 {
     return new Gesture(QStringLiteral("id"), {}, Gesture::Tap, leftZone, Gesture::NoDirection, {}, nullptr, current, {},
@@ -151,7 +151,7 @@ private Q_SLOTS:
         QCOMPARE(Gesture::directionFromVec(justMore, 1), Gesture::ToRight);
         QCOMPARE(Gesture::directionFromVec(-1, -justMore), Gesture::ToTop);
         QCOMPARE(Gesture::directionFromVec(std::numeric_limits<double>::denorm_min(), 0), Gesture::ToRight);
-        // A vector holds floats, in which the two are equal.
+        // A vector holds floats, and as floats the two are equal.
         QCOMPARE(Gesture::directionFromVec(QVector2D(static_cast<float>(justMore), 1)), Gesture::NoDirection);
     }
 
@@ -510,7 +510,7 @@ private Q_SLOTS:
         const Gesture gesture(QStringLiteral("id"), {}, Gesture::Tap, leftZone, Gesture::NoDirection, {}, nullptr,
                               nullptr, {&*feature});
         QVERIFY(!gesture.supported());
-        // Another feature in the very place of the first one makes no difference any more.
+        // Another feature at the address of the first one makes no difference any more.
         feature.emplace(QStringLiteral("f"), [] { return true; });
         QVERIFY(gesture.featureList().first()->supported());
         QVERIFY(!gesture.supported());

@@ -18,7 +18,7 @@ using Bindings = QMap<QString, QString>;
 using ZoneMap = QMap<QString, QRectF>;
 
 namespace {
-/// What entries may name: actions x and y, an unsupported action u, a group g of x and y, a zone left.
+/// Names for entries: actions x and y, an unsupported action u, a group g of x and y, a zone left.
 struct Known
 {
     testing::Features features{{"lamp", true}, {"wings", false}};
@@ -97,7 +97,7 @@ static QByteArray compact(const QVariant &value)
     return QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact);
 }
 
-/// The value with every "@" in it replaced by the very bytes of `path`.
+/// The value with `path` in place of every "@", sharing its bytes.
 static QVariant planted(const QVariant &value, const QString &path)
 {
     if (value.type() == QVariant::String)
@@ -526,7 +526,7 @@ private Q_SLOTS:
 
     void untakenActionsAreFreed_data()
     {
-        QTest::addColumn<QString>("entry"); // "@" stands for the path of the action that is watched
+        QTest::addColumn<QString>("entry"); // "@" stands for the path of the watched action
         QTest::addColumn<QString>("expected");
         QTest::addColumn<bool>("taken");
         const auto row = [](const char *name, const char *entry, const char *expected, bool taken = false) {
@@ -569,7 +569,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, entry);
         QFETCH(bool, taken);
-        // An action shares the text of its path: nobody else has it once the action is gone.
+        // An action shares the text of its path: the text has no other user once the action is destroyed.
         const QString path = QString::fromLatin1("inline");
         QVariant watched = planted(jsonMap(entry.toUtf8()), path);
         QVERIFY(!path.isDetached());

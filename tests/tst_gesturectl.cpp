@@ -37,7 +37,7 @@ static const char *const configuration = R"({
     ]
 })";
 
-// The lock of an application's bindings, while it lives.
+// The lock of an application's bindings, held while it lives.
 class Lock
 {
 public:
@@ -63,7 +63,7 @@ static qint64 childrensMilliseconds()
             + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1000;
 }
 
-// The program as a person runs it: arguments in, exit status and lines out.
+// The program from outside: arguments in, exit status and lines out.
 class tst_GestureCtl : public testing::Tool
 {
     Q_OBJECT
@@ -94,7 +94,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("arguments");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("error"); // what the one line on standard error holds, none when empty
+        QTest::addColumn<QString>("error"); // part of the one line on standard error, empty for none
         QTest::newRow("help") << "--help" << 0 << "";
         QTest::newRow("help of a verb") << "find --help" << 0 << "";
         QTest::newRow("no verb") << "" << 2 << "no verb given";
@@ -372,7 +372,7 @@ private Q_SLOTS:
             waiting.back()->start(GESTURECTL, arguments);
             QVERIFY(waiting.back()->waitForStarted(testing::patience));
         }
-        for (int i = 0; i < 20; ++i) { // neither ends the wait nor begins it anew
+        for (int i = 0; i < 20; ++i) { // neither ends the wait nor restarts it
             QTest::qWait(100);
             for (const auto &process : waiting) {
                 kill(pid_t(process->processId()), SIGSTOP);
@@ -414,7 +414,7 @@ private Q_SLOTS:
             return false;
         };
         QTRY_VERIFY(hasOpened());
-        QTest::qWait(500); // long enough for some tries, far from the end of all
+        QTest::qWait(500); // long enough for some attempts, far from the last one
         QCOMPARE(binding.state(), QProcess::Running);
         QVERIFY(!QFileInfo::exists(m_tree->userFile("app")));
         lock.reset();
@@ -424,7 +424,7 @@ private Q_SLOTS:
         QCOMPARE(bindings(), testing::jsonMap(R"({"TapRightNoDirection": "menu"})"));
     }
 
-    // The names of processes are theirs to choose.
+    // Processes choose their own names.
     void nameOfTheHolderIsShown()
     {
         const Lock lock(m_tree->defaultFile("app"));
@@ -492,7 +492,7 @@ private Q_SLOTS:
 
     void watch()
     {
-        // A paths file keeps the library from telling that there is none.
+        // A paths file, so that the library does not log its absence.
         testing::writeFile(m_tree->system("config/gestures/application_paths.json"), R"({
             "current": "${USERDATA}/gestures/apps/current", "default": "${SYSTEMDATA}/config/gestures/apps/default",
             "filename": "cfg.json"})");

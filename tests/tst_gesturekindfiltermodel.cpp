@@ -19,7 +19,7 @@ class tst_GestureKindFilterModel : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        // The model tester wants to show everything as text.
+        // The model tester shows everything as text.
         QMetaType::registerConverter<Gesture *, QString>([](Gesture *gesture) { return gesture->id(); });
         m_missing = new Feature(QStringLiteral("missing"), {}, this);
         add("tap", Gesture::Tap, true);
@@ -100,7 +100,7 @@ private Q_SLOTS:
         model.appendRow(object);
         auto *hidden = new QStandardItem;
         hidden->setData(QVariant::fromValue<QObject *>(m_gestures.at(3)), Qt::DisplayRole);
-        model.appendRow(hidden); // a gesture by the pointer to its base class
+        model.appendRow(hidden); // a pointer to the base class, with a gesture
         auto *null = new QStandardItem;
         null->setData(QVariant::fromValue<Gesture *>(nullptr), Qt::DisplayRole);
         model.appendRow(null);

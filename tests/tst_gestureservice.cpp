@@ -64,7 +64,7 @@ class tst_GestureService : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        // The model tester wants to show everything as text.
+        // The model tester shows everything as text.
         QMetaType::registerConverter<Gesture *, QString>([](Gesture *gesture) { return gesture->id(); });
     }
 
@@ -243,7 +243,7 @@ private Q_SLOTS:
               "expected");
     }
 
-    // Against the walk that a lookup stands for: the list from the front, every test on every gesture.
+    // Compares with the definition of a lookup: the list from the front, every test on every gesture.
     void lookupAnswersAsAWalkWould()
     {
         QRandomGenerator random(7);
@@ -262,7 +262,7 @@ private Q_SLOTS:
         QObject owner;
         QList<Gesture *> gestures;
         for (int i = 0; i < 300; ++i) {
-            const QRectF zone(edge(), edge(), edge(), edge()); // some empty, some turned inside out
+            const QRectF zone(edge(), edge(), edge(), edge()); // some empty, some with negative sides
             gestures.append(i % 10 ? newGesture(QString::number(i), anyKind(), zone, anyDirection(), anyModes())
                                    : nullptr);
             if (gestures.last())
@@ -295,7 +295,7 @@ private Q_SLOTS:
         QVERIFY2(found > 500 && found < 4500, qPrintable(QString::number(found)));
     }
 
-    // Such as a predicate that wants to know what is touched: its list is not the one that stays.
+    // Such as a predicate that looks up the touch: the list that it gets is not the final one.
     void lookupFromWithinTheLoad()
     {
         testing::writeFile(m_tree->user(QStringLiteral("curious.json")), R"({
@@ -430,7 +430,7 @@ private Q_SLOTS:
                  qPrintable(log.qtMessages.join(QLatin1Char('\n'))));
     }
 
-    // Whatever fails is one line of the log, and the reason of the one that gives it.
+    // Any failure is one line of the log, and the reason in the result.
     void failedSave_data()
     {
         QTest::addColumn<QString>("situation");
@@ -574,7 +574,7 @@ private Q_SLOTS:
         testing::writeFile(userFile() + QStringLiteral(".rejected"), "an earlier one");
         LogCapture log;
         GestureService service(appPaths(), nullptr, false);
-        // The second save overwrites a file of our own.
+        // The second save overwrites the service's own file.
         for (int saves = 0; saves < 2; ++saves) {
             QVERIFY(service.save());
             QCOMPARE(testing::readFile(userFile() + QStringLiteral(".rejected")), QByteArray("an earlier one"));
@@ -624,7 +624,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(userFile()), choice);
         QCOMPARE(testing::filesBelow(m_tree->user()).size(), 1);
         QVERIFY(log.qtMessages.isEmpty());
-        // Nor by hand; that was an attempt, and the log has the reason.
+        // Not by hand either; that was an attempt, and the log has the reason.
         QVERIFY(service.save());
         QCOMPARE(log.qtMessages.size(), 1);
         const QString reason = QStringLiteral("the gestures are not loaded (path: ") + userFile() + QLatin1Char(')');
@@ -634,7 +634,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(userFile()), choice);
     }
 
-    // Whatever stands in place of the user's file: one line says so, nothing waits, nothing is lost.
+    // Anything in place of the user's file: one line reports it, nothing waits, nothing is lost.
     void strangeUserFile_data()
     {
         QTest::addColumn<QString>("what");
@@ -712,7 +712,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(QFileInfo(file).path()).size(), 1);
     }
 
-    // As somebody who may read the file and the directory, but write to neither.
+    // As a user who may read the file and the directory, but write to neither.
     void rejectedFileThatCanNotBeWrittenIsLeftAlone()
     {
         writeUserFile("garbage");
@@ -797,7 +797,7 @@ private Q_SLOTS:
         QCOMPARE(copy->gestureList().size(), 3);
         QCOMPARE(copy->gestureList().at(2), nullptr);
         QVERIFY(service.fastMerge(copy.data()));
-        // Null on one side only is passed over as well.
+        // A null on one side only is also skipped.
         const QScopedPointer<Gesture> other(
                 newGesture(QStringLiteral("other"), Gesture::Hold, QRectF(0, 0, 1, 1), Gesture::NoDirection));
         GestureService full(appPaths(), nullptr, true, GestureList([&] {
@@ -914,7 +914,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("bound"); // what the first gesture is bound to then
+        QTest::addColumn<QByteArray>("bound"); // the first gesture's binding afterwards
         const QByteArray none;
         QTest::newRow("application on the stack") << "stack" << 0 << QByteArray("next");
         QTest::newRow("application on the heap") << "heap" << 0 << QByteArray("next");
@@ -953,11 +953,11 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(userFile()));
     }
 
-    // A program that opens the library through a module, and closes that again before it ends.
+    // A program that opens the library through a module, and closes the module before it ends.
     void closedModuleStillSavesAtExit()
     {
         QProcess child;
-        // Nothing in the module points to the service any more: a leak checker takes it for lost.
+        // Nothing in the module points to the service any more: a leak checker reports it as lost.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
         child.setProcessEnvironment(environment);
@@ -970,7 +970,7 @@ private Q_SLOTS:
 
     void exitWhileLoadingSavesNothing()
     {
-        // With the exit switch on a failed load ends the process from within it.
+        // With the exit switch on, a failed load ends the process from within the load.
         writeUserFile(R"({"version": 1, "actions": {"TapRightNoDirection": "gone"}})");
         const QByteArray before = testing::readFile(userFile());
         QProcess child;

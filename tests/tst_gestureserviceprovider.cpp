@@ -18,7 +18,7 @@ using namespace vellix::gesture;
 using testing::DataTree;
 using testing::LogCapture;
 
-// The task queries of this program stand before the platform library's.
+// The task queries of this program take precedence over the platform library's.
 static int currentTask = 1234;
 static bool taskKnown = true;
 
@@ -45,7 +45,7 @@ static QString currentPath(const GestureService *service)
     return service->gestureList().value(0)->currentAction()->path();
 }
 
-// The paths file is read once per process, so the tree stands for the whole program.
+// The paths file is read once per process, so one tree serves the whole program.
 class tst_GestureServiceProvider : public QObject
 {
     Q_OBJECT
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(log.qtMessages.size(), 1);
         QVERIFY(log.qtMessages[0].startsWith(
                 QStringLiteral("critical default: \033[31m [error] expected right but \033[31m ")));
-        // Never read again, even when there is one now.
+        // Never read again, even if it exists now.
         const QString file = m_tree.system(QStringLiteral("config/gestures/application_paths.json"));
         testing::writeFile(file, R"({"current": "/x", "default": "/y", "filename": "z"})");
         QCOMPARE(GestureServiceProvider::applicationPathsConfiguration().fileName(), QStringLiteral("cfg.json"));
@@ -156,7 +156,7 @@ private Q_SLOTS:
         testing::writeFile(m_tree.userFile(QStringLiteral("app")), boundToMenu);
         QTest::qWait(150);
         QCOMPARE(changed.size(), 1);
-        // And the dead watch is let go of once.
+        // The destroyed watch is released only once.
         provider.setAppId(QStringLiteral("app"));
         QCOMPARE(changed.size(), 2);
         testing::writeFile(m_tree.userFile(QStringLiteral("app")), "{}");
@@ -175,7 +175,7 @@ private Q_SLOTS:
         QCOMPARE(log.lines.size(), 1);
         QCOMPARE(log.lines[0].level, QStringLiteral("warn"));
         QVERIFY(log.lines[0].body.endsWith(QStringLiteral("app 'qmlplugindump' is prohibited")));
-        // Nothing to change, nothing to tell; the warning comes each time.
+        // No change, no signal; the warning comes each time.
         provider.loadService(nullptr);
         QCOMPARE(changed.size(), 1);
         QCOMPARE(log.lines.size(), 2);
@@ -273,7 +273,7 @@ private Q_SLOTS:
         QTRY_VERIFY(provider.service() && provider.service() != before);
         QCOMPARE(provider.service()->readonly(), false);
         QCOMPARE(provider.service()->featuresProvider(), &features);
-        provider.service()->prune(); // nothing to save when it goes
+        provider.service()->prune(); // nothing to save when it is destroyed
     }
 
     void anotherAppIdIsWatchedInstead()
@@ -291,7 +291,7 @@ private Q_SLOTS:
         QTRY_COMPARE(currentPath(provider.service()), QStringLiteral("menu"));
     }
 
-    // Deferred deletes do not run in a nested loop: the old watch is still there.
+    // Deferred deletes do not run in a nested loop: the old watch still exists.
     void watchLetGoIsHeardNoMore()
     {
         GestureServiceProvider provider(nullptr);
@@ -344,7 +344,7 @@ private Q_SLOTS:
         provider.setAppId(QStringLiteral("app"));
         const QPointer<GestureService> stale = provider.service();
         QCOMPARE(currentPath(stale), QStringLiteral("next"));
-        // The process might end at the very moment when the old service is let go.
+        // The process might end at the very moment of the old service's release.
         int told = 0;
         connect(&provider, &GestureServiceProvider::serviceChanged, &provider, [&](GestureService *service) {
             if (service)
@@ -371,7 +371,7 @@ private Q_SLOTS:
     void appIdOfSeveralDirectories_data()
     {
         QTest::addColumn<QString>("appId");
-        QTest::addColumn<QString>("action"); // nothing where the configuration is outside of the system's data
+        QTest::addColumn<QString>("action"); // "nothing" if the configuration is outside of the system's data
         QTest::addColumn<bool>("written");   // the user's file is inside of the user's
         QTest::newRow("a slash") << "a/b"
                                  << "menu" << true;
@@ -387,7 +387,7 @@ private Q_SLOTS:
                                               << "nothing" << false;
     }
 
-    // The host keeps what is behind a prefix below its root: nothing outside is read, written, watched or removed.
+    // The host keeps the part after a prefix below its root: nothing outside is read, written, watched or removed.
     void appIdOfSeveralDirectories()
     {
         QFETCH(QString, appId);
@@ -395,7 +395,7 @@ private Q_SLOTS:
         QFETCH(bool, written);
         const QString byDefault = QDir::cleanPath(m_tree.defaultFile(appId));
         const QString user = QDir::cleanPath(m_tree.userFile(appId));
-        // So that the kernel finds what it is told.
+        // The paths must exist for the kernel.
         for (const QString &path : {m_tree.user(QStringLiteral("gestures/apps/current/a")),
                                     m_tree.system(QStringLiteral("config/gestures/apps/default/a"))})
             QVERIFY(QDir().mkpath(path));
@@ -427,7 +427,7 @@ private Q_SLOTS:
     void programNamedAsAProhibitedOne()
     {
         const QString program = m_tree.root() + QStringLiteral("/qmlplugindump");
-        // A link would be followed to the program's own name.
+        // A link would be resolved to the program's own name.
         QVERIFY(QFile::copy(QStringLiteral(TEST_PROGRAMS "/providerchild"), program));
         QProcess child;
         child.start(program, QStringList());
@@ -442,11 +442,11 @@ private Q_SLOTS:
         QCOMPARE(app_name(), QStringLiteral("1234:reader"));
         taskKnown = false;
         QCOMPARE(app_name(), QStringLiteral("app info unavailable"));
-        currentTask = 0; // told before the missing record
+        currentTask = 0; // reported before the missing record
         QCOMPARE(app_name(), QStringLiteral("null pid"));
         currentTask = -5;
         QCOMPARE(app_name(), QStringLiteral("null pid"));
-        currentTask = 1; // the least that is one
+        currentTask = 1; // the smallest valid id
         taskKnown = true;
         QCOMPARE(app_name(), QStringLiteral("1:reader"));
     }

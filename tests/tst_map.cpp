@@ -13,7 +13,8 @@
 
 using testing::Run;
 
-// In mode "reading" the taps: two that overlap, one that the first hides, a thin one; the lower half is dead.
+// In mode "reading" the taps: two that overlap, one that the first hides, a thin one; nothing matches in the lower
+// half.
 static const char *const configuration = R"({
     "zones": {"half": {"x": 0, "y": 0, "w": 1, "h": 0.5}},
     "actions": [
@@ -35,7 +36,7 @@ static const char *const configuration = R"({
     ]
 })";
 
-// A configuration of so many gestures.
+// A configuration with this number of gestures.
 static QByteArray many(int count, const std::function<QByteArray(int)> &entry)
 {
     QByteArrayList entries;
@@ -61,7 +62,7 @@ static QByteArray mode(int i)
     return QStringLiteral(R"({"modes": ["m%1"], "kind": "tap", "zone": "top", "defaultAction": "a"})").arg(i).toUtf8();
 }
 
-// The map of a configuration as a person asks for it, on the terminal and in files.
+// The map of a configuration in the program's output, on the terminal and in files.
 class tst_Map : public testing::Tool
 {
     Q_OBJECT
@@ -77,7 +78,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("error"); // what the one line on standard error holds, none when empty
+        QTest::addColumn<QString>("error"); // part of the one line on standard error, empty for none
         const auto row = [](const char *name, const char *arguments, int status, const char *error) {
             QTest::newRow(name) << QString(arguments).split(' ', Qt::SkipEmptyParts) << status << error;
         };
@@ -281,7 +282,7 @@ mode menu, hold
         QCOMPARE(textsOf(svg({})).contains("top:  a" + mark), isMarked);
     }
 
-    // A cell shows what the lookup finds at its centre.
+    // A cell shows the gesture that the lookup finds at its centre.
     void cellsAgreeWithFind()
     {
         const QStringList lines = map({"--app", "app", "--mode", "reading", "--kind", "tap"}).out.split('\n');
@@ -300,7 +301,7 @@ mode menu, hold
 
     void smallZones()
     {
-        // Two in one cell that holds neither's centre, beside what fills the screen.
+        // Two in one cell without either centre, beside one that fills the screen.
         testing::writeFile(m_tree->defaultFile("app"),
                            R"({"actions": [{"path": "a", "title": "A"}], "gestures": [
             {"id": "first", "kind": "tap", "zone": {"x": 0.501, "y": 0.501, "w": 0.002, "h": 0.002}, "defaultAction": "a"},
@@ -319,7 +320,7 @@ mode menu, hold
         QCOMPARE(lines.at(4 + 16).mid(1, 48), QString(24, '4') + '1' + QString(23, '4'));
     }
 
-    // Five are named, of six the greatest four.
+    // Five are named; of six, the largest four.
     void manyLosses_data()
     {
         QTest::addColumn<int>("others");
@@ -340,7 +341,7 @@ mode menu, hold
         QVERIFY2(out.contains("  a  " + expected + '\n'), qPrintable(out));
     }
 
-    // Of 80 characters all, of more the first and the last 40.
+    // 80 characters are shown in full; of more, the first and the last 40.
     void longestName()
     {
         for (const int length : {80, 81}) {
@@ -407,7 +408,7 @@ mode menu, hold
         QVERIFY2(ink(label) > 0.01, "the label of a zone is missing");
         const QImage contested = part(0.01, 0.01, 0.22, 0.05);
         QVERIFY(ink(contested) > 0.01 && ink(contested) < 0.1);
-        QVERIFY(along(contested, -1) < 0.1);                                 // not to be mixed up with what is dead
+        QVERIFY(along(contested, -1) < 0.1);                                 // must differ from unmatched areas
         const double dashes = ink(part(41 / 420.0, 0.15, 2 / 420.0, 0.045)); // a side of "hidden"
         QVERIFY(dashes > 0.4 && dashes < 0.75);
         QCOMPARE(ink(part(0.498, 0.75, 0.006, 0.1)), 1.0); // a thin zone is still a line
@@ -422,7 +423,7 @@ mode menu, hold
         QVERIFY(all.height() > one.height());
     }
 
-    // All of it to the pixel, as somebody has looked at it: a change is looked at, and its picture taken over.
+    // Compares each pixel with a picture that a person has checked: look at a changed picture, then accept it.
     void picture()
     {
         const QString fonts = m_tree->root() + "/fonts.conf"; // no other fonts of this machine
@@ -475,7 +476,7 @@ mode menu, hold
                                    .replace("TEXT", json));
         const QString out = map({"--app", "app"}).out;
         QCOMPARE(out.section('\n', 2, 2), "mode " + shown + ", tap");
-        const QString zone = json.isEmpty() ? QString("(0, 0.25, 1, 0.75)") : shown; // no name
+        const QString zone = json.isEmpty() ? QString("(0, 0.25, 1, 0.75)") : shown; // without a name
         QCOMPARE(out.section('\n', 37, 37), QStringList({"1", shown, zone, shown}).join("  "));
         QCOMPARE(out.count('\n'), 39);
 
@@ -543,7 +544,7 @@ mode menu, hold
     }
 
 private:
-    // What differs by less is the machine's arithmetic.
+    // Smaller differences are the machine's arithmetic.
     static QString withWholeNumbers(const QByteArray &svg)
     {
         static const QRegularExpression number(QStringLiteral("(?<!version=\")-?\\d+\\.\\d+(e-?\\d+)?"));
@@ -574,7 +575,7 @@ private:
         QVERIFY(QFile::link(file("pipe.svg"), file("link.png"))); // never to a device: a fault would replace it
     }
 
-    // What is drawn into a file; nothing when that fails.
+    // The bytes of the drawn file; empty on failure.
     QByteArray svg(const QStringList &arguments) const
     {
         const Run run = map(QStringList{"--app", "app", "-o", file("drawn.svg")} + arguments);
@@ -587,7 +588,7 @@ private:
         return run.exitCode == 0 && run.err.isEmpty() ? QImage(file("drawn.png")) : QImage();
     }
 
-    // The texts of an SVG in the order of drawing; one that tells so when it is not well-formed.
+    // The texts of an SVG in the order of drawing, or an error text if it is not well-formed.
     static QStringList textsOf(const QByteArray &picture)
     {
         QStringList texts;
@@ -599,7 +600,7 @@ private:
         return xml.hasError() ? QStringList("not well-formed: " + xml.errorString()) : texts;
     }
 
-    // As every text of more than 80 characters, such as a file in a long temporary directory.
+    // Shortened like every text of more than 80 characters, such as a file in a long temporary directory.
     static QString shortened(const QString &text)
     {
         return text.size() > 80 ? text.left(40) + QChar(0x2026) + text.right(40) : text;
@@ -648,7 +649,7 @@ private:
         return double(black) / (image.width() * image.height());
     }
 
-    // The share of black pixels that go on below, a step to the left or to the right.
+    // The share of black pixels that continue below, a step to the left or to the right.
     static double along(const QImage &image, int step)
     {
         int black = 0;

@@ -13,7 +13,7 @@
 using namespace vellix;
 using namespace vellix::gesture;
 
-// What QML and other languages see of every class, in its order. "rw" properties are writable.
+// The interface of every class for QML and other languages, in its order. "rw" properties are writable.
 struct Expected
 {
     const QMetaObject *metaObject;
@@ -164,7 +164,7 @@ private Q_SLOTS:
 
     void metaTypesByName()
     {
-        // Those that are registered at need are registered by reading a property of their type.
+        // Some types are registered only when a property of their type is read.
         Gesture gesture({}, {}, Gesture::Tap, Gesture::wholeZone, Gesture::NoDirection, {}, nullptr, nullptr, {});
         for (const char *property : {"availableActions", "currentAction", "actionTree"})
             QVERIFY(gesture.property(property).isValid());

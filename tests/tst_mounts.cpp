@@ -25,13 +25,14 @@ class tst_Mounts;
 using Step = std::function<void(tst_Mounts *)>;
 Q_DECLARE_METATYPE(Step)
 
-// The file systems below the watched path come and go. In a mount namespace of its own: no other process sees them.
+// File systems below the watched path come and go. In a mount namespace of its own: no other process sees them.
 class tst_Mounts : public QObject
 {
     Q_OBJECT
 
 public:
-    // Why there is no namespace; empty when there is. Before the first thread: a user namespace takes a single one.
+    // The reason for a missing namespace; empty if there is one. Before the first thread: a user namespace needs a
+    // single one.
     static QByteArray s_obstacle;
     static void enterNamespace()
     {
@@ -160,7 +161,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(last(), after);
 
-        // And the watch goes on.
+        // The watch continues.
         testing::writeFile(file(), "later");
         QTRY_COMPARE(last(), QByteArray("later"));
     }
@@ -181,7 +182,7 @@ private Q_SLOTS:
         QTRY_COMPARE(last(), QByteArray("again"));
     }
 
-    // The bytes are what counts, not where they come from.
+    // The bytes count, not their source.
     void noChange_data()
     {
         QTest::addColumn<Step>("change");
@@ -227,7 +228,7 @@ private Q_SLOTS:
         QCOMPARE(m_seen, QList<QByteArray>({"(no file)", "same"}));
     }
 
-    // A file system that is watched is not in use.
+    // A watched file system is not in use.
     void watchedFileSystemCanBeUnmounted()
     {
         mount("tmpfs", "a/b");
@@ -257,7 +258,7 @@ private Q_SLOTS:
         QCOMPARE(last(), QByteArray("new"));
     }
 
-    // What tells of mounts must not tell of the same one for ever.
+    // The same mount must not be reported for ever.
     void eventLoopSleepsAfterAMount()
     {
         watch();
@@ -267,7 +268,7 @@ private Q_SLOTS:
         int awoken = 0;
         connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, m_watch.get(),
                 [&awoken] { ++awoken; });
-        // What other programs do in the directory for temporary files wakes it as well: they pause some time.
+        // Other programs' work in the directory for temporary files also wakes it: they pause some time.
         for (int i = 0; i < 50 && (i == 0 || awoken >= 20); ++i) {
             awoken = 0;
             QEventLoop loop;
@@ -309,7 +310,7 @@ private Q_SLOTS:
         QVERIFY(bothWithin);
     }
 
-    // Something else of the program is told in the same moment, and runs an event loop before the watch's turn.
+    // Another part of the program is notified at the same moment, and runs an event loop before the watch's turn.
     void anotherNotifierThatRunsAnEventLoop()
     {
         int ends[2];
@@ -362,7 +363,7 @@ private Q_SLOTS:
     {
         const auto all = QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System;
         const auto descriptors = [all] { return QDir(QStringLiteral("/proc/self/fd")).entryList(all).size(); };
-        QCoreApplication::processEvents(); // what the event loop itself needs is open then
+        QCoreApplication::processEvents(); // the event loop's own descriptors are open then
         const int before = descriptors();
         watch();
         const int withOne = descriptors();
@@ -422,7 +423,7 @@ private:
         m_watch.reset(__watchFileChange(file(), nullptr, [this] { m_seen.append(testing::readFile(file())); }));
     }
 
-    // Longer than the watch waits for a writer that has not finished.
+    // Longer than the watch waits for an unfinished writer.
     static void settle() { QTest::qWait(150); }
 
     QScopedPointer<QTemporaryDir> m_directory;

@@ -14,18 +14,18 @@
 using testing::DataTree;
 using testing::Run;
 
-// A colour, a terminal's title, a line of ours that is forged, what goes back to the line's start, a control character
-// of one byte beyond ASCII, the one that ASCII has last, and one that turns what follows.
+// A colour, a terminal's title, a forged line of ours, a carriage return, a control character of one byte beyond ASCII,
+// the last one of ASCII, and one that reverses the text after it.
 static const char *const hostileName = "\x1b[31m\x1b]0;t\x07\ngesturectl: forged\r\u009b2J\x7f\u202e.";
 static const char *const harmlessName = "harmless.";
 
-// In JSON there is more: a character that ends strings of C, half a character, and ends of lines.
+// JSON allows more: a character that ends C strings, half a character, and line ends.
 static const char *const hostileText =
         R"(\u001b[31m\u001b]0;t\u0007\ngesturectl: forged\r\u009b2J\u007f\u202e\u0000\ud800\u2028.)";
 static const char *const harmlessText = R"(harmless\ud800text.)"; // half a character is a finding of its own
 static const char *const hostileJsonName = R"(\u001b[31m\u001b]0;t\u0007\ngesturectl: forged\r\u009b2J\u007f\u202e.)";
 
-// TEXT is any text, NAME one that can stand in an argument and in the name of a file.
+// TEXT stands for any text, NAME for one that can be in an argument and in the name of a file.
 static const char *const configuration = R"({
     "zones": {"NAME": {"x": 0, "y": 0, "w": 1, "h": 0.75}, "TEXT": {"x": 0, "y": 0.5, "w": 1, "h": 0.5}},
     "actions": [
@@ -44,7 +44,7 @@ static const char *const configuration = R"({
     ]
 })";
 
-// Every byte that the program prints, whatever files and arguments hold.
+// Every byte that the program prints, for any files and arguments.
 class tst_Output : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,7 @@ private Q_SLOTS:
     void nothingRaw_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QByteArray>("bindings"); // of the user; none when empty
+        QTest::addColumn<QByteArray>("bindings"); // of the user; empty for no file
         QTest::addColumn<QByteArray>("given");    // NAME.json in the current directory
         const QByteArray bound = R"({"version": 1, "actions": {"NAME": "NAME", "3TEXT": "NAME"}})";
         const QByteArray gone = R"({"version": 1, "actions": {"NAME": "TEXT", "goneTEXT": "NAME", "4TEXT": "NAME"}})";
@@ -179,7 +179,7 @@ private Q_SLOTS:
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
             environment.insert("XDG_DATA_HOME", "/none/" + QString::fromUtf8(name));
             environment.insert("XDG_DATA_DIRS", "/none/" + QString::fromUtf8(name).remove(':'));
-            environment.insert("QT_QPA_PLATFORM", QString::fromUtf8(name).remove(';')); // it separates several
+            environment.insert("QT_QPA_PLATFORM", QString::fromUtf8(name).remove(';')); // it separates platforms
             process.setProcessEnvironment(environment);
             process.start("sh", {"-c", "ulimit -c 0; \"$0\" list --app app; \"$0\" map --app app; true", GESTURECTL});
             process.waitForFinished(testing::patience);
@@ -203,7 +203,7 @@ private Q_SLOTS:
         DataTree tree;
         const QString app = QString::fromUtf8(hostileName);
         testing::writeFile(tree.defaultFile(app), filled(configuration, true));
-        // The library itself would tell, in colours, that there is none.
+        // Otherwise the library would log, in colours, that the file is missing.
         testing::writeFile(tree.system("config/gestures/application_paths.json"), R"({
             "current": "${USERDATA}/gestures/apps/current", "default": "${SYSTEMDATA}/config/gestures/apps/default",
             "filename": "cfg.json"})");
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QTRY_COMPARE(watcher.state(), QProcess::NotRunning);
         out += watcher.readAll();
         QVERIFY2(rawIn(out).isEmpty(), qPrintable(rawIn(out)));
-        // The library itself logs what does not load.
+        // The library itself logs a failed load.
         int ours = 0;
         for (const QByteArray &line : out.split('\n'))
             ours += line.startsWith("gesturectl: ") || line.contains("page/");
@@ -285,7 +285,7 @@ private Q_SLOTS:
                             "窓      (all)  tap  no  top   a\n"));
     }
 
-    // A column is shown before it is aligned, and printed then.
+    // A column is escaped before it is aligned, and printed afterwards.
     void shownTwiceIsShownOnce()
     {
         const QString once = analysis::shown(QString::fromUtf8(hostileName) + QChar(0xd800) + QChar(0));
@@ -319,7 +319,7 @@ private Q_SLOTS:
         QCOMPARE(analysis::messageOf(vellix::Error({"file", 1}, "words")), QString("words"));
     }
 
-    // What is escaped is the same text to who reads JSON.
+    // A JSON parser reads the escaped text as the same text.
     void jsonIsExact()
     {
         DataTree tree;
@@ -351,7 +351,7 @@ private Q_SLOTS:
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
     }
 
-    // What is printed elsewhere would not be made visible.
+    // Output from other places would not be made visible.
     void oneWriter()
     {
         const QRegularExpression writer(
@@ -397,7 +397,7 @@ private:
                 .replace("RAW", isHostile ? QByteArray(hostileName).replace('\n', "\x1b") : QByteArray(harmlessName));
     }
 
-    // The first character that a terminal obeys, as its code; ends of lines are none.
+    // The code of the first character that controls a terminal; line ends do not count.
     static QString rawIn(const QByteArray &printed)
     {
         const QString text = QString::fromUtf8(printed);

@@ -103,7 +103,7 @@ private Q_SLOTS:
         QCOMPARE(action->parent(), owner.get());
     }
 
-    // It is not offered, and no longer current: only the default names it.
+    // It is not offered, and no longer current: only the default action refers to it.
     void defaultThatIsNotChosenStays()
     {
         Action *action = newAction("a");
@@ -184,7 +184,7 @@ private Q_SLOTS:
         QCOMPARE(second->currentAction(), nullptr);
     }
 
-    // Seen by the leak checker.
+    // For the leak checker.
     void failedLoadWithoutAParentLeavesNothing()
     {
         const QVariant document = testing::json(R"({
@@ -270,7 +270,7 @@ private Q_SLOTS:
             QTest::addRow("300 gestures of 3000 actions, %s", order) << 300 << 3000 << QString::fromLatin1(order);
     }
 
-    // Seconds, if the time grows with gestures times actions; what grows faster does not end within the test's time.
+    // Seconds, if the time grows with gestures times actions; faster growth exceeds the test's time limit.
     void sizes()
     {
         QFETCH(int, gestures);

@@ -37,7 +37,7 @@ static QList<Gesture *> made(const QList<Entry> &entries, QObject *owner)
     return gestures;
 }
 
-// "ID SHARE, ..." of what takes from the last gesture in a mode.
+// "ID SHARE, ..." of the gestures that take touches from the last gesture in a mode.
 static QString lossesOf(const QList<Entry> &entries, const Mode &mode)
 {
     QObject owner;
@@ -50,7 +50,7 @@ static QString lossesOf(const QList<Entry> &entries, const Mode &mode)
 }
 
 // Zones with common edges and outside the screen, without area and with negative sides; gestures of no, one and two
-// modes, a part of them not supported.
+// modes, some of them not supported.
 static QList<Gesture *> randomGestures(QRandomGenerator *random, QObject *owner)
 {
     const auto edge = [&] { return (int(random->bounded(13)) - 2) / 8.0; };
@@ -82,7 +82,7 @@ static QList<Gesture *> sampleGestures(const char *application, const FeaturesPr
     return loaded.isRight() ? loaded.right() : QList<Gesture *>();
 }
 
-// Modes that are named, and the one that is not; corners and edges of zones as often as what lies between.
+// Named modes, and the unnamed one; corners and edges of zones as often as the area between them.
 static Touch randomTouch(QRandomGenerator *random, const QList<Gesture *> &gestures)
 {
     const Gesture *like = gestures.at(random->bounded(gestures.size()));
@@ -128,7 +128,7 @@ private Q_SLOTS:
     void losses_data()
     {
         QTest::addColumn<QList<Entry>>("entries");
-        QTest::addColumn<QString>("mode"); // null for every other
+        QTest::addColumn<QString>("mode"); // null for every other one
         QTest::addColumn<QString>("expected");
         const QRectF whole(0, 0, 1, 1);
         const QRectF left(0, 0, 0.5, 1);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QTest::addRow("notes") << "notes" << 2U;
     }
 
-    // The first gesture that fails no test is the one that the library finds.
+    // The lookup finds the first gesture that fails no test.
     void lookup()
     {
         QFETCH(QString, application);
@@ -242,8 +242,8 @@ private Q_SLOTS:
         QCOMPARE(nameOf(Test::Zone), QString("zone"));
     }
 
-    // Zones on the lines of a grid, so that each of its squares is wholly inside or outside: a touch at its centre,
-    // looked up as the lookup does it, tells whose it is.
+    // Zones on the lines of a grid, so that each of its squares is wholly inside or outside: the lookup at its centre
+    // finds its gesture.
     void againstGrid_data()
     {
         QTest::addColumn<quint32>("seed");

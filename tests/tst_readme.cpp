@@ -16,8 +16,7 @@
 
 using namespace vellix::gesture;
 
-// The clients in QML of the pages work, the files in the pages load, and so does the QML of every page. docs/docs.py
-// runs all other blocks of code.
+// The pages' QML clients work, and their files and other QML load. docs/docs.py runs all other blocks of code.
 class tst_Readme : public QObject
 {
     Q_OBJECT
@@ -53,7 +52,7 @@ private Q_SLOTS:
         QQmlComponent component(&engine, QUrl::fromLocalFile(file));
         const std::unique_ptr<QObject> object(component.create());
         QVERIFY2(object, qPrintable(component.errorString()));
-        QTest::qWait(50); // for the service, and what is bound to it
+        QTest::qWait(50); // for the service and its bindings
         QCOMPARE(warnings.join('\n'), QString());
     }
 
@@ -80,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(pathOf(Gesture::Tap, Gesture::NoDirection, {300, 10}), QString());
     }
 
-    // The function in JavaScript has the result of the library's own.
+    // The function in JavaScript has the same result as the library's own.
     void qmlTouchHasADirection()
     {
         const std::unique_ptr<QObject> page = qml("docs/for-reading-applications.md", 0);

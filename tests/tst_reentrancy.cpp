@@ -14,7 +14,7 @@
 #include <memory>
 #include <utility>
 
-// Slots that change, or destroy, what has just told them, or what told it. Most is for the address sanitizer to see.
+// Slots that change or destroy the value or the sender of their signal. The address sanitizer checks most of it.
 
 using namespace vellix;
 using namespace vellix::gesture;
@@ -35,7 +35,7 @@ public:
         QObject::connect(sender, signal, later.get(), [this](const std::decay_t<Value> &value) { after = value; });
     }
 
-    // Whether both were told of the value last.
+    // Whether both got this value last.
     bool lastHeard(const std::decay_t<Value> &value) const { return before == value && (!later || after == value); }
 
     std::unique_ptr<QObject> later;
@@ -81,7 +81,7 @@ struct Gestures
 using GestureAct = void (*)(Gestures &, Audience<Gesture, Action *> &);
 Q_DECLARE_METATYPE(GestureAct)
 
-// Two services of three gestures each, the second a clone whose choices are others.
+// Two services of three gestures each; the second is a clone with other choices.
 struct Services
 {
     Services()
@@ -137,7 +137,7 @@ struct Provided
     Provided &operator=(const Provided &) = delete;
     ~Provided() { delete provider; }
 
-    // Other bindings than ever before.
+    // Bindings that no file had before.
     void writeFile() const
     {
         static int written = 0;
@@ -146,7 +146,7 @@ struct Provided
                                    + R"(": "menu"}})");
     }
 
-    // Until the provider has replaced its service, unless there is none any more, and the event loop has deleted it.
+    // Until the provider has replaced its service, if there still is one, and the event loop has deleted the old one.
     bool waitForReplacement() const
     {
         const QPointer<GestureService> replaced = provider->service();
@@ -293,7 +293,7 @@ private Q_SLOTS:
             QVERIFY(listeners->lastHeard(world.one->currentAction()));
     }
 
-    // What a slot sets elsewhere is heard there alone.
+    // A value that a slot sets elsewhere is announced only there.
     void otherSender()
     {
         Gestures all;
@@ -324,7 +324,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<ServiceAct>("act");
         QTest::addColumn<bool>("merged");
-        QTest::addColumn<int>("changed"); // gestures of the service, if it is alive
+        QTest::addColumn<int>("changed"); // of the service, if it still exists
         const auto row = [](const char *name, bool merged, int changed, ServiceAct act) {
             QTest::newRow(name) << act << merged << changed;
         };
@@ -345,7 +345,7 @@ private Q_SLOTS:
         row("cloned", true, 3, [](Services &services) { delete services.one->clone(); });
     }
 
-    // The slot is of the second gesture of three.
+    // The slot belongs to the second gesture of three.
     void fastMerge()
     {
         QFETCH(ServiceAct, act);
@@ -483,15 +483,15 @@ private Q_SLOTS:
             row("appIdChanged", setAppId, act);
             row("readonlyChanged", setReadonly, act);
         }
-        // At any other time nobody is told of that.
+        // At any other time no signal announces that.
         for (const Step &cause : causes) {
             row("serviceChanged", cause,
                 {"the service is deleted", [](Provided &world) { delete world.provider->service(); }});
         }
     }
 
-    // The slot acts once, so that it settles. Nobody may hear of an old value last; whom the service belongs to is what
-    // was set last.
+    // The slot acts once, so that it settles. No listener may get an old value last; the service belongs to the last
+    // values that were set.
     void provider()
     {
         QFETCH(QString, signal);
@@ -542,7 +542,7 @@ private Q_SLOTS:
             QCOMPARE(services.before, service);
             QCOMPARE(service->paths().appId(), world.provider->appId());
             QCOMPARE(service->readonly(), world.provider->readonly());
-            QVERIFY(world.waitForReplacement()); // the watch is of this application, too
+            QVERIFY(world.waitForReplacement()); // the watch is also of this application
         }
     }
 
@@ -572,7 +572,7 @@ private Q_SLOTS:
 
     void prepareExit_data()
     {
-        QTest::addColumn<bool>("destroyed"); // or told by a client
+        QTest::addColumn<bool>("destroyed"); // or notified by a client
         QTest::addColumn<QString>("act");
         for (const bool destroyed : {false, true}) {
             for (const char *act : {"the instance is deleted", "the next listener is deleted", "notified again",
@@ -580,7 +580,7 @@ private Q_SLOTS:
                 QTest::addRow("%s: %s", destroyed ? "destroyed" : "notified", act)
                         << destroyed << QString::fromLatin1(act);
         }
-        // Who is destroying it must not be asked to do so again.
+        // A listener that destroys it must not be called again for that.
         QTest::newRow("notified: the notifier is deleted") << false << "the notifier is deleted";
     }
 
@@ -621,7 +621,7 @@ private Q_SLOTS:
         QCOMPARE(told, 1);
         if (service && !act.endsWith(QLatin1String("is deleted")))
             QVERIFY(service->saved());
-        if (made && destroyed) { // what was made of it is told by the next one
+        if (made && destroyed) { // it listens to the next notifier
             ExitNotifier::notify();
             QVERIFY(made->saved());
         }

@@ -20,7 +20,7 @@ using namespace vellix;
 using namespace vellix::gesture;
 using testing::LogCapture;
 
-// A user's file that was refused is kept beside itself before it is overwritten.
+// A refused user's file is copied to a file beside it before it is overwritten.
 class tst_RejectedFile : public QObject
 {
     Q_OBJECT
@@ -98,7 +98,7 @@ private Q_SLOTS:
                  QStringLiteral("can not open file: No such device or address (path: %1)").arg(file()));
     }
 
-    // It may be written to all the same: not before there is a copy.
+    // The file is writable all the same, but a save must copy it first.
     void fileThatCanNotBeReadIsKeptOnceItCan()
     {
         QCOMPARE(chmod(qPrintable(file()), 0200), 0);
@@ -122,7 +122,7 @@ private Q_SLOTS:
                  0);
         QVERIFY(testing::readFile(file()).startsWith('{'));
         QCOMPARE(testing::readFile(path("dir/file.rejected")), QByteArray("garbage"));
-        QVERIFY(!QFile::exists(path("dir/file.rejected.2"))); // what the service wrote itself is not kept
+        QVERIFY(!QFile::exists(path("dir/file.rejected.2"))); // the service's own file is not copied
     }
 
     void secondServiceDoesNotKeepTheFirstOnesFile()
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     void accessListIsTheOriginals()
     {
-        // A list that the directory hands to new files: user::rwx user:1234:rwx group::rwx mask::rwx other::rwx
+        // A list that new files inherit from the directory: user::rwx user:1234:rwx group::rwx mask::rwx other::rwx
         const QByteArray list = testing::accessList(7, 1234, 7, 7, 7, 7);
         if (setxattr(qPrintable(path("dir")), "system.posix_acl_default", list.constData(), list.size(), 0) != 0)
             QSKIP("this file system keeps no access lists");
@@ -222,7 +222,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(path("dir/file.rejected.2")), QByteArray("garbage"));
     }
 
-    // Sparse, so that it costs no room.
+    // Sparse, so that it takes no space.
     void whatIsTooLargeIsNotOverwritten()
     {
         const qint64 size = 3LL * 1024 * 1024 * 1024;
@@ -232,7 +232,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
     }
 
-    // It may write what its user may not, which the system's access() does not tell.
+    // A process with more rights than its user, which the system's access() does not show.
     void privilegedProgramKeepsItAsWell()
     {
         if (geteuid() != 0)
@@ -254,7 +254,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(path("dir/file.rejected")), QByteArray("garbage"));
     }
 
-    // What may be read but not by everybody: the copy of another user stays as private.
+    // A file that some may read: the copy of another user stays as private.
     void copyOfSomebodyElsesFileIsAsPrivate()
     {
         if (geteuid() != 0)

@@ -62,7 +62,7 @@ private Q_SLOTS:
                 QVERIFY2(status == 128 + 9, context);
                 continue;
             }
-            // What is said to be saved is; what failed left nothing behind.
+            // A reported save is complete; a failed one left nothing behind.
             QVERIFY2(status == 0 || status == 1 || status == 2, context);
             QVERIFY2(status != 0 || now == m_new, context);
             QVERIFY2(status != 2 || now == m_old, context);
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QCOMPARE(order, QStringList({"mkdir", "fsync", "fsync", "rename", "fsync"}));
     }
 
-    // Where the file can not be replaced it is written directly, and a full disk shows before the first old byte goes.
+    // If the file cannot be replaced, it is written directly; a full disk then fails before the first old byte is lost.
     void directWrite_data()
     {
         QTest::addColumn<int>("oldSize");
@@ -122,10 +122,10 @@ private Q_SLOTS:
             QTest::addRow("%s, no room", size.name)
                     << size.oldSize << QStringList{noRename, "fallocate:error=ENOSPC"} << 1;
         }
-        // The first write is that of the temporary file.
+        // The first write is for the temporary file.
         QTest::newRow("shorter, no room can be reserved, nor written")
                 << 5 << QStringList{noRename, unknown, "write:error=ENOSPC:when=2"} << 1;
-        // What says that the file may be written, but not replaced; and what says nothing of the kind.
+        // Errors that allow a direct write, and one that does not.
         for (const char *error : {"EACCES", "EPERM", "EROFS", "EBUSY", "EOPNOTSUPP"})
             QTest::newRow(error) << 5 << QStringList{"rename,renameat,renameat2:error=" + QString(error)} << 0;
         QTest::newRow("EIO") << 5 << QStringList{"rename,renameat,renameat2:error=EIO"} << 1;
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
     }
 
-    // As with a new file: what is said to be saved is on the disk, and what was taken back as well.
+    // Like a new file: a reported save is on disk, and so is a reverted one.
     void directWriteIsOnDisk_data()
     {
         QTest::addColumn<QStringList>("faults");
@@ -175,7 +175,7 @@ private Q_SLOTS:
         QCOMPARE(order, expected);
     }
 
-    // A signal that comes in between: the call is made again.
+    // A signal interrupts the call: it is repeated.
     void interruptedCallIsRepeated_data()
     {
         QTest::addColumn<QStringList>("faults");
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(m_directory->filePath("dir")), QStringList("file"));
     }
 
-    // The first calls write ten bytes each, or so they say.
+    // The first calls write ten bytes each, or so they report.
     void shortWritesGoOn()
     {
         const QByteArray saved = (trace(3, true), m_new);
@@ -216,7 +216,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(file()), m_old);
     }
 
-    // A network's disk may say only now that it is full.
+    // A network's disk may report only now that it is full.
     void closingTheNewFile_data()
     {
         QTest::addColumn<QString>("error");
@@ -245,7 +245,7 @@ private Q_SLOTS:
     }
 
 #ifdef GESTURECTL
-    // A disk that fails in the midst of a direct write tears the file: the copy is kept, and named.
+    // A disk that fails during a direct write tears the file: the copy is kept, and named.
     void doctorKeepsTheCopyOfATornFile()
     {
         prepare(false);
@@ -291,7 +291,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(file()), m_old);
     }
 
-    // What the new file has not got, the old one must not lose.
+    // If the new file cannot get the old one's permissions, the old file stays.
     void permissionsThatCanNotBeKept_data()
     {
         QTest::addColumn<QString>("fault");
@@ -322,7 +322,7 @@ private Q_SLOTS:
         QVERIFY(now.st_ino != before.st_ino); // replaced
     }
 
-    // The rename is done, and may be undone by a loss of power.
+    // The rename is done, but a power failure may undo it.
     void directoryThatIsNotOnDisk()
     {
         int opened = 0;
@@ -341,7 +341,7 @@ private Q_SLOTS:
         QCOMPARE(testing::readFile(file()), m_new);
     }
 
-    // Until it is like the old one, nobody else can read the new file.
+    // Until it is like the old one, no other user can read the new file.
     void newFileIsPrivateAtFirst()
     {
         QStringList made;
@@ -353,7 +353,7 @@ private Q_SLOTS:
         QVERIFY2(made[0].contains("O_EXCL|O_NOFOLLOW|O_CLOEXEC, 0600"), qPrintable(made[0]));
     }
 
-    // For who removes what was left behind.
+    // For the removal of leftovers.
     void newFileIsLocked()
     {
         QString after;
@@ -366,7 +366,7 @@ private Q_SLOTS:
         QVERIFY2(after.contains(QRegularExpression("^flock\\([0-9]+, LOCK_EX\\|LOCK_NB\\) += 0")), qPrintable(after));
     }
 
-    // Whatever fails while a refused file is saved over: its bytes are there, in the file or beside it.
+    // For any failure while a refused file is overwritten: its bytes exist, in the file or beside it.
     void refusedFileIsNeverLost_data()
     {
         QTest::addColumn<QString>("fault");
@@ -386,7 +386,7 @@ private Q_SLOTS:
         testing::writeFile(user, "garbage");
         int faults = 0;
         for (const Call &call : calls(program)) {
-            // Nobody else can read the copy before it is as private as the original.
+            // No other user can read the copy before it is as private as the original.
             if (call.line.contains(".rejected") && call.line.contains("O_CREAT"))
                 QVERIFY2(call.line.contains("O_CLOEXEC, 0600)"), qPrintable(call.line));
             if (!kill && !canFail(call))
@@ -405,7 +405,7 @@ private Q_SLOTS:
         QVERIFY(faults > 20);
     }
 
-    // A read that ends too early makes another copy, and one that a close reports as lost is none.
+    // A read that ends too early makes another copy, and one that close reports as lost is no copy.
     void copyThatIsNotWholeDoesNotReplaceARefusedFile()
     {
         const QStringList program{TEST_PROGRAMS "/stepschild", "service", "load", "mark", "save", "mark", "delete"};
@@ -439,7 +439,7 @@ private Q_SLOTS:
         QVERIFY(reads > 1 && closes == 1);
     }
 
-    // The copy is on the disk, and its name, before the original goes.
+    // The copy and its name are on disk before the original is overwritten.
     void copyOfARefusedFileIsOnDiskFirst()
     {
         const testing::DataTree tree;
@@ -458,11 +458,11 @@ private:
     struct Call
     {
         QString name;
-        int number; // the how manieth of its name since the process began
+        int number; // the occurrence of its name since the process began
         QString line;
     };
 
-    // Some processors have only the calls that take a directory.
+    // Some processors only have the calls that take a directory.
     static QString commonName(const Call &call)
     {
         return call.name == "mkdirat" ? "mkdir" : call.name == "renameat" ? "rename" : call.name;
@@ -473,7 +473,7 @@ private:
         return m_directory->filePath("dir/file");
     }
 
-    // Memory and time cannot fail like this, and a close that fails has closed all the same.
+    // Memory and time cannot fail like this, and a failed close has still closed.
     static bool canFail(const Call &call)
     {
         static const QStringList never{"mmap",    "munmap", "mremap",        "brk",           "mprotect",

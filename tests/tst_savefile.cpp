@@ -28,7 +28,7 @@ using namespace vellix;
 using namespace vellix::gesture;
 using Bindings = Configuration::ActionBindings;
 
-// How a save treats what it finds in the file system.
+// The effect of a save on everything that it finds in the file system.
 class tst_SaveFile : public QObject
 {
     Q_OBJECT
@@ -145,7 +145,7 @@ private Q_SLOTS:
         QCOMPARE(now, list);
     }
 
-    // What a directory hands to new files is not handed to a file that had it not.
+    // A file without an access list does not get the one that the directory gives to new files.
     void directorysAccessListDoesNotWiden()
     {
         QVERIFY(QDir().mkpath(path("dir")));
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(save(path("dir/file")) > 0);
         QCOMPARE(attribute(path("dir/file"), "system.posix_acl_access"), QByteArray("(none)"));
         QCOMPARE(modeOf(path("dir/file")), 0640);
-        // A file that is new gets it.
+        // A new file gets it.
         QVERIFY(save(path("dir/new")) > 0);
         QVERIFY(attribute(path("dir/new"), "system.posix_acl_access") != QByteArray("(none)"));
     }
@@ -176,7 +176,7 @@ private Q_SLOTS:
         QCOMPARE(attribute(path("file"), "user.byte"), QByteArray("b"));
     }
 
-    // There, too, the file is a new one with the rights of the old one.
+    // There, the file is also a new one with the rights of the old one.
     void fileSystemWithoutAttributes()
     {
         QVERIFY(QDir().mkpath(path("disk")));
@@ -221,13 +221,13 @@ private Q_SLOTS:
         QCOMPARE(modeOf(path("file")), 07750);
     }
 
-    // Whoever could read or write somebody else's shared file can do so afterwards.
+    // Users who could read or write somebody else's shared file still can afterwards.
     void sharedFileOfSomebodyElse_data()
     {
         QTest::addColumn<uint>("owner");
         QTest::addColumn<uint>("group");
         QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("directly"); // since the file would be another owner's
+        QTest::addColumn<bool>("directly"); // since the file would get another owner
         QTest::newRow("the owner is in the group") << 1u << 1u << 0660 << false;
         QTest::newRow("the owner is not known to be in it") << 1234u << 5678u << 0660 << true;
         QTest::newRow("the owner may do more than the group") << 1u << 1u << 0760 << true;
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), QStringList("file"));
     }
 
-    // Its group's bits mean something else: the owner may have less as one of the others.
+    // Its group's bits have another meaning: the owner may have fewer rights as one of the others.
     void sharedFileWithAnAccessListIsWrittenDirectly()
     {
         if (geteuid() != 0)
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QCOMPARE(refusal(QString()), QStringLiteral("can not open file: No file name specified (path: )"));
     }
 
-    // It stays one, and who reads from it gets the text.
+    // It stays a pipe, and its reader gets the text.
     void pipeWithAReaderIsWrittenDirectly()
     {
         QCOMPARE(mkfifo(qPrintable(path("pipe")), 0600), 0);
@@ -383,7 +383,7 @@ private Q_SLOTS:
         QTest::newRow("a writable file that may not be replaced is written directly") << "sticky";
     }
 
-    // Permissions mean nothing to root: the save runs in a child that is somebody else.
+    // Permissions mean nothing to root: the save runs in a child as another user.
     void ordinaryUser()
     {
         QFETCH(QString, situation);
@@ -432,7 +432,7 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), exists ? QStringList(QStringLiteral("file")) : QStringList());
     }
 
-    // A service of an ordinary user on what only root may touch: error lines, the defaults, no harm.
+    // A service of an ordinary user on files that only root may touch: error lines, the defaults, no harm.
     void serviceWithoutPermission_data()
     {
         QTest::addColumn<QString>("situation");
@@ -503,12 +503,12 @@ private Q_SLOTS:
         QCOMPARE(testing::filesBelow(path("dir")), exists ? QStringList(QStringLiteral("file")) : QStringList());
     }
 
-    // A file that something is mounted on can only be written directly.
+    // A mount point for a file can only be written directly.
     void directWrite_data()
     {
         QTest::addColumn<int>("oldSize");
         QTest::addColumn<int>("gestures");
-        QTest::addColumn<QString>("full"); // what there is no more room on
+        QTest::addColumn<QString>("full"); // the full file system
         QTest::newRow("over a longer file") << 100000 << 10 << "";
         QTest::newRow("over a shorter file") << 10 << 900 << "";
         QTest::newRow("full disk, longer than before") << 20000 << 900 << "disk";
@@ -579,7 +579,7 @@ private Q_SLOTS:
         QCOMPARE(files, QStringList("file"));
     }
 
-    // What a save left that was killed goes with the next; what is another's, or at work, stays.
+    // The next save removes the leftovers of killed ones; files of others, or in use, stay.
     void straysAreRemoved()
     {
         const pid_t ended = fork();
@@ -613,7 +613,7 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-4").arg(ended)));
         QVERIFY(QFileInfo::exists(path("dir/.gestures-%1-5").arg(ended)));
 
-        // Of somebody else's process that is running.
+        // Of another user's running process.
         testing::writeFile(path("dir/.gestures-1-0"), "half");
         QCOMPARE(chmod(qPrintable(path("dir")), 0777), 0);
         QCOMPARE(chmod(qPrintable(path("dir/file")), 0666), 0);
@@ -621,7 +621,7 @@ private Q_SLOTS:
         QCOMPARE(inChild(geteuid() == 0 ? 65534 : geteuid(), [&] { return save(path("dir/file")) > 0 ? 0 : 1; }), 0);
         QCOMPARE(testing::readFile(path("dir/.gestures-1-0")), QByteArray("half"));
 
-        // Of a process elsewhere that has this one's number, and is at work.
+        // Of a process elsewhere with this one's number that is still writing.
         QFile elsewhere(path("dir/.gestures-%1-0").arg(getpid()));
         QVERIFY(elsewhere.open(QIODevice::WriteOnly));
         elsewhere.write("half");
@@ -667,7 +667,7 @@ private Q_SLOTS:
         const QStringList files = testing::filesBelow(disk);
         const qint64 retried = save(disk + "/file", manyGestures(gestures, &owner));
         umount(qPrintable(disk));
-        QVERIFY(result == -1 || (!exists && result == -2)); // -2: not even a name for it
+        QVERIFY(result == -1 || (!exists && result == -2)); // -2: not even space for its name
         QCOMPARE(now, exists ? old : QByteArray("(no file)"));
         QCOMPARE(files, exists ? QStringList("file") : QStringList());
         QVERIFY(retried > 0);

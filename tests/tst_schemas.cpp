@@ -30,7 +30,7 @@ struct Document
 };
 using Corpus = QVector<Document>;
 
-/// What a loader says of a file: null when it takes it, else the failure.
+/// A loader's result for a file: null if it accepts it, else the failure.
 using Loader = std::function<QString(const QString &file)>;
 
 enum Taker { SchemaTakesIt, LoaderTakesIt };
@@ -43,14 +43,14 @@ struct Difference
     const char *reason;
 };
 
-/// Documents made of a sample on which they differ, told by the message of the loader.
+/// Documents derived from a sample on which they differ, identified by the loader's message.
 struct DifferenceOfSamples
 {
     const char *message;
     const char *reason;
 };
 
-/// A device that has all of the features that there are, or none.
+/// A device that has all known features, or none.
 class Device : public testing::Features
 {
 public:
@@ -82,7 +82,7 @@ static void add(Corpus &corpus, const QString &name, const QByteArray &text)
     corpus.append({name, text});
 }
 
-// Every type, and of each what a conversion might make something of.
+// Every type, with values that a conversion might accept.
 static const QVector<const char *> values{
         "null", "true",         "false", "0",           "1",
         "-3",   "0.5",          "1e300", R"("")",       R"("text")",
@@ -200,7 +200,7 @@ private:
     QSet<QString> m_places;
 };
 
-/// The gestures of a document, with actions, a group and a zone that they may name.
+/// The gestures of a document, with actions, a group and a zone for their names.
 static QByteArray gestures(const QByteArray &entries)
 {
     return R"({"zones": {"own": {"x": 0, "y": 0, "w": 1, "h": 1}},
@@ -251,7 +251,7 @@ static void addRectangles(Corpus &corpus, const QString &place, const QByteArray
     }
 }
 
-/// An action that is written out at a place of the document, '?'.
+/// An inline action at a place of the document, '?'.
 static void addDefinitions(Corpus &corpus, const QString &place, const QByteArray &document)
 {
     const auto at = [&document](const char *text) { return QByteArray(document).replace('?', text); };
@@ -403,7 +403,7 @@ static Corpus configurations()
     return corpus;
 }
 
-/// What the library writes for the sample.
+/// The library's output for the sample.
 static QByteArray writtenBindings()
 {
     const Device device(true);
@@ -520,7 +520,7 @@ static QString loadPaths(const QString &file)
     return result.isRight() ? QString() : failure(result);
 }
 
-/// The named differences that were met, and all that is wrong.
+/// The named differences that were met, and all faults.
 class Judgement
 {
 public:
@@ -589,7 +589,7 @@ private:
     QSet<QString> m_met;
 };
 
-// An editor that knows a schema and the loader say the same of a file.
+// An editor with the schema and the loader judge a file alike.
 class tst_Schemas : public QObject
 {
     Q_OBJECT
@@ -680,7 +680,7 @@ private Q_SLOTS:
 
     void paths() { compare("application-paths", applicationPaths(), loadPaths, {}, {}, 30); }
 
-    // What a schema names beyond what the loader knows would be refused for being undefined, as many names are.
+    // Names that only the schema knows would be refused as undefined, as many names are.
     void namesAreTheLibrarys()
     {
         const QJsonObject parts = schema("gesture-config").value("$defs").toObject();
@@ -704,7 +704,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<FieldsFunction>("fields");
         QTest::addColumn<QString>("schemaName");
-        QTest::addColumn<QStringList>("parts");   // in which the schema describes it; empty for the document
+        QTest::addColumn<QStringList>("parts");   // the parts of the schema that describe it; empty for the document
         QTest::addColumn<QByteArray>("document"); // with such an object in place of '@'
         const QString configuration = "gesture-config";
         const QStringList whole;
@@ -722,7 +722,7 @@ private Q_SLOTS:
         QTest::newRow("paths") << FieldsFunction(format::paths) << "application-paths" << whole << itself;
     }
 
-    // They are those of the schema, need what it requires, and hold values that it accepts.
+    // They are the schema's fields, include the required ones, and have values that it accepts.
     void fieldsOfTheCheck()
     {
         QFETCH(FieldsFunction, fields);
@@ -798,7 +798,7 @@ private:
         return QJsonDocument::fromJson(testing::readFile(schemaFile(name))).object();
     }
 
-    /// At least so many documents must be accepted, and as many refused.
+    /// At least this number of documents must be accepted, and as many refused.
     void compare(const char *name, const Corpus &corpus, const Loader &load, const QVector<Difference> &named,
                  const QVector<DifferenceOfSamples> &ofSamples, int atLeast)
     {

@@ -160,7 +160,7 @@ private Q_SLOTS:
         });
     }
 
-    // A file that is one when it is looked at, and a pipe without a writer when it is opened.
+    // A regular file when it is checked, and a pipe without a writer when it is opened.
     void pipeThatComesInBetween()
     {
         QFETCH(Load, load);
@@ -199,7 +199,7 @@ private Q_SLOTS:
                  QStringLiteral("/dev/zero: Not a regular file"));
     }
 
-    // It opens, and then cannot be read from its start.
+    // It opens, but cannot be read from its start.
     void fileThatFailsWhileItIsRead()
     {
         QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral("/proc/self/mem"))),
@@ -270,7 +270,7 @@ private Q_SLOTS:
         const ReadonlyLazyListModel other([] { return 9; }, [](int row) { return row; });
         QCOMPARE(model.rowCount(model.index(0)), 0);
         QCOMPARE(model.data(model.index(1), Qt::DisplayRole), QVariant(1));
-        const testing::LogCapture quiet; // Qt warns of them
+        const testing::LogCapture quiet; // Qt warns about them
         QCOMPARE(model.data(other.index(1), Qt::DisplayRole), QVariant());
         QCOMPARE(model.data(other.index(5), Qt::DisplayRole), QVariant());
     }

@@ -62,13 +62,13 @@ private Q_SLOTS:
         QCOMPARE(zones.right().size(), 9);
         QVERIFY(!zones.right().contains(QStringLiteral("whole")));
         const QRectF center = zones.right().value(QStringLiteral("center"));
-        // Subtract first, then divide: the very doubles.
+        // Subtract first, then divide: exactly these doubles.
         QVERIFY(center.x() == 1 / 3.0 && center.y() == 1 / 3.0);
         QVERIFY(center.width() == (3 - 2) / 3.0 && center.height() == (3 - 2) / 3.0);
         QVERIFY(zones.right().value(QStringLiteral("right")).x() == (3 - 1) / 3.0);
     }
 
-    // Each value is the very double of its expression, at dividers where another one rounds differently.
+    // Each value is exactly the double of its expression, at dividers where another expression rounds differently.
     void everyExpressionOfTheGrid_data()
     {
         QTest::addColumn<QRectF>("expected");
@@ -87,7 +87,7 @@ private Q_SLOTS:
 
     void everyExpressionOfTheGrid()
     {
-        QVERIFY((7 - 1) / 7.0 != 1 - 1 / 7.0); // so that the order of the operations shows
+        QVERIFY((7 - 1) / 7.0 != 1 - 1 / 7.0); // the order of the operations matters
         QVERIFY((27 - 1) / 27.0 != 1 - 1 / 27.0);
         const auto zones = Zones::generate3x3Model(QPointF(7, 27));
         VERIFY_RIGHT(zones);

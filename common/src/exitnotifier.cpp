@@ -29,8 +29,8 @@ ExitNotifier::~ExitNotifier()
 {
     if (this != processNotifier)
         return;
-    processNotifier = nullptr; // who asks for it from now on needs another one
-    // A listener that destroys it must not be told again to do so.
+    processNotifier = nullptr; // a later instance() makes another one
+    // A listener that destroys it must not be called again for that.
     if (!exitHandlerHasRun && !telling)
         tell(this);
 }
@@ -53,7 +53,7 @@ void ExitNotifier::notify()
 void ExitNotifier::runExitHandler()
 {
     exitHandlerHasRun = true;
-    // Even where a listener ends the process: those behind it are still to be told.
+    // Even if a listener ends the process: the remaining listeners must still save.
     if (processNotifier)
         tell(processNotifier);
 }

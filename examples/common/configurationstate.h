@@ -28,13 +28,13 @@ public:
     QString problem() const { return m_problem; }
     /// A warning about gestures that can be shown; usually empty.
     QString notice() const { return m_notice; }
-    /// Whether there is a bindings file, readable or not.
+    /// Whether a bindings file exists, readable or not.
     bool hasChoices() const { return m_hasChoices; }
     /// For each gesture's id, "path" and "title" of the action that it has without any choice. The
     /// gestures of a service do not have it: their default action is the user's choice.
     QVariantMap defaults() const { return m_defaults; }
 
-    /// Reads the files again. Call it when the provider has replaced its service.
+    /// Reads the files again. Call it after the provider has replaced its service.
     Q_INVOKABLE void refresh();
     /// A sentence about a failed save, for the reason that trySaveAsString() has returned.
     Q_INVOKABLE QString saveProblem(const QString &reason) const;

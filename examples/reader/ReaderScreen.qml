@@ -186,7 +186,7 @@ FocusScope {
         appId: screen.appId
     }
 
-    // The service only logs what is wrong with the files; the state explains it.
+    // The service only logs faults in the files; the state explains them.
     Connections {
         target: provider
         function onServiceChanged(value) {

@@ -155,7 +155,7 @@ FocusScope {
             clip: true
             focus: true
             activeFocusOnTab: true
-            // Not the rows: a view keeps raw pointers to the entries of its model, and creates delegates later.
+            // A number, not the rows: a view keeps raw pointers to its model's entries, and creates delegates later.
             model: 0
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0

@@ -145,7 +145,7 @@ Either<Error, QList<Feature *>> ActionReader::features(const QVariant &names) co
 Either<Error, Action *> Action::fromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                             const QMap<QString, Action *> &knownActions, QObject *parent)
 {
-    const QString path = v.toString(); // the only one that can be named
+    const QString path = v.toString(); // the only action that `v` can name
     return ActionReader({{path, knownActions.value(path)}}, {}, featuresProvider, parent).action(v);
 }
 

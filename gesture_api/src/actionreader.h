@@ -7,18 +7,18 @@
 namespace vellix {
 namespace gesture {
 
-/// Reads what a file says of actions. One reader serves a whole load: with its index a reference costs the same however
-/// many actions and gestures there are.
+/// Reads the actions of a file. One reader serves a whole load: with its index a reference costs the same however many
+/// actions and gestures there are.
 class ActionReader
 {
 public:
     using Index = QHash<QString, Action *>;
     using Groups = QMap<QString, QList<Action *>>;
 
-    /// Path to action; of two actions with one path the later.
+    /// Path to action; the later of two actions with one path.
     static Index indexOf(const QList<Action *> &actions);
 
-    /// Actions that are defined inline become children of `parent`. Without a provider every feature is unknown.
+    /// Inline actions become children of `parent`. Without a provider every feature is unknown.
     ActionReader(const Index &known, const Groups &groups, const FeaturesProvider *featuresProvider, QObject *parent);
 
     Either<Error, Action *> action(const QVariant &v) const;

@@ -57,7 +57,7 @@ ActionProxyNode *ActionProxyNode::constructTree(const QList<Action *> &actions, 
         return nullptr;
 
     auto *root = new ActionProxyNode(0, QStringLiteral("."), QString(), static_cast<Action *>(nullptr), parent);
-    // findChildNodeOrInsert walks all siblings; a menu of thousands wants to know them by segment.
+    // findChildNodeOrInsert walks all siblings; a menu of thousands needs an index by segment.
     QHash<QPair<ActionProxyNode *, QString>, ActionProxyNode *> known;
     for (Action *action : actions) {
         if (!action)
@@ -150,7 +150,7 @@ bool ActionProxyNode::isAnsestorOf(Action *other) const
 
 void ActionProxyNode::dump(QDebug &dbg, int indent) const
 {
-    QVector<QPair<const ActionProxyNode *, int>> rest{{this, indent}}; // the next one last
+    QVector<QPair<const ActionProxyNode *, int>> rest{{this, indent}}; // the next node is the last one
     while (!rest.isEmpty()) {
         const auto [node, steps] = rest.takeLast();
         if (!node) {

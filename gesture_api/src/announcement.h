@@ -9,8 +9,8 @@
 namespace vellix {
 namespace gesture {
 
-/// An emission under way. A slot may set another value, or destroy what is told: the listeners behind it hear of what
-/// holds by then, so that an old value is nobody's last word and no destroyed object anybody's.
+/// An emission under way. A slot may set another value, or destroy the announced object: later listeners get the value
+/// at that time, never an old value or a destroyed object.
 template <class Value>
 class Announcement
 {
@@ -21,7 +21,7 @@ public:
         forEach(sender, signal, [&value](Announcement *outer) { outer->say(value); });
         innermost() = this;
         say(value);
-        QMetaObject::activate(sender, m_signal, m_arguments); // reads them for each listener
+        QMetaObject::activate(sender, m_signal, m_arguments); // reads the arguments for each listener
     }
     Announcement(const Announcement &) = delete;
     Announcement &operator=(const Announcement &) = delete;
@@ -53,7 +53,7 @@ private:
 
     void say(const Value &value)
     {
-        m_values.push_front(value); // a slot may still refer to the one before
+        m_values.push_front(value); // a slot may still refer to the previous one
         m_arguments[1] = &m_values.front();
     }
 
@@ -64,14 +64,14 @@ private:
     void *m_arguments[2] = {};
 };
 
-/// Emits a signal of a property that has just been set. The sender may be gone afterwards.
+/// Emits a signal of a property that has just been set. A slot may destroy the sender.
 template <class Sender, class Value>
 void announce(Sender *sender, void (Sender::*signal)(Value), const std::decay_t<Value> &value)
 {
     const Announcement<Value> announcement(sender, QMetaMethod::fromSignal(signal), value);
 }
 
-/// Of an object that is destroyed no further listener hears, but of none.
+/// Later listeners get null in place of an object that is being destroyed.
 template <class Sender, class Value>
 void withdraw(Sender *sender, void (Sender::*signal)(Value), const std::decay_t<Value> &value)
 {

@@ -53,7 +53,7 @@ ApplicationPathsConfiguration::ApplicationPathsConfiguration(const QString &curr
 
 ApplicationPathsConfiguration ApplicationPathsConfiguration::newDefault()
 {
-    // The tool that dumps the types of QML modules loads every plugin; it must not make gesture files.
+    // The tool that dumps the types of QML modules loads every plugin; it must not create gesture files.
     return ApplicationPathsConfiguration(QStringLiteral("${USERDATA}/gestures/apps/current"),
                                          QStringLiteral("${SYSTEMDATA}/config/gestures/apps/default"),
                                          QStringLiteral("cfg.json"), {QStringLiteral("qmlplugindump")});
@@ -90,10 +90,10 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::from
                                                prohibited == absent ? QStringList() : prohibited->toStringList()));
 }
 
-// Opens without waiting, whatever the file has become since it was looked at; else says why not.
+// Opens without waiting, even if the file has been replaced since the check. Returns the error if it cannot.
 static QString openAtOnce(QFile &file)
 {
-    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
+    if (!QFileInfo(file).isNativePath()) // an empty name, or a Qt resource
         return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
     const int descriptor = openFile(QFile::encodeName(file.fileName()).toStdString(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
     const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);

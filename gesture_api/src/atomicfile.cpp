@@ -20,7 +20,7 @@ namespace gesture {
 
 using Written = Either<SaveFailure, qint64>;
 
-// With the system's words for the error of the last call.
+// With the system's message for the error of the last call.
 static Left<SaveFailure> failed(SaveFailure::Step step)
 {
     return Left(SaveFailure{step, qt_error_string(errno)});
@@ -51,7 +51,7 @@ static bool writeAll(int descriptor, const QByteArray &bytes)
     return true;
 }
 
-// Where the last of a chain of links points to, even when nothing is there yet.
+// The end of a chain of links, even when nothing exists there yet.
 static std::string followLinks(std::string path)
 {
     std::error_code noLink;
@@ -70,12 +70,12 @@ std::string directoryOf(const std::string &path)
     return directory.empty() ? "." : directory;
 }
 
-// Room for all bytes, so that what is written over the old ones does not stop half way. The old ones stay.
+// Reserves space for all bytes, so that overwriting the old ones does not stop half way. The old ones stay.
 static bool reserve(int descriptor, qint64 oldSize, const QByteArray &bytes)
 {
     if (bytes.isEmpty() || untilNotInterrupted([&] { return ::fallocate(descriptor, 0, 0, bytes.size()); }) == 0)
         return true;
-    // Where this is not to be had, what the old bytes do not cover is written first.
+    // If the file system cannot reserve, write the part beyond the old bytes first.
     const bool unknown = errno == EOPNOTSUPP || errno == ENOSYS;
     if (unknown && ::lseek(descriptor, oldSize, SEEK_SET) == oldSize
         && writeAll(descriptor, bytes.mid(static_cast<int>(qMin<qint64>(oldSize, bytes.size())))))
@@ -106,7 +106,7 @@ static bool syncDirectory(const std::string &directory)
     return descriptor.isOpen() && sync(descriptor);
 }
 
-// No object: a save at the process's end still needs it.
+// A plain constant: a save at the process's end still needs it.
 static constexpr std::string_view temporaryPrefix = ".gestures-";
 
 // The process that made a temporary file of this name; 0 for other names.
@@ -130,7 +130,7 @@ static bool isRegular(int descriptor)
     return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Temporary files of processes that were killed. A process elsewhere may have the same number: its lock tells.
+// Removes temporary files of killed processes. A process elsewhere may have the same number: its lock shows that.
 static void removeStrays(const std::string &directory)
 {
     std::error_code error;
@@ -145,7 +145,7 @@ static void removeStrays(const std::string &directory)
     }
 }
 
-// A new file beside `target`, opened for writing; its name is set.
+// Opens a new file beside `target` for writing and sets its name.
 static int openBeside(const std::string &target, mode_t mode, std::string *name)
 {
     const std::string stem =
@@ -160,7 +160,7 @@ static int openBeside(const std::string &target, mode_t mode, std::string *name)
     }
 }
 
-// What is made in such a directory stays there: no temporary file could be renamed or removed.
+// Files in such a directory cannot be renamed or removed, so no temporary file can be used.
 static bool isAppendOnly(const std::string &directory)
 {
     struct statx status = {};
@@ -177,7 +177,7 @@ static Written writeNew(const std::string &target, const QByteArray &bytes)
     return Right<qint64>(bytes.size());
 }
 
-// Returns 0 or the error. Nobody can read the file before it is as accessible as the old one.
+// Returns 0 or the error. The file stays private until it is as accessible as the old one.
 static int fill(Descriptor *temporary, const QByteArray &bytes, int existing, const struct stat &status)
 {
     if (!writeAll(*temporary, bytes))
@@ -197,7 +197,7 @@ static Written replace(const std::string &target, const QByteArray &bytes, Descr
     const bool made = temporary.isOpen();
     int error = made ? fill(&temporary, bytes, *existing, status) : errno;
     if (error == 0 && std::rename(name.c_str(), target.c_str()) == 0) {
-        existing->close(); // so that the disk hears of the old file's end together with the rename
+        existing->close(); // so that the old file is freed together with the rename
         return syncDirectory(directoryOf(target)) ? Written(Right<qint64>(bytes.size())) : failed(SaveFailure::Writing);
     }
     error = error == 0 ? errno : error;
@@ -215,7 +215,7 @@ Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArra
         return Left(SaveFailure{SaveFailure::Opening, QStringLiteral("No file name specified")});
     const std::string target = followLinks(QFile::encodeName(path).toStdString());
 
-    // The old file says whether it may be written at all; a pipe without a reader must not block.
+    // The old file shows whether it may be written at all; a pipe without a reader must not block.
     Descriptor existing(openFile(target, O_WRONLY | O_NONBLOCK));
     if (!existing.isOpen() && errno != ENOENT)
         return failed(SaveFailure::Opening);
@@ -232,7 +232,7 @@ Either<SaveFailure, qint64> writeAtomically(const QString &path, const QByteArra
     return replace(target, bytes, &existing, status);
 }
 
-// As accessible as the original; where that can not be had, to its new owner alone.
+// As accessible as the original; if that is impossible, for its new owner only.
 static bool protect(int from, int to)
 {
     struct stat status = {};

@@ -19,7 +19,7 @@ namespace gesture {
 
 qint32 Configuration::ActionBindings::version = 1;
 
-// Log readers key on these line numbers: they are fixed, whatever becomes of this file.
+// Programs that read logs match these line numbers: they are fixed, however this file changes.
 static Left<Error> fail(int line, const QString &message)
 {
     return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
@@ -85,8 +85,8 @@ QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestur
     return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
 }
 
-// What toVariant() gives, without the way through variants. In order, since the object moves all that is behind what it
-// inserts.
+// The same as toVariant(), without the detour through variants. Inserts in order: each insertion moves all later
+// members.
 QByteArray bindingsText(const Bindings &bindings)
 {
     QJsonObject actions;

@@ -12,10 +12,10 @@ namespace gesture {
 /// Gesture id to action path.
 using Bindings = QMap<QString, QString>;
 
-/// The path of every gesture's current action by its id; of one id the last.
+/// The path of every gesture's current action by its id; the last of equal ids counts.
 Bindings bindingsOf(const QList<Gesture *> &gestures);
 
-/// The bytes of a bindings file.
+/// The content of a bindings file.
 QByteArray bindingsText(const Bindings &bindings);
 
 }

@@ -10,7 +10,7 @@
 namespace vellix {
 namespace gesture {
 
-// Log readers key on these line numbers: they are fixed, whatever becomes of this file.
+// Programs that read logs match these line numbers: they are fixed, however this file changes.
 static Left<Error> fail(int line, const QString &message)
 {
     return Left(Error({"../../../gesture_api/src/configuration", line}, message.toStdString()));
@@ -27,7 +27,7 @@ static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &pr
     if (!isType(*section, QMetaType::QVariantMap))
         return fail(37, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("zones")));
     return Gesture::zoneMapFromVariant(section->toMap(), predefined).map([&predefined](ZoneMap zones) {
-        // A file cannot redefine what is there already.
+        // A file cannot redefine an existing zone.
         for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
             zones.insert(zone.key(), *zone);
         return zones;
@@ -68,7 +68,7 @@ static Either<Error, QVariantList> entriesOf(const QVariantMap &root)
 
 static Either<Error, QList<Gesture *>> withUniqueIds(const QList<Gesture *> &gestures)
 {
-    // Only neighbours are compared, and the id named is the first one behind the kept part.
+    // Only neighbours are compared. The error names the first id after the kept part.
     QList<Gesture *> kept = gestures;
     const auto end = std::unique(kept.begin(), kept.end(),
                                  [](const Gesture *a, const Gesture *b) { return a->id() == b->id(); });
@@ -125,7 +125,7 @@ Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &docum
     if (parent)
         return gesturesOf(document.toMap(), featuresProvider, zones, bindings, parent);
 
-    // Without a parent nobody could reach the gestures made before a failure: they go with this one.
+    // Without a parent, the gestures made before a failure would leak: this object destroys them.
     QObject orphanage;
     return gesturesOf(document.toMap(), featuresProvider, zones, bindings, &orphanage)
             .map([](const QList<Gesture *> &gestures) {

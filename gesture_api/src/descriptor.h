@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <string>
 
-// The system's calls on files, for what Qt does not offer: never inherited, never cut short by a signal.
+// The system's calls on files, where Qt lacks them: never inherited, never cut short by a signal.
 
 namespace vellix {
 namespace gesture {
@@ -35,7 +35,7 @@ private:
     int m_descriptor;
 };
 
-/// What `call` returns once no signal interrupts it.
+/// Repeats `call` until no signal interrupts it, and returns its result.
 template <class Call>
 auto untilNotInterrupted(const Call &call)
 {
@@ -45,13 +45,13 @@ auto untilNotInterrupted(const Call &call)
     return result;
 }
 
-/// Opens a file; -1 (and errno) when that fails.
+/// Opens a file; -1 (and errno) on failure.
 inline int openFile(const std::string &path, int flags, mode_t mode = 0)
 {
     return untilNotInterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
 }
 
-/// Waits until a file or directory is on the disk.
+/// Waits until a file or directory is on disk.
 inline bool sync(int descriptor)
 {
     return untilNotInterrupted([&] { return ::fsync(descriptor); }) == 0;

@@ -29,7 +29,7 @@ FileState FileState::of(int descriptor)
         return FileState(Unreadable);
     if (!S_ISREG(status.st_mode))
         return FileState(NoFile);
-    // No array of bytes holds more.
+    // QByteArray cannot hold more.
     if (status.st_size > std::numeric_limits<int>::max())
         return FileState(Unreadable);
 

@@ -6,7 +6,7 @@
 namespace vellix {
 namespace gesture {
 
-/// What stands at a place at one moment, for comparing with what stands there later.
+/// The state of a path at one moment, for comparison with its state later.
 class FileState
 {
 public:

@@ -139,7 +139,7 @@ Gesture *Gesture::clone(QObject *parent) const
                        m_features, parent);
 }
 
-// Each action goes to the last of its users at once, not from one to the next.
+// Each action moves to the last of its users at once, not from one to the next.
 QList<Gesture *> Gesture::cloneList(const QList<Gesture *> &gestures, QObject *parent)
 {
     QList<Gesture *> clones;

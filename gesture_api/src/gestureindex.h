@@ -11,8 +11,8 @@
 namespace vellix {
 namespace gesture {
 
-/// The gestures of one list by kind, direction and mode, each part in the order of the list: what a lookup does not
-/// ask for costs it nothing.
+/// The gestures of one list by kind, direction and mode, each part in the order of the list: gestures that a lookup
+/// does not ask for cost nothing.
 class GestureIndex
 {
 public:
@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    // The edges stand beside the pointer, since most gestures are passed over for their zone alone.
+    // The edges are stored beside the pointer: the zone alone rules out most gestures.
     struct Entry
     {
         explicit Entry(Gesture *g = nullptr, int i = 0) : gesture(g), position(i)
@@ -54,7 +54,7 @@ private:
             bottom = zone.height() < 0 ? zone.y() : zone.y() + zone.height();
         }
 
-        // Counted, for one jump in place of four: any of the tests may fail, and the processor could not guess which.
+        // Added up, for one jump instead of four: any of the tests may fail, and the processor could not predict which.
         bool spans(const QPointF &point) const
         {
             const int failed = (point.x() < left) + (point.x() > right) + (point.y() < top) + (point.y() > bottom);
@@ -72,7 +72,7 @@ private:
 
     struct Part
     {
-        Entries ofAllModes; // those that name none
+        Entries ofAllModes; // the gestures without a mode
         QHash<QString, Entries> byMode;
     };
 

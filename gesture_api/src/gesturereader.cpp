@@ -51,8 +51,8 @@ struct Touch
 };
 }
 
-/// Reads the entries of one list. Actions that are defined inline start under the reader; the gestures take theirs out
-/// of it. The order of the checks is behaviour: only the first fault is reported.
+/// Reads the entries of one list. Inline actions start as children of the reader; the gestures take theirs over. The
+/// order of the checks is behaviour: only the first fault is reported.
 class GestureReader
 {
 public:
@@ -192,7 +192,7 @@ Gesture::listFromVariant(const QVariantList &list, const FeaturesProvider *featu
     const GestureReader reader(featuresProvider, actions, actionGroups, zones, bindings, parent);
     QList<Gesture *> gestures;
     gestures.reserve(list.size());
-    // Each action goes to the last of its users at once, not from one to the next.
+    // Each action moves to the last of its users at once, not from one to the next.
     const auto settle = qScopeGuard([&gestures] {
         for (Gesture *gesture : qAsConst(gestures))
             gesture->takeActions();

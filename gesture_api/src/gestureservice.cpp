@@ -50,7 +50,7 @@ GestureService::GestureService(const ApplicationPaths &paths, const FeaturesProv
 
 GestureService::~GestureService()
 {
-    // The model reads the list, which goes before the children do.
+    // The model reads the list, and the list is destroyed before the children.
     delete m_gesturesModel;
     Gesture::leaveTogether(findChildren<Gesture *>(QString(), Qt::FindDirectChildrenOnly));
 }
@@ -99,7 +99,7 @@ bool GestureService::fastMerge(const GestureService *other)
 {
     if (!other)
         return false;
-    // Who hears of one gesture may destroy others, or the services with them.
+    // A listener of one gesture may destroy others, or the services with them.
     const QPointer<GestureService> self(this);
     const QPointer<const GestureService> source(other);
     const QVector<QPointer<Gesture>> mine = guarded(gestureList());
@@ -155,7 +155,7 @@ bool GestureService::fastMergeWithQObject(QObject *other)
     return fastMerge(qobject_cast<GestureService *>(other));
 }
 
-// A file that can not be opened ends the process where errors that nobody takes do.
+// If the file cannot be opened, the process ends wherever unhandled errors end it.
 static void report(const SaveFailure &failure, const QString &path)
 {
     if (failure.step == SaveFailure::Opening)
@@ -212,7 +212,7 @@ void GestureService::markSaved()
     }
 }
 
-// Other programs may have saved since, and other services of this one: their choices stay.
+// Other programs, or other services of this one, may have saved since: keep their choices.
 void GestureService::saveAtExit()
 {
     m_saved = true;
@@ -238,8 +238,8 @@ bool GestureService::prune()
     return PathResolver::newDefault().remove(m_paths.currentPath().toStdString());
 }
 
-// Not from within a load, which may end the process, nor after the features provider was destroyed, without
-// which the configuration could not be read: there is nothing to save then, and much to lose.
+// Returns false during a load, which may end the process, and after the features provider was destroyed: the
+// configuration could not be read then, and a save would lose the choices.
 bool GestureService::mayLoad() const
 {
     return m_state == Loaded || (m_state == NotLoaded && (m_featuresProvider || !m_wantsFeatures));
@@ -254,7 +254,7 @@ QList<Gesture *> GestureService::load()
     if (gestures.isLeft() && !bindings.isEmpty())
         m_userFile->refuse();
     const QList<Gesture *> list = gestures.getOrErr({});
-    m_index.reset(); // of the list of a lookup that came from within this load
+    m_index.reset(); // made for the list by a lookup during this load
     m_state = Loaded;
     return list;
 }

@@ -23,7 +23,7 @@ GestureServiceProvider::GestureServiceProvider(const FeaturesProvider *featuresP
     QMetaObject::invokeMethod(
             this,
             [this, featuresProvider] {
-                // A watch that is there already may have a change to report: it stays.
+                // An existing watch may have a change to report: keep it.
                 if (!m_watcher || m_watchedAppId != m_appId)
                     syncApp(m_appId, featuresProvider);
                 if (!m_service)
@@ -116,7 +116,7 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
     m_watchedAppId = appId;
     const QString currentPath = resolvedPath(paths.right().currentPath());
     m_watcher = components::fs::__watchFileChange(currentPath, this, [this, appId, featuresProvider] {
-        // The watch that was let go may speak once more.
+        // A replaced watch may still report once.
         if (appId == m_watchedAppId)
             replaceStaleService(featuresProvider);
     });
@@ -124,10 +124,10 @@ void GestureServiceProvider::syncApp(const QString &appId, const FeaturesProvide
 
 void GestureServiceProvider::replaceStaleService(const FeaturesProvider *featuresProvider)
 {
-    // Somebody wrote newer bindings: the old ones must not be put over them at exit.
+    // Another program wrote newer bindings: the old service must not overwrite them at exit.
     if (m_service)
         disconnect(ExitNotifier::instance(), nullptr, m_service, nullptr);
-    const QPointer<GestureServiceProvider> self(this); // who hears of the release may destroy it
+    const QPointer<GestureServiceProvider> self(this); // a listener of the release may destroy it
     releaseService();
     if (self)
         loadService(featuresProvider);

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <utility>
 
-// Gestures share actions. Each action knows the living gestures that use it, in the order in which they were made; the
-// last one is its parent. Only here an action knows what a gesture is.
+// Gestures share actions. Each action holds its living users in the order of their creation; the last gesture is its
+// parent. Only this file connects actions to gestures.
 
 namespace vellix {
 namespace gesture {
@@ -19,8 +19,8 @@ Action::~Action()
     m_dying = true;
     if (m_users.isEmpty())
         return;
-    // Whoever hears of it may destroy the owner, which must not destroy this action again, and other gestures, which
-    // then leave the list. Nobody enters it any more.
+    // Listeners may destroy the owner, which must not destroy this action again, and other gestures, which then leave
+    // the list. No gesture joins it any more.
     setParent(nullptr);
     while (!m_users.isEmpty())
         m_users.takeLast()->forget(this);
@@ -32,7 +32,7 @@ Gesture::~Gesture()
         leave(action);
     leave(m_defaultAction);
     leave(m_currentAction);
-    // An action that another gesture still uses lives on with the gesture made last.
+    // An action that another gesture still uses becomes a child of the latest one.
     const QList<Action *> owned = findChildren<Action *>(QString(), Qt::FindDirectChildrenOnly);
     for (Action *action : owned) {
         if (!action->m_users.isEmpty())
@@ -47,7 +47,7 @@ void Gesture::join(Action *action)
     if (!action)
         return;
     if (action->m_dying) {
-        forget(action); // nobody listens to this gesture yet
+        forget(action); // this gesture has no listeners yet
         return;
     }
     QList<Gesture *> &users = action->m_users;
@@ -56,10 +56,10 @@ void Gesture::join(Action *action)
         users.insert(place, this);
 }
 
-// Where the gesture is among these, or belongs: they stand in the order in which they were made.
+// The place of the gesture among these, present or not: they are in the order of their creation.
 QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
 {
-    // Gestures mostly come last, and go first or last.
+    // Gestures usually join at the end, and leave at either end.
     if (users.isEmpty() || users.last()->m_serial < m_serial)
         return users.end();
     if (users.first()->m_serial >= m_serial)
@@ -89,7 +89,7 @@ void Gesture::leave(Action *action)
         users.erase(place);
 }
 
-// Of gestures that are about to be destroyed: each action is looked through once, and not once for each of them.
+// For gestures that are about to be destroyed: walks through each action once instead of once for each gesture.
 void Gesture::leaveTogether(const QList<Gesture *> &gestures)
 {
     QSet<Action *> actions;

@@ -23,7 +23,7 @@ bool isRefusal(int error)
     return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == ENOTSUP;
 }
 
-// Calls `read(buffer, size)` with a buffer that is large enough, however large that is. Returns 0 or the error.
+// Calls `read(buffer, size)` with a buffer that is large enough. Returns 0 or the error.
 template <class Read>
 static int readWhole(const Read &read, Bytes *bytes)
 {
@@ -37,7 +37,7 @@ static int readWhole(const Read &read, Bytes *bytes)
             bytes->resize(static_cast<std::size_t>(count));
             return 0;
         }
-        if (errno != ERANGE) // somebody made it larger in between
+        if (errno != ERANGE) // another process made it larger in between
             return errno;
     }
 }
@@ -52,7 +52,7 @@ static int writeAttribute(int file, const char *name, const Bytes &value)
     return ::fsetxattr(file, name, value.data(), value.size(), 0) == 0 ? 0 : errno;
 }
 
-// A new file may have got a list from its directory: where the old file has none, it goes.
+// A new file may inherit a list from its directory: remove it if the old file has none.
 static int copyAccessList(int from, int to)
 {
     Bytes list;
@@ -72,7 +72,7 @@ static int copyUserAttributes(int from, int to)
             readWhole([from](char *buffer, std::size_t size) { return ::flistxattr(from, buffer, size); }, &names);
     if (error != 0)
         return error == ENOTSUP ? 0 : error;
-    names.push_back('\0'); // each ends with one, and so does the search for the last
+    names.push_back('\0'); // each name ends with a zero, and so does the search for the last
     for (const char *name = names.data(); *name; name += std::strlen(name) + 1) {
         if (std::strncmp(name, "user.", 5) != 0)
             continue;
@@ -96,18 +96,18 @@ static bool isMember(uid_t user, gid_t group)
             && std::find(groups.cbegin(), groups.cend(), group) != groups.cend();
 }
 
-// Whether the owner of a file may still do the same with it when it is somebody else's.
+// Whether the owner of a file keeps the same access when the file belongs to another user.
 static bool reachesWithoutOwning(int file, const struct stat &status)
 {
     Bytes list;
     if (readAttribute(file, accessList, &list) == 0)
-        return false; // the group's bits then mean something else
+        return false; // the group's bits then have another meaning
     const mode_t asOwner = (status.st_mode >> 6) & 7;
     const mode_t otherwise = isMember(status.st_uid, status.st_gid) ? status.st_mode >> 3 : status.st_mode;
     return (asOwner & ~otherwise) == 0;
 }
 
-// Returns 0 or the error; `mode` is what the file may have then.
+// Returns 0 or the error; takes from `mode` the bits that the file may not have.
 static int copyOwner(int from, const struct stat &status, int to, mode_t *mode)
 {
     struct stat now = {};

@@ -41,7 +41,7 @@ Either<SaveFailure, bool> keepRejected(const QString &path, const FileState &ref
     const FileState state = FileState::of(original);
     if (state.kind() == FileState::Unreadable)
         return notKept();
-    // What could not be read then may be what stands there now.
+    // A file that could not be read then may be this one.
     const bool unseen = refused.kind() == FileState::Unknown || refused.kind() == FileState::Unreadable;
     if (state.kind() != FileState::Regular || (!unseen && state != refused))
         return Right(false);

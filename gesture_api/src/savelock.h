@@ -7,8 +7,8 @@
 namespace vellix {
 namespace gesture {
 
-/// While it lives, no other save of this library changes the directory of a file: what was compared with is then what
-/// is replaced. Waits for a second at most; a save goes on without a lock that is not to be had.
+/// While it lives, no other save of this library changes the directory of a file: the file that was compared is the one
+/// that is replaced. Waits for a second at most; without a lock a save goes on.
 class SaveLock
 {
 public:

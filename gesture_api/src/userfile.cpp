@@ -32,7 +32,7 @@ static Either<UserFile::ParsingError, Bindings> readBindings(const QString &path
     return Configuration::ActionBindings::loadJson(path);
 }
 
-// The loader reads the file by itself: both have seen the same bytes when they were there before and after.
+// The loader reads the file by itself: if the state before and after is the same, both have seen the same bytes.
 UserFile::Content UserFile::read(bool remember) const
 {
     if (!remember)
@@ -88,7 +88,7 @@ Written UserFile::saveUnlessChanged(const Bindings &bindings, const Choices &cho
             merged.remove(choice.key());
     }
     const Written written = write(merged);
-    m_known = FileState(); // not all of these are the service's
+    m_known = FileState(); // some of the bindings are not the service's
     return written;
 }
 

@@ -12,31 +12,31 @@
 namespace vellix {
 namespace gesture {
 
-/// The file with a user's bindings, as one service reads and writes it. Copies, of the service's clones, share what was
-/// refused: it is kept once.
+/// The file with a user's bindings, as one service reads and writes it. Copies, for the service's clones, share the
+/// refused state: it is kept once.
 class UserFile
 {
 public:
     using ParsingError = Configuration::ActionBindings::ParsingError;
-    /// What was chosen for the gestures of these ids: an action's path, or nothing.
+    /// The choice for each of these gesture ids: an action's path, or nothing.
     using Choices = QMap<QString, std::optional<QString>>;
 
     /// `path` may have a prefix.
     explicit UserFile(const QString &path);
 
-    /// Reads the bindings; none if there is no file. What can not be read is refused. A file that is never
-    /// saved need not be remembered.
+    /// Reads the bindings; none if there is no file. An unreadable file is refused. Only a file that is to be saved
+    /// must be remembered.
     Either<ParsingError, Bindings> load(bool remember);
-    /// The service can not use what it has loaded: it is kept before it is overwritten.
+    /// The service cannot use the loaded bindings: the file is copied before it is overwritten.
     void refuse();
 
-    /// Writes these bindings. What was refused, and still stands there, is kept first.
+    /// Writes these bindings. A refused file that is still there is copied first.
     Either<SaveFailure, qint64> save(const Bindings &bindings);
-    /// The same as long as nobody else has changed the file since it was loaded or saved. Else only `choices` are
-    /// put on top of what stands there now; without any, nothing is written, and right is 0.
+    /// The same if the file has not changed since it was loaded or saved. Otherwise only adds `choices` to its present
+    /// bindings; without any, it writes nothing and right is 0.
     Either<SaveFailure, qint64> saveUnlessChanged(const Bindings &bindings, const Choices &choices);
 
-    /// Whether this process has made it, and not one that has forked it since.
+    /// Whether this process made it, and not the one that forked this process.
     bool isOwn() const;
     /// The path without a prefix.
     QString path() const;
@@ -52,7 +52,7 @@ private:
 
     QString m_path;
     int m_process;
-    FileState m_known; // what the service's bindings are
+    FileState m_known; // the state with the service's bindings
     std::shared_ptr<std::optional<FileState>> m_refused;
 };
 

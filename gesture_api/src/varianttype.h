@@ -5,7 +5,7 @@
 namespace vellix {
 namespace gesture {
 
-/// Whether a variant holds this very type; what it could be converted to does not count.
+/// Whether a variant holds exactly this type; conversions do not count.
 inline bool isType(const QVariant &v, QMetaType::Type type)
 {
     return v.userType() == type;

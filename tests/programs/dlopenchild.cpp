@@ -1,4 +1,4 @@
-// Opens a module with the library behind it, uses it, and closes it again: dlopenchild MODULE
+// Opens a module that is linked to the library, uses it, and closes it again: dlopenchild MODULE
 
 #include <QCoreApplication>
 
@@ -17,7 +17,7 @@ int main(int argc, char *argv[])
     reinterpret_cast<void (*)()>(dlsym(module, "editService"))();
     if (dlclose(module) != 0)
         return 2;
-    // Gone is the module, not the library.
+    // The module is unloaded, the library is not.
     void *library = dlopen("libgesture_api.so.1", RTLD_NOW | RTLD_NOLOAD);
     return library ? 0 : 3;
 }

@@ -1,4 +1,4 @@
-// Ends in the way that its arguments say, for tests of what happens then.
+// Ends in the way that its arguments name, for tests of the effects.
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
@@ -36,11 +36,11 @@ static int extract(const QString &extractor, bool exitOnError)
     return failed.getOrWarn(0);
 }
 
-// Not lost, only never deleted: a leak checker shall not mind.
+// Still referenced, only never deleted: a leak checker must not report it.
 static QCoreApplication *heapApplication = nullptr;
 static GestureService *lastService = nullptr;
 
-// A writable service with an edit that nobody saved.
+// A writable service with an unsaved edit.
 static GestureService *editedService(QObject *parent)
 {
     const ApplicationPaths paths = ApplicationPathsConfiguration::newDefault().appPaths(QStringLiteral("app")).right();
@@ -56,7 +56,7 @@ int main(int argc, char *argv[])
     const QString scenario = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
     const auto is = [&scenario](const char *name) { return scenario == QLatin1String(name); };
     if (argc > 2) {
-        heapApplication = new QCoreApplication(argc, argv); // still there when the exit handler runs
+        heapApplication = new QCoreApplication(argc, argv); // still exists when the exit handler runs
         return extract(scenario, std::strcmp(argv[2], "on") == 0);
     }
 

@@ -1,4 +1,4 @@
-// A module that makes a writable service with an edit, for a program that knows nothing of the library.
+// A module that makes a writable service with an edit, for a program that is not linked to the library.
 
 #include <gesture_api/gestureservice.h>
 

@@ -1,5 +1,4 @@
-// Logs what it reads, as an error and as a warning, and a record of nothing, to the platform's own log: logchild FILE
-// FUNCTION
+// Logs its input to the platform's own log, as an error, as a warning and as an empty record: logchild FILE FUNCTION
 
 #include <vellix/platform/baseutil.h>
 

@@ -1,4 +1,4 @@
-// Says whether a provider ends with a service for a program of this one's name.
+// Prints whether a provider ends with a service for a program of this one's name.
 
 #include <gesture_api/feature.h>
 #include <gesture_api/gestureserviceprovider.h>
@@ -12,7 +12,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     vellix::gesture::DefaultFeaturesProvider features;
     vellix::gesture::GestureServiceProvider provider(&features);
-    // Behind what the provider has to do in the event loop.
+    // After the provider's own work in the event loop.
     QMetaObject::invokeMethod(&app, &QCoreApplication::quit, Qt::QueuedConnection);
     app.exec();
     std::puts(provider.service() ? "a service" : "no service");

@@ -1,5 +1,5 @@
 // Saves bindings once, between two system calls that a tracer finds: savechild FILE GESTURES LETTER
-// Exit status: 0 saved, 1 failed after opening, 2 could not be opened.
+// Exit status: 0 saved, 1 failed after opening, 2 not opened.
 
 #include <gesture_api/configuration.h>
 

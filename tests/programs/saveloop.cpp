@@ -1,4 +1,4 @@
-// Saves again and again, and says the number of each save once it is reported done: saveloop FILE
+// Saves again and again, and prints the number of each save after it was reported done: saveloop FILE
 
 #include <gesture_api/configuration.h>
 

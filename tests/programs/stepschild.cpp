@@ -1,23 +1,22 @@
-// Does what its arguments say, one step each, and then returns from main: for tests of what is saved at a process's
-// end.
+// Performs one step for each argument, and then returns from main: for tests of the save at a process's end.
 //
 //     service            a writable service of the application "app"
 //     reader             a read-only one
 //     provider           a writable provider and its service, loaded from the event loop
-//     use N              the Nth service, from 0, for what follows
+//     use N              the Nth service, from 0, for the next steps
 //     load               loads the gestures
 //     choose G A         sets the current action of gesture G to A
 //     clear G            sets it to none
 //     destroy A          destroys the action A
-//     cling A            likewise, and its gesture wants to keep it
-//     clone              a clone, for what follows
-//     merge              the clone into the service that it was made of
+//     cling A            likewise, and its gesture tries to keep it
+//     clone              a clone, for the next steps
+//     merge              the clone into its original service
 //     save, prune        as the service does
 //     delete             deletes the service
-//     bind G A           what another program does: writes a file with this binding alone
+//     bind G A           acts as another program: writes a file with this binding only
 //     bytes TEXT, remove likewise
 //     safe               saves when the event loop ends
-//     quit               runs the event loop until it is told to end, at once
+//     quit               runs the event loop and quits it at once
 //     delete-provider    deletes the provider
 //     loop               runs the event loop until it has nothing to do
 //     notify             ExitNotifier::notify()
@@ -49,7 +48,7 @@
 using namespace vellix;
 using namespace vellix::gesture;
 
-// Not lost, only never deleted: a leak checker shall not mind.
+// Still referenced, only never deleted: a leak checker must not report it.
 static QList<GestureService *> &services = *new QList<GestureService *>;
 static GestureService *current = nullptr;
 static GestureService *cloned = nullptr;

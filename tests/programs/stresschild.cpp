@@ -1,7 +1,7 @@
 // Edits the bindings of "app" at random while it watches them: stresschild SEED EDITS [IN-PLACE]
-// With IN-PLACE some edits are plain writes, without it all writes are saves, and a file that is no
-// document has been torn. Says "done" (or "torn") after the edits; for each line of input it then says whether its
-// service shows what the file holds.
+// With IN-PLACE some edits are plain writes; without it all writes are saves, and an invalid document is a torn one.
+// Prints "done" (or "torn") after the edits, then for each line of input whether its service shows the content of the
+// file.
 
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureserviceprovider.h>
@@ -86,7 +86,7 @@ int main(int argc, char *argv[])
 
     GestureServiceProvider provider(nullptr);
     provider.setAppId(QStringLiteral("app"));
-    // Read at once, as a running application would by its next touch.
+    // Read at once, as a running application would at its next touch.
     QObject::connect(&provider, &GestureServiceProvider::serviceChanged, [](GestureService *service) {
         if (service)
             service->gestureList();

@@ -24,14 +24,14 @@ namespace analysis {
 
 Check::Check(const QVector<QStringList> &devices) : m_devices(devices) {}
 
-// The loader's reason, without the path and the place that it puts before it.
+// The loader's reason, without its prefix of path and place.
 static QString reasonOf(const Error &error, const QString &path)
 {
     const QString words = messageOf(error);
     return words.startsWith(path + QStringLiteral(": ")) ? words.mid(path.size() + 2) : words;
 }
 
-// The library's words, at the place where the strict parser stops: the library's own place is mostly after the fault,
+// The library's message, at the place where the strict parser stops: the library's own place is mostly after the fault,
 // or far off.
 static void reportSyntax(const JsonText &text, const QJsonParseError &error, const QString &consequence,
                          Findings *findings)
@@ -45,7 +45,7 @@ Check::Document Check::read(const QString &path, const QString &consequence)
 {
     const QString file = resolvedPath(path);
     m_files.append(file);
-    // The loader recognises what is not a regular file, and does not wait for a pipe.
+    // The loader recognises a file that is not regular, and does not wait for a pipe.
     const auto document = components::VariantLoader::loadJson(file);
     QByteArray bytes;
     QFile opened(file);
@@ -98,7 +98,7 @@ ApplicationPathsConfiguration Check::paths(const QString &path)
     return paths.isRight() ? paths.right() : ApplicationPathsConfiguration::newDefault();
 }
 
-// The service's words for another version; the loader only returns the number.
+// The service's message for another version; the loader only returns the number.
 static QString wordsOfBindings(const QVariantMap &root)
 {
     const auto read = ActionBindings::fromVariant(root);
@@ -115,7 +115,7 @@ static QString wordsOfBindings(const QVariantMap &root)
 static const QString versionKey = QStringLiteral("version");
 static const QString actionsKey = QStringLiteral("actions");
 
-// Reports the refused choices one by one; whether there were any.
+// Reports the refused choices one by one. Returns whether there were any.
 static bool reportChoices(const QVariant &value, const Place &place, const Report &report)
 {
     const QVariantMap choices = value.toMap();
@@ -132,7 +132,7 @@ static bool reportChoices(const QVariant &value, const Place &place, const Repor
     return any;
 }
 
-// The loader's words about the version alone; null when it accepts the version, or when there is none.
+// The loader's message about the version alone; null if it accepts the version, or if there is none.
 static QString wordsOfVersion(const QVariantMap &root)
 {
     if (!root.contains(versionKey))

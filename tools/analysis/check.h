@@ -19,15 +19,15 @@ public:
     /// Checks on these devices; without any, on this one.
     explicit Check(const QVector<QStringList> &devices = {});
 
-    /// The paths of all applications. If the file cannot be used, they are the library's built-in ones.
+    /// The paths of all applications. If the file cannot be used, the library's built-in ones.
     vellix::gesture::ApplicationPathsConfiguration paths(const QString &path);
-    /// The configuration of an application, and its user's bindings when a file is named.
+    /// The configuration of an application, and its user's bindings if a file is named.
     void configuration(const QString &path, const QString &bindings = QString());
     /// A bindings file by itself.
     void bindings(const QString &path);
 
-    /// File by file in the order of the calls, each from its start to its end. They point into texts that this object
-    /// owns.
+    /// File by file in the order of the calls, each from its start to its end. The findings point into texts that this
+    /// object owns.
     Findings findings() const;
     const QStringList &files() const { return m_files; }
 
@@ -35,7 +35,7 @@ private:
     struct Document
     {
         const JsonText *text;
-        QVariant value; // invalid when the file cannot be read or parsed
+        QVariant value; // invalid if the file cannot be read or parsed
     };
 
     /// `consequence` says what follows when the file cannot be read.

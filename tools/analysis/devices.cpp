@@ -41,7 +41,7 @@ QVector<QStringList> allDevices()
     return devices;
 }
 
-// "without tts", or the devices one by one when no common feature distinguishes them from the others.
+// "without tts", or the devices one by one if no common feature distinguishes them from the others.
 static QString namesOf(const QVector<QStringList> &some, const QVector<QStringList> &all)
 {
     QStringList with;
@@ -82,7 +82,7 @@ Findings merged(const QVector<Findings> &found, const QVector<QStringList> &devi
         QVector<QStringList> devices;
     };
     QVector<Group> groups;
-    QHash<QString, int> known; // what and where to its group
+    QHash<QString, int> known; // text and place to the group
     for (int i = 0; i < found.size(); ++i) {
         for (const Finding &finding : found.at(i).list()) {
             const QString key = QLatin1String(finding.rule->id) + QLatin1Char('\n') + finding.file->path()

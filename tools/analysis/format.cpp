@@ -12,7 +12,7 @@ namespace format {
 
 const char *const validAction = "\001sound";
 
-// Those of whole documents end with the key that editors read.
+// The tables of whole documents end with the key that editors read.
 static const QString schema = QStringLiteral("$schema");
 
 const Fields &configuration()

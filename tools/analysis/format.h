@@ -15,7 +15,7 @@ enum class Conversion { None, Text, Texts, Number };
 struct Field
 {
     QString name;
-    int check;      // its turn among the checks of the library's reader; 0 if it accepts any value
+    int check;      // its position among the checks of the library's reader; 0 if it accepts any value
     QVariant valid; // a value that the reader accepts
     bool isNeeded;  // in the smallest valid object
     Conversion conversion = Conversion::None;
@@ -34,14 +34,14 @@ const Fields &gesture();
 const Fields &bindings();
 const Fields &paths();
 
-/// The path of an action that is in no file. The gesture of the smallest valid object does this.
+/// The path of an action that no file defines. The gesture of the smallest valid object has this action.
 extern const char *const validAction;
 
 }
 
 QStringList namesOf(const Fields &fields);
 
-/// Those that the reader checks, in the order of its checks.
+/// The members that the reader checks, in the order of its checks.
 Fields checkedOf(const Fields &fields);
 
 /// The smallest object that the reader accepts.

@@ -17,7 +17,7 @@ QString nearestHint(const QString &name, const QStringList &known)
     return meant.isEmpty() ? QString() : QStringLiteral("Did you mean ") + quoted(meant) + QLatin1Char('?');
 }
 
-// The names of all zones, actions, action groups or features; `kind` is what the library's words call them.
+// The names of all zones, actions, action groups or features; `kind` is the word for them in the library's messages.
 static QStringList knownNames(const QString &kind, const Subject &subject)
 {
     if (kind == QLatin1String("zone"))
@@ -29,18 +29,18 @@ static QStringList knownNames(const QString &kind, const Subject &subject)
     return knownFeatures();
 }
 
-// The library's words name what it refuses, but not always what it would accept. As an example, this file:
+// The library's messages name the refused value, but not always the accepted ones. As an example, this file:
 //
 //   {"actions": [{"path": "page/next", "title": "Next"}],
 //    "actionGroups": {"reading": ["page/next"]},
 //    "gestures": [{"kind": "tap", "zone": "Right", "defaultAction": "reading"}]}
 //
-// 1. At "Right" the words are "zone 'Right' not defined". The nearest of the zones in force is `right`, which only
-//    differs in case (as many as two letters may differ). The hint is "Did you mean 'right'?"
-// 2. At "reading" the words are "action 'reading' not defined". A group has this name, so the name is right but stands
+// 1. At "Right" the message is "zone 'Right' not defined". The nearest of the zones in force is `right`, which only
+//    differs in case (up to two letters may differ). The hint is "Did you mean 'right'?"
+// 2. At "reading" the message is "action 'reading' not defined". A group has this name, so the name is right but stands
 //    in the wrong place. The hint says where a group can be named.
-// 3. Were the kind "tip", the words would be "kind can be only ...", and the hint would list the kinds.
-// 4. Other words, or a name that is near no other, have no hint of their own: the finding gets that of its rule.
+// 3. If the kind were "tip", the message would be "kind can be only ...", and the hint would list the kinds.
+// 4. Other messages, and names without a near one, have no hint of their own: the finding gets that of its rule.
 QString hintFor(const QString &words, const Subject &subject)
 {
     static const QRegularExpression undefined(

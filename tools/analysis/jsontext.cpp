@@ -17,10 +17,11 @@ static bool startsCharacter(char c)
 
 namespace {
 
-// Qt's reader keeps no places, and its reason for a fault is a guess. This one is a stream of events with an offset.
+// Qt's parser keeps no places, and its reason for a fault is a guess. This parser is a stream of events with an offset.
 using Stream = rapidjson::MemoryStream;
 
-/// Builds the nodes from the reader's events. A value starts behind the event before it and what may stand between two.
+/// Builds the nodes from the parser's events. A value starts after the previous event and the separators between the
+/// two.
 class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder>
 {
 public:
@@ -43,7 +44,7 @@ public:
         return true;
     }
 
-    // Behind the last event there are only blanks, commas and colons before the next.
+    // Between the last event and the next there are only blanks, commas and colons.
     int begin() const
     {
         const auto isBetween = [](char c) {
@@ -61,7 +62,7 @@ public:
 private:
     int offset() const { return m_start + static_cast<int>(m_stream.Tell()); }
 
-    // A scalar, which the reader has taken.
+    // A scalar: the parser is past it.
     Span next()
     {
         const Span span{begin(), offset()};
@@ -69,7 +70,7 @@ private:
         return span;
     }
 
-    // A bracket, which the reader may still be at.
+    // A bracket: the parser may still be at it.
     Span bracket()
     {
         const Span span{begin(), begin() + 1};
@@ -91,7 +92,7 @@ private:
 
     bool open()
     {
-        // Stays where it is: its parent gets no other child while it is open.
+        // The pointer stays valid: its parent gets no other child while it is open.
         m_open.append(&add(bracket()));
         return m_open.size() <= JsonText::maximumDepth + 1;
     }
@@ -113,7 +114,7 @@ private:
 
 }
 
-// In the words of the parser, but for what it has no or misleading ones.
+// The parser's messages, except where it has none or misleading ones.
 static QString reasonOf(rapidjson::ParseErrorCode code, const QByteArray &found)
 {
     const bool isInString = code == rapidjson::kParseErrorStringEscapeInvalid
@@ -142,14 +143,14 @@ JsonText::JsonText(const QString &path, const QByteArray &bytes) : m_path(path),
                             + static_cast<int>(std::count_if(block, block + 1024, startsCharacter)));
     }
 
-    const int start = bytes.startsWith("\xef\xbb\xbf") ? 3 : 0; // Qt's reader skips it, too
+    const int start = bytes.startsWith("\xef\xbb\xbf") ? 3 : 0; // Qt's parser also skips it
     Stream stream(bytes.constData() + start, static_cast<std::size_t>(bytes.size() - start));
     Builder builder(stream, m_bytes, start, &m_root);
     rapidjson::Reader reader;
     const auto result =
             reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag>(stream, builder);
     if (!result) {
-        // Where such a string starts says more than the end of the file.
+        // The start of such a string says more than the end of the file.
         const bool isString = result.Code() == rapidjson::kParseErrorStringMissQuotationMark;
         const int end = std::min(start + static_cast<int>(result.Offset()), bytes.size());
         m_fault = Fault{isString ? builder.begin() : end, reasonOf(result.Code(), bytes.mid(end, 1))};

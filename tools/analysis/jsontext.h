@@ -6,18 +6,18 @@
 
 #include <optional>
 
-// A JSON file with the place of everything in it. The library's reader says what the values are.
+// A JSON file with the place of everything in it. The library's reader checks the values.
 
 namespace analysis {
 
-/// A part of a file, in bytes; the end is the first one behind.
+/// A part of a file, in bytes; the end is the first byte after it.
 struct Span
 {
     int begin = 0;
     int end = 0;
 };
 
-/// The place of a byte as a person counts: from one, columns in characters.
+/// The place of a byte for people: from one, columns in characters.
 struct Position
 {
     int line = 1;
@@ -29,10 +29,10 @@ class Place;
 class JsonText
 {
 public:
-    /// The deepest level that Qt's reader accepts.
+    /// The deepest level that Qt's parser accepts.
     static const int maximumDepth = 1024;
 
-    /// One value; of a member also its name.
+    /// One value; a member also has its name.
     struct Node
     {
         Span span;
@@ -69,7 +69,7 @@ private:
     QByteArray m_bytes;
     Node m_root;
     std::optional<Fault> m_fault;
-    QVector<int> m_lines;      // where each starts
+    QVector<int> m_lines;      // the start of each
     QVector<int> m_characters; // before each kilobyte: a file may be one line
 };
 
@@ -80,8 +80,8 @@ public:
     /// A place without a node is only a part of the text.
     Place(const JsonText *text, const JsonText::Node *node, Span span) : m_text(text), m_node(node), m_span(span) {}
 
-    /// The value of the last member of this name (only that one counts), or of an element. If there is none, the place
-    /// and all that is asked of it stay here.
+    /// The value of the last member of this name (only that one counts), or of an element. If there is none, this place
+    /// stays the result of all further steps.
     Place operator[](const QString &name) const;
     Place operator[](int index) const;
     /// The member's name in place of its value.
@@ -89,7 +89,7 @@ public:
 
     const JsonText &text() const { return *m_text; }
     Span span() const { return m_span; }
-    /// Where it begins.
+    /// The start of the place.
     Position position() const { return m_text->positionOf(m_span.begin); }
 
 private:

@@ -19,7 +19,7 @@ struct Touch
     Mode mode;
     vellix::gesture::Gesture::Kind kind;
     vellix::gesture::Gesture::Direction direction;
-    std::optional<QPointF> position; // null stands for any
+    std::optional<QPointF> position; // null stands for any position
 };
 
 enum class Test { Modes, Kind, Direction, Zone };
@@ -30,7 +30,7 @@ QString nameOf(Test test);
 /// Whether the lookup considers a gesture in a mode.
 bool applies(const vellix::gesture::Gesture *gesture, const Mode &mode);
 
-/// The first test that a gesture fails; null when it matches the touch.
+/// The first test that a gesture fails; null if it matches the touch.
 std::optional<Test> firstFailed(const vellix::gesture::Gesture *gesture, const Touch &touch);
 
 }

@@ -16,7 +16,7 @@ QRectF onScreen(const QRectF &zone)
 {
     const QRectF normal = zone.normalized();
     for (double edge : {normal.left(), normal.top(), normal.right(), normal.bottom()}) {
-        if (std::isnan(edge)) // which no touch is beside
+        if (std::isnan(edge)) // no touch is at such an edge
             return {};
     }
     const QPointF topLeft(std::max(normal.left(), 0.0), std::max(normal.top(), 0.0));
@@ -36,7 +36,7 @@ static double areaOf(const QVector<QRectF> &rectangles)
                            [](double sum, const QRectF &rectangle) { return sum + areaOf(rectangle); });
 }
 
-// By its edges: a width computed and added again would not meet the neighbour's edge.
+// By its edges: a width that is computed and added again would not meet the neighbour's edge.
 static QRectF between(double left, double top, double right, double bottom)
 {
     return QRectF(QPointF(left, top), QPointF(right, bottom));
@@ -48,11 +48,11 @@ static void appendUnlessSliver(QVector<QRectF> *list, const QRectF &rectangle)
         list->append(rectangle);
 }
 
-// Cuts `taken` out of `from`: what is cut goes to `cut`, the up to four pieces around it to `rest`.
+// Cuts `taken` out of `from`: `cut` gets the common part, `rest` the up to four pieces around it.
 static void subtract(const QRectF &from, const QRectF &taken, QVector<QRectF> *rest, QVector<QRectF> *cut)
 {
     const QRectF common = from & taken;
-    if (common.isEmpty()) { // with an area, or they only touch
+    if (common.isEmpty()) { // without an area they only touch
         rest->append(from);
         return;
     }

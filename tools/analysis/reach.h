@@ -6,15 +6,15 @@
 #include <QRectF>
 #include <QVector>
 
-// The part of its zone in which a gesture is found. The lookup takes the first gesture that matches, so earlier
-// gestures take touches away.
+// The part of its zone where a gesture is found. The lookup returns the first gesture that matches, so earlier gestures
+// take touches away.
 
 namespace analysis {
 
 /// Anything thinner cannot be touched. Edges such as 0.1 + 0.2 and 0.3 leave such slivers between them.
 constexpr double sliver = 1e-12;
 
-/// Where touches of a zone can start: its sides turned to positive ones, cut to the screen. Null when that has no area.
+/// The area where touches of a zone can start: with positive sides, cut to the screen. Null if it has no area.
 QRectF onScreen(const QRectF &zone);
 
 /// The touches that an earlier gesture takes from a later one.
@@ -28,21 +28,21 @@ struct Loss
 /// The zone of one gesture in one mode.
 struct Reach
 {
-    QVector<QRectF> left; // disjoint: where the gesture is the first to match
-    QVector<Loss> losses; // in the order of the lookup, each with what that gesture is the first to match
-    bool none = false;    // what is left is too small for a finger and a screen's rounding
+    QVector<QRectF> left; // disjoint parts where the gesture is the first to match
+    QVector<Loss> losses; // in the order of the lookup, each with the area where that gesture is the first to match
+    bool none = false;    // the remaining area is too small for a finger and a screen's rounding
 
     double lostShare() const;
 };
 
-/// `gestures` in the order of the lookup; `gesture` is one of them. Shares below a billionth are no loss.
+/// `gestures` in the order of the lookup; `gesture` is one of them. Shares below a billionth are not reported.
 Reach reachOf(const vellix::gesture::Gesture *gesture, const QList<vellix::gesture::Gesture *> &gestures,
               const Mode &mode);
 
-/// The modes that these gestures name, sorted, and the unnamed one last when a gesture applies in every mode.
+/// The modes that these gestures name, sorted. The unnamed mode comes last if a gesture applies in every mode.
 QVector<Mode> modesOf(const QList<vellix::gesture::Gesture *> &gestures);
 
-/// Those of the modes in which the lookup considers a gesture.
+/// The modes of these in which the lookup considers a gesture.
 QVector<Mode> modesOf(const vellix::gesture::Gesture *gesture, const QVector<Mode> &modes);
 
 }

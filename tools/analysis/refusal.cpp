@@ -4,7 +4,7 @@
 
 namespace analysis {
 
-// Takes the member out of an object that has it; otherwise puts a valid one in.
+// Takes the member out of an object that has it; otherwise adds a valid one.
 static bool toggle(QVariantMap *map, const Field &field)
 {
     const bool isTakenOut = map->remove(field.name) > 0;
@@ -48,16 +48,16 @@ static Repaired reportMembers(const QVariantMap &object, const Place &place, con
 //
 //   {"path": "p", "title": "A", "titles": ["B"], "features": 5}
 //
-// 1. reportMembers() puts valid values in place of all that are there, so that only the members themselves can be at
-//    fault: {"path": "p", "title": "t", "titles": ["t"], "features": []}. The reader refuses this: "fields 'title' or
-//    'titles' can not be set simultaneously".
-// 2. It takes one member after the other out, from the last check to the first, until the reader's words change.
-//    Without "path" and without "features" they stay; without "titles" the reader accepts the object. So the words are
-//    reported at the name "titles", and it is left out from here on. (A missing member is found the same way: it is
-//    put in, and its words are reported at the whole object.)
+// 1. reportMembers() replaces all values with valid ones, so that only the members themselves can be at fault:
+//    {"path": "p", "title": "t", "titles": ["t"], "features": []}. The reader refuses this: "fields 'title' or 'titles'
+//    can not be set simultaneously".
+// 2. It takes out one member after the other, from the last check to the first, until the reader's message changes.
+//    Without "path" and without "features" it stays; without "titles" the reader accepts the object. So the message is
+//    reported at the name "titles", and that member is left out from here on. (A missing member is found the same way:
+//    it is added, and the message is reported at the whole object.)
 // 3. Then each value is tried by itself, in the smallest valid object {"path": "p", "title": "t"}. With "features": 5
-//    the reader refuses that: "'features' must be list<str>." The words are reported at the 5, unless `within` finds
-//    the fault inside of the value. "titles" is tried without "title", which it excludes; ["B"] is accepted.
+//    the reader refuses that: "'features' must be list<str>." The message is reported at the 5, unless `within` finds
+//    the fault inside the value. "titles" is tried without "title", which it excludes; ["B"] is accepted.
 // 4. The result is {"path": "p", "title": "A", "features": []}, with "titles" and "features" changed.
 Repaired reportRefusals(const QVariantMap &object, const Place &place, const Fields &fields,
                         const WithinMembers &within, const Reader &reader, const Report &report)

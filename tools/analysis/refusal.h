@@ -15,19 +15,19 @@
 
 namespace analysis {
 
-/// The words of a failed result; null when there are none.
+/// The message of a failed result; null if there is none.
 template <class T>
 QString wordsOf(const vellix::Either<vellix::Error, T> &result)
 {
     return result.isRight() ? QString() : messageOf(result.left());
 }
 
-/// Why a reader refuses an object; null when it accepts it.
+/// Why a reader refuses an object; null if it accepts it.
 using Reader = std::function<QString(const QVariantMap &)>;
 
 using Report = std::function<void(const Place &, const QString &)>;
 
-/// By the name of a member: reports the faults within its value, so that they are not reported for the whole of it.
+/// By the name of a member: reports the faults within its value, so that they are not reported for the whole value.
 /// Returns whether there were any.
 using WithinMembers = QMap<QString, std::function<bool(const QVariant &, const Place &)>>;
 

@@ -23,7 +23,7 @@ static QString textOf(const Finding &finding)
                                      : finding.text + QStringLiteral(" (") + finding.devices + QLatin1Char(')');
 }
 
-// Without half a character that was cut.
+// Without a cut half of a character.
 static QString whole(QString text)
 {
     if (!text.isEmpty() && text.at(0).isLowSurrogate())
@@ -33,7 +33,7 @@ static QString whole(QString text)
     return text;
 }
 
-// A part of a line as it is shown, where a tab is a blank.
+// A part of a line as it is shown: tabs become blanks.
 static QString shownPart(const QString &text)
 {
     return shown(whole(text).replace(QLatin1Char('\t'), QLatin1Char(' ')));
@@ -46,7 +46,7 @@ static QString blanksFor(const QString &text)
     return QString::fromStdString(aligned.at(1));
 }
 
-// The line and what marks the place in it; of a very long line what is near.
+// The line, and a mark under the place in it; only the surroundings of a very long line.
 static QString excerpt(const Finding &finding)
 {
     const int before = 100;
@@ -54,14 +54,14 @@ static QString excerpt(const Finding &finding)
     const JsonText &text = *finding.file;
     const Span line = text.lineOf(finding.span.begin);
     const int markEnd = std::max(std::min(finding.span.end, line.end), finding.span.begin);
-    // As many bytes as so many characters may have.
+    // The largest number of bytes for this number of characters.
     const auto part = [&text](int from, int to) {
         return QString::fromUtf8(text.bytes().mid(from, std::min(to - from, 4 * (before + behind))));
     };
     QString left = part(std::max(line.begin, finding.span.begin - 4 * before), finding.span.begin);
     const bool isCut = left.size() > before || finding.span.begin - line.begin > 4 * before;
     left = isCut ? QStringLiteral("…") + shownPart(left.right(before)) : shownPart(left);
-    QString marked = whole(part(finding.span.begin, markEnd).left(before)); // what it leaves stands in the right part
+    QString marked = whole(part(finding.span.begin, markEnd).left(before)); // the rest is for the part after it
     QString right = part(finding.span.begin, line.end).mid(marked.size());
     right = right.size() > behind ? shownPart(right.left(behind)) + QStringLiteral("…") : shownPart(right);
     marked = shownPart(marked);

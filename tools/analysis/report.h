@@ -10,7 +10,7 @@
 namespace analysis {
 
 /// `FILE:LINE:COLUMN: error|warning: TEXT [RULE]`, the line of the file with the place marked under it, and a hint:
-/// each line as it is shown.
+/// each is one line.
 QString toText(const Finding &finding);
 
 QJsonDocument toJson(const Findings &findings, const QStringList &files);

@@ -13,16 +13,16 @@ enum class Severity { Error, Warning };
 
 struct Rule
 {
-    /// Reports all that it finds. Rules that stand together in a table may share one, which is called once.
+    /// Reports all its findings. Neighbours in a table may share one function, which is called once.
     using Finder = void (*)(const Subject &, Findings *);
 
-    int number; // its turn in every list of rules; a new rule takes the next number
+    int number; // its position in every list of rules; a new rule takes the next number
     const char *id;
     Severity severity;
     const char *meaning;     // one sentence
-    const char *hint;        // what to do about it
-    Finder find = nullptr;   // null when the readers report it
-    bool isOfDevice = false; // only looked for on devices that were asked for: this machine is hardly one of them
+    const char *hint;        // the correction
+    Finder find = nullptr;   // null if the readers report it
+    bool isOfDevice = false; // only checked for requested devices: this machine is hardly one of them
 };
 
 using Rules = QVector<Rule>;
@@ -30,10 +30,10 @@ using Rules = QVector<Rule>;
 /// Errors first, each severity by number.
 const QVector<const Rule *> &allRules();
 
-/// The rule of this id, which must be one.
+/// The rule of this id, which must exist.
 const Rule &ruleOf(const char *id);
 
-/// Finds everything in a configuration that was read, family by family in the order of the tables.
+/// Finds everything in a valid configuration, family by family in the order of the tables.
 void findAll(const Subject &subject, bool isDeviceChosen, Findings *findings);
 
 }

@@ -24,8 +24,8 @@ struct WrittenEntry
     Place place;
 };
 
-/// A gesture, and the entry that it comes from. When the library refuses the entry, it is the gesture of what is left
-/// of it with valid values in place of the refused ones.
+/// A gesture and its entry. If the library refuses the entry, the gesture has valid values in place of the refused
+/// ones.
 struct Entry
 {
     int index; // among "gestures"
@@ -34,11 +34,11 @@ struct Entry
     vellix::gesture::Gesture *gesture;
     QStringList refused; // members
 
-    /// Whether the library accepts what the gesture matches.
+    /// Whether the library accepts the part of the entry that decides which touches match.
     bool hasTouches() const;
     /// Whether the gesture has the id that the library would give it.
     bool hasId() const;
-    /// Whether the library accepts what the gesture does.
+    /// Whether the library accepts the actions of the entry.
     bool hasActions() const;
 };
 
@@ -51,12 +51,12 @@ struct ActionValue
     Role role;
     QVariant value; // a path or an object
     Place place;
-    QString group;  // whose element it is
+    QString group;  // the group that has it as an element
     int entry = -1; // the index among "gestures" of the gesture that has it
 
     bool isName() const { return value.userType() == QMetaType::QString; }
     QString path() const;
-    /// Whether it is an object with a path of its own; without one it is refused.
+    /// Whether it is an object with a path of its own; an object without one is refused.
     bool definesPath() const { return value.toMap().contains(QStringLiteral("path")); }
 };
 
@@ -73,13 +73,13 @@ struct Subject
     QVariantMap root;
     QVector<WrittenEntry> writtenEntries = {};
     QMap<QString, QRectF> zones = {};                     // in force
-    QList<vellix::gesture::Action *> actions = {};        // those of "actions"
-    QList<vellix::gesture::Action *> refusedActions = {}; // of those: refused, but kept for references to them
+    QList<vellix::gesture::Action *> actions = {};        // the actions of "actions"
+    QList<vellix::gesture::Action *> refusedActions = {}; // refused ones of these, kept for references to them
     QSet<QString> definedPaths = {};                      // the paths of "actions"
     QMap<QString, QList<vellix::gesture::Action *>> groups = {};
     QVector<Entry> entries = {};            // of the objects among "gestures"
     QVector<ActionValue> actionValues = {}; // in the order of the sections
-    std::optional<Choices> choices = {};    // null when no bindings are checked
+    std::optional<Choices> choices = {};    // null if no bindings are checked
 
     Place place() const { return text->place(); }
     /// The paths of the actions that a gesture offers, on any device.
@@ -88,7 +88,7 @@ struct Subject
     /// The gestures that the lookup knows, in its order.
     QList<vellix::gesture::Gesture *> matchableGestures() const;
     QStringList groupNames() const { return root.value(QStringLiteral("actionGroups")).toMap().keys(); }
-    /// Every rectangle of the file, by itself or in a gesture.
+    /// Every rectangle of the file, predefined or in a gesture.
     void forEachRectangle(const std::function<void(const QVariantMap &, const Place &)> &function) const;
 };
 

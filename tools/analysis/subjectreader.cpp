@@ -64,7 +64,7 @@ private:
         return wordsOf(Configuration::fromVariant(document, m_features, GestureService::predefinedZones, {}, &owner));
     }
 
-    // The faults within a section are reported entry by entry later; here only its type counts.
+    // The faults within a section are reported later, entry by entry; here only its type counts.
     void reportOutline()
     {
         QVariantMap outline = m_subject->root;
@@ -87,7 +87,7 @@ private:
         }
     }
 
-    // Reports the sides that a rectangle lacks. An unknown name is the fault of the whole value.
+    // Reports the missing sides of a rectangle. An unknown name is the fault of the whole value.
     bool reportZone(const QVariant &value, const Place &place)
     {
         if (!isObject(value))
@@ -102,7 +102,7 @@ private:
             const auto read = Gesture::zoneFromVariant(*zone, GestureService::predefinedZones, nullptr);
             if (read.isLeft() && !reportZone(*zone, place[zone.key()]))
                 refuse(place[zone.key()], wordsOf(read));
-            // Where a refused zone is, is unknown: it takes nothing from others.
+            // The place of a refused zone is unknown: it takes nothing from others.
             m_subject->zones.insert(zone.key(), read.isRight() ? read.right() : QRectF());
         }
         const QMap<QString, QRectF> &predefined = GestureService::predefinedZones;
@@ -127,7 +127,7 @@ private:
         return any;
     }
 
-    // Null when it is refused, which is reported.
+    // Null if it is refused; the refusal is reported.
     Action *readAction(const QVariant &value, const Place &place)
     {
         const auto read = Action::fromVariant(value, m_features, m_byPath, m_owner);
@@ -173,7 +173,7 @@ private:
             m_byPath.insert(action->path(), action);
     }
 
-    // Reports the elements of an action list one by one; whether there were faults.
+    // Reports the elements of an action list one by one. Returns whether there were faults.
     bool readElements(const QVariant &elements, const ActionValue &where)
     {
         const QVariantList values = isList(elements) ? elements.toList() : QVariantList{elements};
@@ -270,7 +270,8 @@ private:
         note("currentAction", Role::Current);
     }
 
-    // Reports each element by itself; whether there were faults. A fallback list can still be refused as a whole.
+    // Reports each element by itself. Returns whether there were faults. A fallback list can still be refused as a
+    // whole.
     bool reportElements(const QVariant &value, const Place &place)
     {
         if (isObject(value))
@@ -314,7 +315,7 @@ private:
 
     void repairGesture(const QVariantMap &map, const Place &place, int index, const QString &words)
     {
-        // Gestures own their actions: what one of these takes, the next must still find.
+        // Gestures own their actions: the next gesture must still find the actions of this one.
         const auto read = [this](const QVariantMap &tried) {
             return Gesture::fromVariant(tried, m_features, m_known, m_subject->groups, m_subject->zones, {}, m_owner);
         };
@@ -327,7 +328,7 @@ private:
             m_subject->entries.append({index, map, place, gesture.right(), repaired.changed});
     }
 
-    // The loader's own words, which are the same for two gestures as for a whole list.
+    // The loader's own message, which is the same for two gestures as for a whole list.
     static QString wordsOfTwo(const QString &id)
     {
         const QVariantMap one{{QStringLiteral("id"), id},
@@ -357,8 +358,8 @@ private:
     QObject *const m_owner;
     Findings *const m_findings;
     Action *const m_validAction;      // the action of a valid entry
-    QList<Action *> m_known;          // those of "actions", and that one
-    QMap<QString, Action *> m_byPath; // of these, once they are read
+    QList<Action *> m_known;          // the actions of "actions", and m_validAction
+    QMap<QString, Action *> m_byPath; // once they are read
 };
 
 }

@@ -18,7 +18,7 @@ QString typeNameOf(const QVariant &value)
     }
 }
 
-// How many characters must be added, dropped or replaced.
+// The number of characters to add, drop or replace.
 static int distance(const QString &a, const QString &b)
 {
     std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);

@@ -11,7 +11,7 @@ static bool isVisible(uint character)
     case QChar::Other_Surrogate:
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph: return false;
-    // The two that tell how letters and pictures join do nothing else.
+    // The two joiners of letters and pictures have no other effect.
     case QChar::Other_Format: return character == 0x200c || character == 0x200d;
     default: return !QChar::isNonCharacter(character);
     }

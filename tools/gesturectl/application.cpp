@@ -27,7 +27,7 @@ QString resolved(const QString &path)
     return resolvedPath(path);
 }
 
-// The finding for the error of the loader, which stops at the first.
+// The finding for the loader's error; the loader stops at the first.
 static const analysis::Finding *errorOf(const analysis::Findings &findings, const QString &reason)
 {
     const auto isError = [](const analysis::Finding &one) { return one.rule->severity == analysis::Severity::Error; };
@@ -39,7 +39,7 @@ static const analysis::Finding *errorOf(const analysis::Findings &findings, cons
     return found == all.cend() ? nullptr : &*found;
 }
 
-// Without the findings for which only a later load would fail.
+// Without the findings that only make a later load fail.
 static analysis::Findings findingsOf(const analysis::Check &check)
 {
     analysis::Findings findings = check.findings();

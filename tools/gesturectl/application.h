@@ -31,7 +31,7 @@ using Result = vellix::Either<Failure, T>;
 using Bindings = QMap<QString, QString>;
 using Gestures = QList<vellix::gesture::Gesture *>;
 
-/// With the paths of all applications, for the whole system.
+/// With the paths of all applications of the whole system.
 extern const QString pathsFile;
 
 Result<vellix::gesture::ApplicationPaths> pathsOf(const QString &appId);

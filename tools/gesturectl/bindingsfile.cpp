@@ -22,7 +22,7 @@ namespace gesturectl {
 static const std::chrono::seconds longestWait(5);
 static const std::chrono::milliseconds betweenTries(20);
 
-// Whether another process holds the lock all the time. A file system without locks has no holder.
+// Whether another process keeps the lock. On a file system without locks, no process does.
 static bool isLockedByAnother(int descriptor)
 {
     const auto end = std::chrono::steady_clock::now() + longestWait;
@@ -51,7 +51,7 @@ static QString nameOf(qint64 process)
     return name.isEmpty() ? number : QString::fromUtf8(name) + QStringLiteral(" (") + number + QLatin1Char(')');
 }
 
-// As the system lists them: "1: FLOCK ADVISORY WRITE 4711 fe:00:1234 0 EOF"; an arrow marks those that wait.
+// As the system lists them: "1: FLOCK ADVISORY WRITE 4711 fe:00:1234 0 EOF"; an arrow marks waiting ones.
 static QString holdersOf(int descriptor)
 {
     QStringList holders;

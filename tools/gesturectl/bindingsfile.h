@@ -8,9 +8,9 @@
 
 namespace gesturectl {
 
-/// Allows one change of the bindings at a time: a binding that another process saves between our reading and our
-/// writing would be lost. The lock is on the configuration, which always exists, and is released with the descriptor.
-/// The constructor waits some seconds for another's lock. On a file system without locks it locks nothing.
+/// Allows one change of the bindings at a time: a binding that another process saves between our read and our write
+/// would be lost. The lock is on the configuration, which always exists, and is released with the descriptor. The
+/// constructor waits some seconds for another process. On a file system without locks it locks nothing.
 class BindLock
 {
 public:
@@ -27,12 +27,12 @@ private:
     std::optional<Failure> m_failure;
 };
 
-/// Writes exactly these bindings, where `gestures` were loaded with them: a save of all gestures would pin every
-/// default that the user left alone.
+/// Writes exactly these bindings; `gestures` were loaded with them. A save of all gestures would pin every default that
+/// the user left alone.
 Result<ExitStatus> writeBindings(const vellix::gesture::ApplicationPaths &paths, const Gestures &gestures,
                                  const Bindings &bindings);
 
-/// The bindings of a file that must be there.
+/// The bindings of a file that must exist.
 Result<Bindings> bindingsOfFile(const vellix::gesture::ApplicationPaths &paths);
 
 /// The content of a file; empty if it cannot be read.

@@ -59,7 +59,7 @@ std::optional<int> CommandLine::parse(int argc, char *argv[])
     }
     try {
         m_cli->parse(argc, argv);
-    } catch (const CLI::Success &help) { // or the version
+    } catch (const CLI::Success &help) { // also the version
         printHelp(*m_cli, help);
         return Success;
     } catch (const CLI::ParseError &error) {

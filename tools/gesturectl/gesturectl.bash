@@ -1,11 +1,11 @@
-# Completion of gesturectl for bash. Verbs, options and their values are what the program's own help says.
+# Completion of gesturectl for bash. It reads verbs, options and their values from the program's own help.
 
 # The lines below a heading of a help text.
 _gesturectl_below() { # HEADING HELP
     sed -n "/^$1:\$/,/^\$/s/^  //p" <<<"$2"
 }
 
-# What an option of a help text takes, such as APP or {tap,hold}; empty for a flag, fails for no option.
+# The value of an option in a help text, such as APP or {tap,hold}; empty for a flag, fails if there is no such option.
 _gesturectl_value() { # OPTION HELP
     local line names rest
     while IFS= read -r line; do
@@ -21,7 +21,7 @@ _gesturectl_value() { # OPTION HELP
     return 1
 }
 
-# The long names of the options that are not given yet.
+# The long names of the options that are still missing on the line.
 _gesturectl_options() {
     local name
     _gesturectl_below Options "$help" | sed 's/  .*//' | grep -o -- '--[^ ,]*' | while IFS= read -r name; do
@@ -40,12 +40,12 @@ _gesturectl_plain() { # WORD
     fi
 }
 
-# The strings of one name in indented JSON.
+# The values of all strings with one name in indented JSON.
 _gesturectl_strings() { # NAME
     sed -n "s/^ *\"$1\": \"\\(.*\\)\",\\{0,1\\}\$/\\1/p" | sed 's/\\\(["\\]\)/\1/g'
 }
 
-# Applications whose configuration is where the file of the paths says, or where it is without that file.
+# Applications with a configuration at the paths that the paths file sets, or at the built-in ones.
 _gesturectl_apps() {
     local directory system directories paths default name file
     IFS=: read -ra directories <<<"${XDG_DATA_DIRS:-/usr/local/share:/usr/share}"
@@ -64,7 +64,7 @@ _gesturectl_apps() {
     done
 }
 
-# Takes each line of the input that begins with what is typed.
+# Filters the input by the typed prefix.
 _gesturectl_offer() {
     local candidate
     while IFS= read -r candidate; do
@@ -82,7 +82,7 @@ _gesturectl_offer_files() {
     done < <(compgen -f -- "$typed")
 }
 
-# What an option takes, or an argument is.
+# The values of an option or an argument.
 _gesturectl_offer_values() { # VALUE
     case $1 in
         '{'*'}') _gesturectl_offer < <(tr -d '{}' <<<"$1" | tr , '\n') ;;
@@ -101,7 +101,7 @@ _gesturectl() {
     local program=${1/#\~/$HOME} cur=${COMP_WORDS[COMP_CWORD]} typed word verb help value option app gesture
     local -a given=() arguments=() wanted=()
     COMPREPLY=()
-    # "--app=X" is three words.
+    # Bash splits "--app=X" into three words.
     [[ $cur == = ]] && cur=
     typed=$(_gesturectl_plain "$cur")
 

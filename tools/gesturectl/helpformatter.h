@@ -6,7 +6,7 @@
 
 namespace gesturectl {
 
-/// The layout of the help, which the man pages are made of: a heading for examples, a comma and a blank between the
+/// The layout of the help and of the man pages made from it: a heading for examples, a comma and a blank between the
 /// names of an option, and the accepted values in place of a type's name.
 class HelpFormatter : public CLI::Formatter
 {

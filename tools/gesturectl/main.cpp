@@ -17,7 +17,7 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
         return std::make_unique<QCoreApplication>(argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Qt would warn of a missing directory for sockets and the like, which `map` does not need.
+    // Qt would warn about a missing directory for sockets and the like, which `map` does not need.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     QLoggingCategory::setFilterRules(QString());
@@ -26,7 +26,7 @@ static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb,
 
 int main(int argc, char *argv[])
 {
-    std::setlocale(LC_CTYPE, ""); // the arguments are read before the application object is created, which would do it
+    std::setlocale(LC_CTYPE, ""); // as the application object would, but the arguments are read before it exists
     takeQtMessages();
     CommandLine commandLine;
     if (const auto status = commandLine.parse(argc, argv))

@@ -12,7 +12,7 @@ QString text(const std::string &bytes)
     return QString::fromLocal8Bit(bytes.c_str());
 }
 
-// The id becomes a part of paths.
+// The id becomes part of paths.
 static std::string checkApp(const std::string &app)
 {
     const bool isName = app.find('/') == std::string::npos && app != "." && app != "..";
@@ -48,7 +48,7 @@ Option &Option::check(Check test, const char *type)
     return *this;
 }
 
-// The library of the command line has the same, but its templates take the compiler half a minute.
+// CLI11 has the same function, but its templates cost half a minute of compile time.
 Option &Option::oneOf(const QStringList &values, Qt::CaseSensitivity sensitivity)
 {
     const std::string list = '{' + values.join(QLatin1Char(',')).toStdString() + '}';

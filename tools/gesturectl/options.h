@@ -10,7 +10,7 @@
 
 // The options of the command line, as the verbs declare them.
 
-// Its header alone takes the compiler many seconds: no verb includes it.
+// CLI11's header costs many seconds of compile time: no verb includes it.
 namespace CLI {
 class App;
 class Option;
@@ -35,7 +35,7 @@ public:
     Option &type(const char *name);
     /// The help shows `value` as the default.
     Option &defaultText(const char *value);
-    /// `type` completes what the help shows for the value.
+    /// `type` completes the type that the help shows for the value.
     Option &check(Check test, const char *type = "");
     Option &oneOf(const QStringList &values, Qt::CaseSensitivity sensitivity = Qt::CaseSensitive);
     Option &excludes(const Option &other);
@@ -56,10 +56,10 @@ public:
     Option text(const char *name, QString *value, const char *description);
     Option list(const char *name, QStringList *values, const char *description); // separated by commas
     Option file(const char *name, QString *value, const char *description);
-    /// `read` gets the value, once it is valid.
+    /// `read` gets the value after its validation.
     Option value(const char *name, const std::function<void(const QString &)> &read, const char *description);
 
-    // The same for several verbs.
+    // Options that several verbs share.
     Option app(QString *id, const char *description = "The application, such as reader");
     Option gesture(QString *id);
     Option mode(QString *mode, const char *description);

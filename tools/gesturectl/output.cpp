@@ -77,7 +77,7 @@ void printError(const QString &message)
     write(QStringLiteral("gesturectl: ") + shown(message), stderr);
 }
 
-// Critical messages of the library have colours, which stay.
+// The library's critical messages have colours: keep them.
 static void printQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     static const QRegularExpression colour(QStringLiteral("\033\\[[0-9;]*m"));

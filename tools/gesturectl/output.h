@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-// The terminal: nothing else writes to standard output or standard error. Callers pass texts as they are; control
+// The terminal: only this class writes to standard output or standard error. Callers pass texts unchanged; control
 // characters are made visible here, so that no verb can forget it.
 
 namespace gesturectl {

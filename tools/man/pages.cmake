@@ -3,13 +3,13 @@
 list(GET PROGRAM -1 name)
 get_filename_component(name "${name}" NAME)
 
-# The same pages whoever builds them and when: no date but one that was asked for, no words of the locale.
+# The same pages on every machine and at any time: no date unless one is set, no words of the locale.
 set(ENV{LC_ALL} C.UTF-8)
-# A leak check has nothing to say here, and cannot run under every emulator or tracer.
+# A leak check is pointless here, and cannot run under every emulator or tracer.
 set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:detect_leaks=0")
 
 execute_process(COMMAND ${PROGRAM} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
-# A heading of the help up to the next empty line.
+# The lines from a heading of the help to the next empty line.
 function(lines_below heading result)
     string(REGEX REPLACE "^.*\n${heading}:\n" "" text "${help}")
     string(REGEX REPLACE "\n\n.*$" "\n" text "${text}")
@@ -23,14 +23,14 @@ endfunction()
 lines_below(Verbs verbs)
 lines_below("Exit status" statuses)
 
-# help2man gives the command to a shell.
+# help2man passes the command to a shell.
 set(command)
 foreach(word IN LISTS PROGRAM)
     string(REPLACE "'" "'\\''" word "${word}")
     string(APPEND command "'${word}' ")
 endforeach()
 
-# Makes PAGE.1 of the help that `command` prints, with more sections as help2man includes them.
+# Makes PAGE.1 from the help that `command` prints, with more sections as help2man includes them.
 function(make_page page command description include)
     file(WRITE "${PAGES}/include" "${include}")
     execute_process(
@@ -41,7 +41,7 @@ function(make_page page command description include)
     if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
         string(REGEX REPLACE "(\n\\.TH [^\n\"]+ \"1\") \"[^\"]*\"" "\\1 \"\"" text "${text}")
     endif()
-    # Groups of the help are sections, and a verb is as bold as the program.
+    # Groups of the help become sections, and a verb is as bold as the program.
     foreach(section Arguments Verbs "Exit status")
         string(TOUPPER "${section}" upper)
         string(REPLACE "\n.SS \"${section}:\"" "\n.SH \"${upper}\"" text "${text}")

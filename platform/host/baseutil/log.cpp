@@ -8,7 +8,7 @@ namespace utilities {
 namespace log {
 namespace cb {
 
-// Of the character that begins at a byte; none for a control character, and for what is no UTF-8.
+// The length of the character at this byte; 0 for a control character and for invalid UTF-8.
 static std::size_t printableLength(const std::string &text, std::size_t at)
 {
     const auto byte = [&text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
@@ -27,7 +27,7 @@ static std::size_t printableLength(const std::string &text, std::size_t at)
     return isCharacter ? length : 0;
 }
 
-// One record is one line, and no terminal obeys it: other bytes are told as such.
+// One record is one line without control sequences: other bytes are escaped.
 static std::string printable(const std::string &text)
 {
     static const char *const digits = "0123456789abcdef";

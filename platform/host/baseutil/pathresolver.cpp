@@ -10,7 +10,7 @@
 
 namespace vellix {
 
-// What a relative path means depends on where the program was started: it counts as unset.
+// A relative path depends on the working directory of the program: it counts as unset.
 static bool isAbsolute(const std::string &path)
 {
     return !path.empty() && path.front() == '/';
@@ -44,7 +44,7 @@ static std::string userDataDirectory()
     return (isAbsolute(named) ? named : homeDirectory() + "/.local/share") + "/vellix";
 }
 
-// The first directory that has ours, else ours in the first one; empty for no directory at all.
+// The first directory that has our subdirectory, else our subdirectory of the first one; empty without any directory.
 static std::string systemDataDirectory(const std::string &list)
 {
     std::istringstream directories(list);
@@ -67,7 +67,7 @@ static std::string systemDataDirectory()
     return named.empty() ? systemDataDirectory("/usr/local/share:/usr/share") : named;
 }
 
-// Whether what stands behind a prefix is below its directory, going by the names alone.
+// Whether the part after a prefix stays below its directory, judged by the names alone.
 static bool staysBelow(const std::string &rest)
 {
     if (!rest.empty() && rest.front() != '/')
@@ -83,8 +83,8 @@ static bool staysBelow(const std::string &rest)
     return depth >= 0;
 }
 
-// A path that would leave its root becomes one below it that cannot exist, for its name is too long. So nobody has to
-// ask: it cannot be opened, made or removed, and neither can anything beside or below it.
+// A path that would leave its root becomes one below it whose name is too long to exist. So no caller has to check: it
+// cannot be opened, made or removed, and neither can anything beside or below it.
 static std::string join(const std::string &root, const std::string &rest)
 {
     if (staysBelow(rest))

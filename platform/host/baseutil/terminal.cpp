@@ -24,8 +24,8 @@ std::string beginSeq(int target, int mode, int colour, int enabled)
 
 namespace Utf8 {
 
-// The C library knows the width of every character, in a UTF-8 locale: this one comes with it and
-// is used for the length of one call, whatever locale the process has.
+// In a UTF-8 locale the C library knows the width of every character. This locale comes with it and is in use for one
+// call only, whatever locale the process has.
 class Utf8Locale
 {
 public:

@@ -7,8 +7,8 @@
 #include <initializer_list>
 #include <vector>
 
-// The kernel lists a front light as a backlight or as an LED that says so in its name; one whose
-// colour can be changed has a warm and a cold channel of its own.
+// The kernel lists a front light as a backlight or as an LED with such a name. One with adjustable colour has separate
+// warm and cold channels.
 
 namespace vellix {
 namespace devcaps {
@@ -46,7 +46,7 @@ bool hasFrontlight(const std::string &sysClass)
     return !frontlightChannels(sysClass).empty();
 }
 
-// A warm white is no cold one.
+// "warm white" is not a cold channel.
 bool hasColourFrontlight(const std::string &sysClass)
 {
     const auto isWarm = [](const std::string &name) { return hasWord(name, {"warm", "amber", "orange"}); };

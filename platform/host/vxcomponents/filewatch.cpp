@@ -19,19 +19,19 @@
 namespace vellix {
 namespace components {
 
-// A directory tells of its entries coming and going, the file itself of what is written to it. Not of the attributes of
-// its entries: for that, the kernel would mark every entry that it knows of, half a millisecond in a large directory.
+// A directory reports created and removed entries, the file itself reports writes. Directories do not report attributes
+// of entries: for that, the kernel would mark every entry that it knows, half a millisecond in a large directory.
 static constexpr std::uint32_t directoryEvents =
         IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
 static constexpr std::uint32_t fileEvents = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB;
 
-// A writer at work is looked at this often; one that has finished at once.
+// Milliseconds between looks at a file that is being written; a finished one is read at once.
 static constexpr int unfinishedDelay = 50;
-// Where the kernel refuses a watch (its limits are per user) or a look into a directory, we look ourselves.
+// If the kernel refuses a watch (its limits are per user) or access to a directory, we poll.
 static constexpr int pollInterval = 2000;
 static constexpr int maxLinks = 40;
 
-// What a path that leads to nothing fails with; a name too long stands for nothing, ever.
+// The errors of a path that leads to nothing; a name that is too long can never exist.
 static bool isAbsence(int error)
 {
     return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
@@ -93,7 +93,7 @@ public:
         const bool ours = mask & IN_Q_OVERFLOW || name.isEmpty() || m_armed.value(watch).contains(name);
         if (!ours)
             return;
-        // The last word of a writer is a close or a rename; what comes before may be half a file.
+        // A writer ends with a close or a rename; before that the file may be half written.
         if (mask & (IN_MODIFY | IN_CREATE))
             m_unfinished = true;
         else
@@ -106,7 +106,7 @@ public:
         const bool unfinished = m_unfinished;
         m_finished = m_unfinished = false;
         if (finished) {
-            m_later.start(0); // a callback that runs an event loop does not hold up other watches
+            m_later.start(0); // a callback that runs an event loop must not hold up other watches
         } else if (unfinished) {
             arm();
             if (!m_later.isActive())
@@ -117,7 +117,7 @@ public:
 private:
     using Armed = QHash<int, QSet<QByteArray>>;
 
-    // Tells at once. The watches are renewed from the event loop, be it one that the callback runs.
+    // Reports at once. The event loop renews the watches, also one that the callback runs.
     void check()
     {
         m_later.stop();
@@ -125,7 +125,7 @@ private:
         compare();
     }
 
-    // What came before the watches were renewed is seen by looking once more.
+    // A second look finds changes from before the watches were renewed.
     void settle()
     {
         arm();
@@ -143,8 +143,8 @@ private:
             callback();
     }
 
-    // Watches every directory on the way to the file, links included, from the root down. Each is
-    // armed before it is looked into, so whatever changes behind our back leaves an event.
+    // Watches every directory on the way to the file, links included, from the root down. Each is watched before it is
+    // read, so every later change leaves an event.
     void arm()
     {
         Armed armed;

@@ -62,8 +62,8 @@ Inotify::~Inotify()
     closeIfOpen(m_mountAlarm);
 }
 
-// Each open file reports a change in one poll, the next one after it: it neither needs a read nor keeps the event loop
-// awake. What the event loop has polled is lost if a notifier before ours runs another loop: hence a second file.
+// Each open file reports a change in one poll only: it neither needs a read nor keeps the event loop awake. If a
+// notifier before ours runs another loop, the change that the event loop polled is lost: hence a second file.
 void Inotify::followMounts()
 {
     m_alarm = std::make_unique<QSocketNotifier>(m_mountAlarm, QSocketNotifier::Exception);
@@ -120,7 +120,7 @@ void Inotify::readEvents()
     do {
         size = read(m_descriptor, buffer, sizeof buffer);
     } while (size < 0 && errno == EINTR);
-    // What is left wakes the event loop again.
+    // The remaining events wake the event loop again.
     if (size > 0)
         react(noteEvents(buffer, buffer + size));
 }
@@ -132,7 +132,7 @@ QList<InotifyListener *> Inotify::noteEvents(const char *begin, const char *end)
         const auto *event = reinterpret_cast<const inotify_event *>(at);
         at += sizeof(inotify_event) + event->len;
 
-        // An overflow has no watch: whatever was lost concerns everybody.
+        // An overflow has no watch: the lost events may concern every listener.
         const bool overflow = event->mask & IN_Q_OVERFLOW;
         const QList<InotifyListener *> listeners = overflow ? everybody() : m_listeners.value(event->wd);
         const QByteArray name = event->len ? QByteArray(event->name) : QByteArray();

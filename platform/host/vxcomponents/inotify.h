@@ -12,29 +12,29 @@
 namespace vellix {
 namespace components {
 
-/// Who is told of events. `watch` is the descriptor that Inotify::add gave; events on the watched
-/// thing itself come with an empty name.
+/// Receives the events of its watches. `watch` is the descriptor from Inotify::add; events on the watched path itself
+/// have an empty name.
 class InotifyListener : public QObject
 {
 public:
     using QObject::QObject;
 
-    /// Notes the event; no reaction may follow yet.
+    /// Notes the event, and must not react yet.
     virtual void note(int watch, const QByteArray &name, std::uint32_t mask) = 0;
-    /// Reacts to what was noted since the last call. What may delete listeners or run an event loop waits for the
-    /// event loop's next turn.
+    /// Reacts to the events noted since the last call. Work that may delete listeners or run an event loop waits for
+    /// the event loop's next turn.
     virtual void react() = 0;
 };
 
-/// The process's one inotify descriptor, shared by all listeners and there as long as one is. It also follows the
-/// mount table: a new mount sends no event, so every listener is told of it as of lost ones (IN_Q_OVERFLOW).
+/// The process's one inotify descriptor, shared by all listeners and open while there is one. It also follows the mount
+/// table: a new mount sends no event, so every listener gets it as lost events (IN_Q_OVERFLOW).
 class Inotify : public QObject
 {
 public:
     static Inotify *acquire();
     static void release();
 
-    /// Watches a path for a listener; a negative value (and errno) when that is not possible.
+    /// Watches a path for a listener; returns a negative value (and errno) on failure.
     int add(InotifyListener *listener, const QByteArray &path, std::uint32_t mask);
     void remove(InotifyListener *listener, int watch);
 

@@ -9,8 +9,8 @@
 namespace vellix {
 namespace components {
 
-/// Opens a file to read it, and waits for nobody: not for the other end of a pipe, nor for a device. A negative value
-/// (and errno) when that is not possible.
+/// Opens a file to read it without waiting, neither for the other end of a pipe nor for a device. Returns a negative
+/// value (and errno) on failure.
 inline int openAtOnce(const QByteArray &path)
 {
     int descriptor;

@@ -19,7 +19,7 @@ static Left<Error> fail(int line, const QString &message)
     return Left(Error({"../../../platform/host/vxcomponents/variantloader", line}, message.toStdString()));
 }
 
-// The byte that the parser refused. It stops behind it, except for the errors named here.
+// The byte that the parser refused. The parser stops after it, except for the errors named here.
 static int offsetOf(const QJsonParseError &error)
 {
     switch (error.error) {
@@ -51,10 +51,10 @@ static Left<Error> irregular(const QString &path, bool directory)
                         + (directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
 }
 
-// Opens without waiting, whatever the file has become meanwhile; else says why not.
+// Opens without waiting, even if the file has been replaced since the check. Returns the error if it cannot.
 static QString openAtOnce(QFile &file)
 {
-    if (!QFileInfo(file).isNativePath()) // no name at all, or a file within the program
+    if (!QFileInfo(file).isNativePath()) // an empty name, or a Qt resource
         return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
     const int descriptor = openAtOnce(QFile::encodeName(file.fileName()));
     const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
@@ -74,7 +74,7 @@ Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
     if (!obstacle.isEmpty())
         return fail(__LINE__, path + QStringLiteral(": ") + obstacle);
 
-    // It may be something else by now.
+    // It may be another kind of file by now.
     struct stat status;
     if (fstat(file.handle(), &status) == 0 && !S_ISREG(status.st_mode))
         return irregular(path, S_ISDIR(status.st_mode));

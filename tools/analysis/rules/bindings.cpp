@@ -12,7 +12,7 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-// The gestures of this id: mostly one.
+// The gestures of this id: usually one.
 static QVector<Entry> entriesOf(const Subject &subject, const QString &id)
 {
     QVector<Entry> entries;
@@ -48,7 +48,7 @@ static void reportUnknownGesture(const Subject &subject, const QString &id, cons
 {
     QStringList ids;
     for (const Entry &entry : subject.entries) {
-        if (!entry.hasId()) // this gesture may be the one
+        if (!entry.hasId()) // the binding may be for this gesture
             return;
         ids.append(entry.gesture->id());
     }
@@ -76,7 +76,7 @@ static void reportChoice(const Subject &subject, const QString &id, const QStrin
         if (!isFixed(entry))
             reportBinding(subject, entry, *action, place[id], findings);
     }
-    // A save writes what a fixed gesture does, too.
+    // A save also writes the action of a fixed gesture.
     const Gesture *fixed = entries.first().gesture;
     const bool isKnown = entries.first().hasActions() && std::all_of(entries.cbegin(), entries.cend(), isFixed);
     if (isKnown && fixed->currentAction()->path() != path)

@@ -2,7 +2,7 @@
 
 #include <analysis/rule.h>
 
-// The tables of the rules, in the order in which they are looked for.
+// The tables of the rules, in the order of the search.
 
 namespace analysis {
 

@@ -14,7 +14,7 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-// Whether every device supports an alternative; null, which is unknown, for a refused one.
+// Whether every device supports an alternative; null (unknown) for a refused one.
 static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVariant &alternative)
 {
     if (isObject(alternative))
@@ -27,7 +27,7 @@ static std::optional<bool> isAlwaysSupported(const Subject &subject, const QVari
     return (*action)->featureList().isEmpty();
 }
 
-// The loader stops at the first alternative that the device supports, and does not see those behind it.
+// The loader stops at the first alternative that the device supports, and does not see later ones.
 static void reportAlternatives(const Subject &subject, const QVariantList &alternatives, const Place &place,
                                Findings *findings)
 {
@@ -66,7 +66,7 @@ static void findNotAvailable(const Subject &subject, Findings *findings)
         for (const ActionValue &value : subject.actionValues) {
             if (value.entry != entry.index || value.role == Role::Available || offered.contains(value.path()))
                 continue;
-            if (value.isName() && !subject.isDefined(value.path())) // which is reported elsewhere
+            if (value.isName() && !subject.isDefined(value.path())) // reported elsewhere
                 continue;
             findings->add("not-available", value.place,
                           QStringLiteral("gesture %1 does not offer its own action %2")
@@ -154,7 +154,7 @@ static void findNoAction(const Subject &subject, Findings *findings)
     }
 }
 
-// The gestures that lose touches to one that the device does not support, by that one.
+// The gestures that lose touches to an unsupported one, by that one.
 static QHash<const Gesture *, QStringList> victimsOf(const Subject &subject)
 {
     const QList<Gesture *> gestures = subject.matchableGestures();

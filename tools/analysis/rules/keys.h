@@ -7,7 +7,7 @@
 
 namespace analysis {
 
-/// Reports the members of one name in all objects of a file.
+/// Reports duplicate names in all objects of a file.
 void reportDuplicateKeys(const JsonText &text, Findings *findings);
 
 void reportUnknownKeys(const QVariantMap &object, const Place &place, const Fields &fields, Findings *findings);

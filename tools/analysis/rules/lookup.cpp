@@ -11,14 +11,14 @@ using namespace vellix::gesture;
 
 namespace analysis {
 
-// The place where an entry says which touches are its own.
+// The place of an entry that decides which touches are its own.
 static Place placeOfZone(const Entry &entry)
 {
     return entry
             .place[entry.map.contains(QStringLiteral("zone")) ? QStringLiteral("zone") : QStringLiteral("direction")];
 }
 
-// A position as seen from another one: on the same line, only the column helps.
+// A position relative to another one: on the same line, the column is enough.
 static QString placeText(const Position &position, const Position &from)
 {
     if (position.line != from.line)

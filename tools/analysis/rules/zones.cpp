@@ -24,10 +24,10 @@ static void findOverriddenZones(const Subject &subject, Findings *findings)
 
 static void reportOddZone(const QRectF &zone, const Place &place, Findings *findings)
 {
-    // Edges such as 0.7 + 0.3 may be a rounding beyond the screen.
+    // Edges such as 0.7 + 0.3 may be beyond the screen by a rounding.
     const double rounding = 1e-9;
     const QRectF normal = zone.normalized();
-    if (!(normal.width() > sliver) || !(normal.height() > sliver)) { // also when one is NaN
+    if (!(normal.width() > sliver) || !(normal.height() > sliver)) { // also if one is NaN
         findings->add("zone-empty", place, QStringLiteral("the zone has no area: no touch can hit it"));
         return;
     }

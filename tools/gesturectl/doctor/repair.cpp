@@ -23,7 +23,7 @@ static Result<QString> keepBeside(const QString &file)
     const Descriptor source(openFile(QFile::encodeName(file).toStdString(), O_RDONLY));
     if (!source.isOpen())
         return Left(failed(file, errno));
-    const auto isGood = [](int) { return true; }; // its bindings are compared by the caller
+    const auto isGood = [](int) { return true; }; // the caller compares its bindings
     for (int number = 1;; ++number) {
         const QString copy = file + QStringLiteral(".old") + (number == 1 ? QString() : QString::number(number));
         const int error = copyToNew(source, copy, isGood);
@@ -58,7 +58,7 @@ Result<Repair> repaired(const ApplicationPaths &paths, const Bindings &bindings,
                                 : Left(Failure{BadFiles, file + QStringLiteral(": changed meanwhile, try again")});
     if (written.isRight())
         return Right(Repair{dropped, keptAs.right()});
-    // A write that fails halfway may have cost the file; then the copy is all there is.
+    // A write that fails halfway may destroy the file: then only the copy is left.
     if (!isSame || contentOf(file) == contentOf(keptAs.right())) {
         QFile::remove(keptAs.right());
         return Left(written.left());

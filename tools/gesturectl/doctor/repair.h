@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-// Dropping the bindings that an update makes invalid.
+// Drops the bindings that an update makes invalid.
 
 namespace gesturectl {
 

@@ -26,7 +26,7 @@ static bool isSameTouch(const Gesture *a, const Gesture *b)
             && a->modes() == b->modes();
 }
 
-// A gesture of the new configuration for the touches of a removed one, preferably one that is new.
+// A gesture of the new configuration for the touches of a removed one, preferably a new one.
 static const Gesture *successorOf(const Gesture *removed, const Update &update)
 {
     const Gesture *successor = nullptr;
@@ -71,7 +71,7 @@ static QString offerNote(const Gesture *was, const Gesture *is, const QString &c
             + QStringLiteral(" but defined: the menu cannot show it");
 }
 
-// Of a gesture with its binding.
+// For a gesture with its binding applied.
 static QStringList effectNotes(const Gesture *bound)
 {
     QStringList notes;
@@ -141,11 +141,11 @@ static QString newLosses(const Reach &before, const Reach &after, const QRectF &
     return losses.join(QStringLiteral(", "));
 }
 
-// One note for all modes that lose the same.
+// One note for all modes with the same losses.
 static QStringList lossNotes(const Gesture *was, const Gesture *is, const Update &update)
 {
     const QVector<Mode> modes = modesOf(is, update.after);
-    QStringList losses; // in the order met
+    QStringList losses; // in the order of discovery
     QMap<QString, QStringList> modesOfLoss;
     for (const Mode &mode : modes) {
         if (!analysis::applies(was, mode))
@@ -199,7 +199,7 @@ bool isDropped(const Outcome &outcome)
     return outcome.state == State::Stale || outcome.state == State::Unknown;
 }
 
-// Halves the bindings down to single ones: one binding does not change whether another loads.
+// Halves the bindings down to single ones: bindings load or fail independently of each other.
 static Bindings refusalsOf(const QString &file, const FeaturesProvider *features, const Bindings &bindings)
 {
     QObject owner;

@@ -33,7 +33,7 @@ struct Update
 Result<Update> updateOf(const vellix::gesture::ApplicationPaths &before, const vellix::gesture::ApplicationPaths &after,
                         const Bindings &bindings, const vellix::gesture::FeaturesProvider *features, QObject *parent);
 
-/// Of the binding of the gesture `id` to the action `choice`.
+/// For the binding of the gesture `id` to the action `choice`.
 Outcome outcomeOf(const QString &id, const QString &choice, const Update &update);
 
 /// Whether a repair drops the binding.

@@ -14,7 +14,7 @@ QRectF onPanel(const QRectF &area)
     return QRectF(QPointF(x(area.left()), y(area.top())), QPointF(x(area.right()), y(area.bottom())));
 }
 
-// Lines across an area, in step with those of its neighbours; Qt's own patterns do not reach an SVG.
+// Lines across an area, aligned with those of its neighbours; Qt's own patterns are lost in an SVG.
 static void addHatching(QPainterPath *path, const QRectF &area, double step, bool isRising)
 {
     const double low = isRising ? area.left() + area.top() : area.left() - area.bottom();
@@ -54,7 +54,7 @@ void drawContested(QPainter *painter, const QRegion &region)
     painter->drawPath(path);
 }
 
-// The sides that a piece of a zone has in common with it.
+// The sides that a piece of a zone shares with the zone.
 static void addSides(QPainterPath *path, const QRectF &piece, const QRectF &zone)
 {
     const auto side = [path](const QPointF &from, const QPointF &to) {

@@ -21,14 +21,14 @@ QRectF onPanel(const QRectF &area);
 
 QPen dashedPen(double width, const QVector<qreal> &pattern);
 
-/// Where no gesture matches.
+/// The areas where no gesture matches.
 void drawUnmatched(QPainter *painter, const QVector<QRectF> &areas);
 
-/// Where zones overlap.
+/// The areas where zones overlap.
 QRegion contestedRegion(const Panel &panel);
 void drawContested(QPainter *painter, const QRegion &region);
 
-/// Of the zones: solid where they get their touches, else dashed.
+/// The outlines of the zones: solid where they get their touches, otherwise dashed.
 void drawOutlines(QPainter *painter, const Panel &panel);
 
 }

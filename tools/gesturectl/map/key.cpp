@@ -44,7 +44,7 @@ static const QVector<Sign> &key()
     return signs;
 }
 
-// The last place is the one below all signs.
+// The last row, below all signs.
 static QVector<QPointF> placesOf(double width)
 {
     QVector<QPointF> places;

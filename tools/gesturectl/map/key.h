@@ -7,7 +7,7 @@
 
 namespace gesturectl {
 
-/// In a page of this width.
+/// For a page of this width.
 double heightOfKey(double width);
 
 void drawKey(QPainter *painter, const QPointF &corner, double width);

@@ -43,7 +43,7 @@ static std::optional<Label> labelOf(const QVector<Line> &lines, const QPointF &c
     return label;
 }
 
-// Id and action below the number, in as many lines as they need.
+// Id and action below the number, on as many lines as they need.
 static std::optional<Label> stacked(const Texts &texts, const QPointF &centre, const QSizeF &room, bool isUpright)
 {
     const auto id = filled(wordsOf(texts.id), Plain, room.width());
@@ -72,7 +72,7 @@ static std::optional<Label> inOneLine(const Texts &texts, const QPointF &centre,
 
 static std::optional<Label> cutShort(const Texts &texts, const QPointF &centre, const QSizeF &room, bool isUpright)
 {
-    static const double shortest = 60; // or only dots would remain
+    static const double shortest = 60; // a shorter text would be only dots
     if (room.width() < shortest)
         return std::nullopt;
     return labelOf({{texts.number, Large},
@@ -196,7 +196,7 @@ static void drawNumberOutside(QPainter *painter, int index, const QRectF &part, 
     const QSizeF size(widthOf(numberOf(index), Bold), lineHeight);
     const auto box = placeNear(part.center(), size, *taken);
     if (!box)
-        return; // the legend still has it
+        return; // the legend still shows it
     drawLeader(painter, part.center(), *box);
     drawLabel(painter, {{{numberOf(index), Bold}}, box->center(), size, false});
     taken->append(*box);
@@ -217,7 +217,7 @@ static void drawNeverMark(QPainter *painter, int index, const QRectF &zone, QVec
     taken->append(*box);
 }
 
-// Those inside their own parts first: these cannot meet.
+// Labels inside their own parts first: these cannot overlap.
 void drawLabels(QPainter *painter, const Panel &panel)
 {
     QVector<QRectF> taken;

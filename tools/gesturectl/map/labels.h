@@ -10,7 +10,7 @@
 
 namespace gesturectl {
 
-/// `painter` stands at the upper left corner of the screen.
+/// `painter` is at the upper left corner of the screen.
 void drawLabels(QPainter *painter, const Panel &panel);
 
 /// The mark of a gesture that never fires: a frame around a cross and a number.

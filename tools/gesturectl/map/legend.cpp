@@ -9,7 +9,7 @@ namespace gesturectl {
 
 using Block = Legend::Block;
 
-static const double indent = 32;   // of the text behind its number
+static const double indent = 32;   // of the text after its number
 static const int legendLines = 80; // a longer legend goes on in the next column
 
 static Block blockOf(const Panel &panel, int index)

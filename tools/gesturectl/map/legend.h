@@ -25,7 +25,7 @@ struct Legend
 Legend legendOf(const Panel &panel, int mostColumns);
 double widthOf(const Legend &legend);
 
-/// `painter` stands at the upper left corner of the legend.
+/// `painter` is at the upper left corner of the legend.
 void drawLegend(QPainter *painter, const Legend &legend);
 
 }

@@ -21,12 +21,12 @@ namespace gesturectl {
 
 static const double margin = 40;
 static const double titleHeight = 28;
-static const int fewestColumns = 4; // of a page that has so many panels
+static const int fewestColumns = 4; // of a page with at least as many panels
 
-static const double largestSide = 32767; // of a picture of Qt
+static const double largestSide = 32767; // Qt's limit for a picture
 static const double largestArea = 1e8;
 
-// `painter` stands at the panel's upper left corner.
+// `painter` is at the panel's upper left corner.
 static void drawPanel(QPainter *painter, const Panel &panel, const Legend &legend)
 {
     painter->setPen(Qt::black);

@@ -20,7 +20,7 @@ struct Page
 };
 
 QByteArray svg(const Page &page);
-/// Fails when the picture would be too large.
+/// Fails if the picture would be too large.
 Result<QByteArray> png(const Page &page);
 
 }

@@ -39,7 +39,7 @@ QString actionText(const Panel::Entry &entry);
 /// The losses of an entry to earlier gestures; `nameOf` returns the name of an entry in the map.
 QStringList remarks(const Panel &panel, const Panel::Entry &entry, QString (*nameOf)(int index));
 
-/// The share of the screen where no gesture matches; empty if there is none.
+/// The share of the screen where no gesture matches; empty if every touch matches.
 QString unmatchedText(const Panel &panel);
 
 /// The name of an entry in a picture.

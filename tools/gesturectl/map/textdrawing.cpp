@@ -7,7 +7,7 @@
 
 namespace gesturectl {
 
-// A character is about twice as high as wide: this is a screen of 3 by 4.
+// A character is about twice as high as wide, so this screen is 3 by 4.
 static const int columns = 48;
 static const int rows = 32;
 
@@ -15,7 +15,7 @@ static const char *const symbols = "123456789abcdefghijklmnopqrstuvwxyzABCDEFGHI
 static const int symbolCount = 61;
 static const int unmatched = -1;
 
-// Which entry each cell shows, row by row.
+// The entry of each cell, row by row.
 using Cells = QVector<int>;
 
 static QChar symbolOf(int index)
@@ -25,7 +25,7 @@ static QChar symbolOf(int index)
     return QLatin1Char(index < symbolCount ? symbols[index] : '#');
 }
 
-// In the legend, where entries may share a symbol.
+// For the legend; entries may share a symbol.
 static QString nameOf(int index)
 {
     return index < symbolCount ? QString(symbolOf(index)) : QStringLiteral("#%1").arg(index + 1);
@@ -60,7 +60,7 @@ struct Range
 };
 }
 
-// The cells whose centres are within a side; if there is none, the cell at its middle.
+// The cells with their centre between two edges; if there is none, the cell at their middle.
 static Range cellsAlong(double from, double to, int count)
 {
     const Range centres{int(std::ceil(from * count - 0.5)), int(std::floor(to * count - 0.5))};
@@ -77,7 +77,7 @@ static QRectF largest(const QVector<QRectF> &pieces)
     });
 }
 
-// Shows an entry that contains no cell's centre, unless another would lose its last cell.
+// Shows an entry that contains no cell's centre, unless another entry would lose its last cell.
 static void force(Cells *cells, int index, const QRectF &piece)
 {
     const Range across = cellsAlong(piece.left(), piece.right(), columns);

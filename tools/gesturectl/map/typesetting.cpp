@@ -6,7 +6,7 @@ namespace gesturectl {
 
 static const double largeLineHeight = 18;
 static const double smallLineHeight = 11;
-// Another program draws an SVG with another font: a text may become a bit wider than measured.
+// Other programs draw an SVG with other fonts: a text may become a bit wider than measured.
 static const double spare = 0.94;
 
 static QFont fontOf(Face face)

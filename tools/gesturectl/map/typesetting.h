@@ -29,10 +29,10 @@ QString elided(const QString &text, Face face, double width);
 /// `at` is the upper left corner of the line.
 void drawText(QPainter *painter, const QPointF &at, const QString &text, Face face);
 
-/// Splits a name where a line may break: "ReadingTapLeft" and "page/next" have several words.
+/// Splits a name at possible line breaks: "ReadingTapLeft" and "page/next" have several words.
 QStringList wordsOf(const QString &text);
 
-/// Fills lines with words; nothing when a word is too wide.
+/// Fills lines with words; empty if a word is too wide.
 std::optional<QStringList> filled(const QStringList &words, Face face, double width);
 
 }

@@ -67,7 +67,7 @@ static QJsonArray toJson(const ActionProxyNode *above)
     return array;
 }
 
-// A menu is printed level by level within the one before, and the indentation grows with it.
+// A menu is printed level by level within the previous one, and the indentation grows with it.
 static constexpr int maxLevels = 500;
 
 static bool canBePrinted(const Gesture *gesture)

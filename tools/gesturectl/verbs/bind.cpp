@@ -27,7 +27,7 @@ static void declare(Options *options, Request *request)
     options->text("ACTION", &request->actionPath, "The path of an action that the gesture offers").required();
 }
 
-// Why the configuration alone rules the binding out.
+// Why the configuration alone makes the binding impossible.
 static std::optional<Failure> refusal(const Request &request, const ApplicationPaths &paths,
                                       const FeaturesProvider *features)
 {

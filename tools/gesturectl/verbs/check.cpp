@@ -30,9 +30,9 @@ struct Request
     QString bindings;
     QString paths;
     bool everyDevice = false;
-    QStringList with; // the features of the device, or "none"; this machine's if empty
+    QStringList with; // the features of the device, or "none"; empty for this machine's
     bool strict = false;
-    QStringList ignored; // rules
+    QStringList ignored; // ids of rules
     Format format = Text;
 };
 }

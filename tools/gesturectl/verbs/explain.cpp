@@ -43,7 +43,7 @@ struct FileDefault
     QList<Skipped> skipped;
 };
 
-// Where the action of a gesture comes from.
+// The source of a gesture's action.
 struct Origin
 {
     QString from;
@@ -54,7 +54,7 @@ struct Origin
 struct Row
 {
     const Gesture *gesture;
-    QString failed; // the first test of the lookup that it fails; empty when it matches
+    QString failed; // the first test of the lookup that it fails; empty if it matches
     QString zone;   // its name, or its numbers alone
 };
 
@@ -170,7 +170,7 @@ static Explanation explanationOf(const Gestures &gestures, const QVariantMap &ro
     return explanation;
 }
 
-// Without an area a zone contains no point, not even of its edges.
+// A zone without an area contains no point, not even of its edges.
 static bool hasArea(const QRectF &zone)
 {
     return zone.width() != 0 && zone.height() != 0;
@@ -327,7 +327,7 @@ static Result<ExitStatus> explain(const Request &request)
     const auto loaded = load(request.appId, &features, &owner);
     if (loaded.isLeft())
         return Left(loaded.left());
-    // Also as written: a gesture does not know where its action comes from.
+    // Also as written: a gesture does not know the source of its action.
     const auto document = components::VariantLoader::loadJson(loaded.right().paths.defaultPath());
     const QVariantMap root = document.isRight() ? document.right().toMap() : QVariantMap();
 

@@ -21,7 +21,7 @@ static void declare(Options *options, Request *request)
     options->app(&request->appId).required();
 }
 
-// An application that is not there has no choices to lose: its export would wipe those of another at an import.
+// An unknown application has no choices to export: an import of the empty file would wipe another one's.
 static Result<ApplicationPaths> known(const ApplicationPaths &paths)
 {
     if (!paths.currentPathExists() && !PathResolver::newDefault().exists(paths.defaultPath().toStdString()))

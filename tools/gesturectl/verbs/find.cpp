@@ -35,7 +35,7 @@ static Result<ExitStatus> find(const Request &request)
     const DefaultFeaturesProvider features;
     QObject owner;
     return load(request.appId, &features, &owner).map([&](const Loaded &loaded) {
-        // The service's own lookup, on gestures that are known to be loaded.
+        // The service's own lookup; its gestures are known to load.
         const GestureService service(loaded.paths, &features, true,
                                      GestureService::GestureList([&loaded] { return loaded.gestures; }), false);
         const Touch &touch = request.touch;

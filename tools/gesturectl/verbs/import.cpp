@@ -60,7 +60,7 @@ static Bindings knownBindings(const Bindings &offered, const Gestures &gestures,
     return known;
 }
 
-// Prints the difference, and makes it.
+// Prints the difference, and applies it.
 static Result<ExitStatus> replaceBindings(const ApplicationPaths &paths, const Gestures &gestures,
                                           const Bindings &offered, const Request &request)
 {

@@ -22,8 +22,8 @@ namespace {
 struct Request
 {
     QString appId;
-    std::optional<Gesture::Kind> kind; // all without one
-    QString mode;                      // all if empty
+    std::optional<Gesture::Kind> kind; // empty for all
+    QString mode;                      // empty for all
     bool json = false;
 };
 }

@@ -31,10 +31,10 @@ namespace {
 struct Request
 {
     QString appId;
-    QString mode; // all if empty
+    QString mode; // empty for all
     std::optional<Gesture::Kind> kind;
     std::optional<Gesture::Direction> direction;
-    QString picture; // .svg or .png; the terminal's characters if empty
+    QString picture; // .svg or .png; empty for a drawing in characters
 };
 
 // The touches of a panel, and the gestures that they can match.
@@ -48,7 +48,7 @@ struct Touches
 };
 }
 
-// By the name alone, before anything is read.
+// Checks the name alone, before anything is read.
 static std::string checkPicture(const std::string &file)
 {
     const QString name = text(file);
@@ -115,12 +115,12 @@ static QString titleOf(const Touches &touches)
 
 static QString zoneText(const QRectF &zone, const QMap<QString, QRectF> &names)
 {
-    // Of two names, the one that every application knows.
+    // If a zone has two names, take the predefined one: every application knows it.
     const QString name = GestureService::predefinedZones.key(zone, names.key(zone));
     return name.isEmpty() ? numbersOf(zone) : shortened(name);
 }
 
-// The touches that a last gesture for the whole screen would still get.
+// The touches left for a last gesture for the whole screen.
 static QVector<QRectF> unmatchedAreas(const Touches &touches)
 {
     Gesture last(QString(), QStringList(), touches.kind, Gesture::wholeZone, touches.direction, {}, nullptr, nullptr,

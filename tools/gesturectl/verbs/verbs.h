@@ -2,7 +2,7 @@
 
 #include <gesturectl/verb.h>
 
-// One function for each verb, in the file of its name, beside its request, the declaration of its options and its work.
+// One function for each verb, in a file of its name with its request, its options and its work.
 
 namespace gesturectl {
 

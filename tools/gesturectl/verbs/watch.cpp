@@ -16,7 +16,7 @@ namespace {
 struct Request
 {
     QString appId;
-    int count = 0; // ends after so many changes, never if 0
+    int count = 0; // ends after this number of changes, never if 0
     bool json = false;
 };
 }

@@ -16,7 +16,7 @@ namespace gesturectl {
 namespace {
 struct Request
 {
-    QString appId; // the predefined zones only if empty
+    QString appId; // empty for the predefined zones only
     bool json = false;
 };
 }
