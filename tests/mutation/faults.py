@@ -61,7 +61,7 @@ class Finder:
         first, last = node.extent.start.offset, node.extent.end.offset
         begin, end = self.text.rfind(b"\n", 0, first) + 1, self.text.find(b"\n", last)
         line = b"%s[[%s]]%s" % (self.text[begin:first], self.text[first:last], self.text[last:end])
-        text = " ".join(line.decode(errors="replace").split())
+        text = " ".join(re.sub(r" //.*", "", line.decode(errors="replace")).split())
         self.faults.append(Fault(node.extent.start.line, "%s: %s" % (what, text), edits))
 
     def walk(self, node, parent, depth, isInFunction):
