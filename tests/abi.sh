@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The exported interface as it is described in the tree: abi.sh LIBRARY DESCRIPTION compares, and fails when a client of
-# the described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after a change that is meant.
-# The comparison is that of abigail-tools. This adds what its commands do not know: the machine of the description, a
-# library without debug information, and that what is new is no fault.
+# Compares the exported interface with its description in the tree: abi.sh LIBRARY DESCRIPTION fails if a client of the
+# described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after an intended change.
+# abigail-tools does the comparison. This script adds the parts that its commands lack: the machine of the description,
+# a library without debug information, and the rule that additions are no fault.
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "abi.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -27,7 +27,7 @@ if ! grep -q 'Machine:.*X86-64' <<<"$header"; then
     echo "not compared: the interface is described for x86_64"
     exit 77
 fi
-# What is new breaks nobody.
+# Additions break no client.
 status=0
 abidiff --no-added-syms "$description" "$library" || status=$?
 [ $status = 0 ] || { echo "abi.sh: the exported interface has changed (abidiff: status $status)" >&2; exit 1; }

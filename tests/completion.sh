@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a plain bash completes on command lines of gesturectl: completion.sh PROGRAM COMPLETION SAMPLE
-# Home-made: Debian 12 packages no tool that asks a completion for its words.
+# The completions of a plain bash for gesturectl's command lines: completion.sh PROGRAM COMPLETION SAMPLE
+# Home-made: Debian 12 packages no tool that queries a completion.
 set -o pipefail
 program=$1
 sample=$3
@@ -14,7 +14,7 @@ touch "old files/a" old.json other.json
 source "$2"
 failures=0
 
-# Completes the last word, as bash calls the function; `expected` is what it shall offer, in its order.
+# Completes the last word as bash would; `expected` are the offered words in their order.
 check() { # TITLE EXPECTED WORD...
     local title=$1 expected=$2 errors
     COMP_WORDS=(gesturectl "${@:3}")
@@ -63,7 +63,7 @@ check "actions of the gesture, options after it" "select/note" \
 check "no third argument" "--help" bind --app reader SelectingTapWholeNoDirection select/note ""
 check "the value of a flag is none" "--help|--mode" list --app reader --json --kind tap ""
 
-# Other places and other names, with blanks and quotes in them.
+# Other directories and other names, with blanks and quotes in them.
 mkdir -p "$work/system/vellix/config/gestures" "$work/system/vellix/my apps/My App"
 echo '{"current": "${USERDATA}/apps", "default": "${SYSTEMDATA}/my apps", "filename": "g.json"}' \
     >"$work/system/vellix/config/gestures/application_paths.json"
@@ -87,7 +87,7 @@ check "gestures that do not load" "" bind --app 'My\ App' ""
 export XDG_DATA_DIRS=$work/none
 check "no applications" "" list --app ""
 
-# Verbs that take files.
+# Verbs with file arguments.
 cat >"$work/stub" <<'STUB'
 #!/bin/sh
 [ $# = 1 ] && echo "Verbs:

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Whatever is missing, the configuring says which package to install, and `scripts/setup` knows it:
-# dependencies.sh SOURCE
+# For any missing dependency, CMake names the package to install, and `scripts/setup` installs it: dependencies.sh
+# SOURCE
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "dependencies.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -24,7 +24,7 @@ while read -r name version package; do
     expect "$name $version" "$package" "-DCMAKE_DISABLE_FIND_PACKAGE_$name=ON"
 done <<<"$packages"
 
-# As if neither the path nor the system's folders had a program.
+# Hides all programs of the path and of the system's directories.
 for program in help2man ccache; do
     expect $program $program -U HELP2MAN -U GESTURE_API_LAUNCHER "-DCMAKE_CXX_COMPILER_LAUNCHER=${program/help2man/}" \
         -DGESTURE_API_BENCHMARKS=OFF -DCMAKE_FIND_USE_SYSTEM_ENVIRONMENT_PATH=OFF -DCMAKE_FIND_USE_CMAKE_SYSTEM_PATH=OFF

@@ -1,5 +1,5 @@
-/* Preloaded into a test and all that it starts, programs of the machine and of the device: a program of the device that
-   they execute runs under its emulator, where the kernel would refuse it. Compiled for both, with
+/* Preloaded into a test and all programs that it starts, of the machine and of the device: if they execute a program of
+   the device, it runs under its emulator; the kernel would refuse it. Compiled for both, with
        EMULATOR  the emulator's path
        SYSROOT   where it looks for the device's libraries
        MACHINE   the device's number in an ELF header (EM_ARM, EM_AARCH64) */
@@ -80,8 +80,8 @@ int execvp(const char *name, char *const arguments[])
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
-/* The emulator cannot make a process with a descriptor for it, but lets Qt believe so, which then waits for and kills
-   processes at random. Qt asks like this, and this is the answer of a kernel without them. */
+/* The emulator claims to support pidfds but does not, so Qt would wait for and kill processes at random. Qt tests for
+   them with this call, and this is the result on a kernel without them. */
 long syscall(long number, ...)
 {
     static long (*next)(long, ...);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Both example programs at once on one configuration, in real windows and with a real mouse: a gesture is bound to
-# another action in the one and used in the other. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
+# Both example programs at once on one configuration, in real windows and with a real mouse: binds a gesture to another
+# action in the one and uses it in the other. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "endtoend.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -24,7 +24,7 @@ export XDG_DATA_HOME=$work/user XDG_RUNTIME_DIR=$work/runtime
 export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software LC_ALL=C.UTF-8
 
 Xvfb -noreset -displayfd 3 -screen 0 1240x820x24 3>"$work/display" 2>/dev/null &
-until_true() { # COMMAND...: for a minute and more, which only a program that hangs takes
+until_true() { # COMMAND...: waits a minute and more, which only a hanging program needs
     for ((try = 0; try < 1200; ++try)); do
         "$@" && return
         sleep 0.05
@@ -45,23 +45,23 @@ until_true has_window ', page '
 settings=$(window '^Gestures')
 reader=$(window ', page ')
 xdotool windowmove "$reader" 620 0
-is_drawn() { (($(import -window "$1" -depth 8 gray:- | tr -d '\0\377' | wc -c) > 0)); } # grey, as letters are
+is_drawn() { (($(import -window "$1" -depth 8 gray:- | tr -d '\0\377' | wc -c) > 0)); } # grey, like letters
 until_true is_drawn "$settings"
 until_true is_drawn "$reader"
 
 look() { import -window "$1" -depth 8 rgb:- | sha256sum; }
-looks_other() { # WINDOW BEFORE: and goes on to look so
+looks_other() { # WINDOW BEFORE: and stays different
     local now
     now=$(look "$1")
     [ "$now" != "$2" ] && sleep 0.3 && [ "$(look "$1")" = "$now" ]
 }
-click() { # WINDOW X Y: somewhere that answers
+click() { # WINDOW X Y: a place that reacts
     local before
     before=$(look "$1")
     xdotool mousemove --window "$@" sleep 0.1 click 1
     until_true looks_other "$1" "$before"
 }
-key() { # WINDOW KEY: which it answers
+key() { # WINDOW KEY: a key that causes a reaction
     local before
     before=$(look "$1")
     xdotool windowfocus --sync "$1" key "$2"
@@ -78,7 +78,8 @@ until_true reader_shows 1
 click "$reader" 540 400
 until_true reader_shows 2
 
-# In the settings: the third row is that tap; its menu opens at the pages, where the third entry goes ten pages on.
+# In the settings: the third row is that tap; its menu opens at the pages, and the third entry there is ten pages
+# forward.
 click "$settings" 300 425
 picture "$settings" settings-menu
 click "$settings" 300 280
@@ -87,7 +88,7 @@ click "$settings" 95 762
 until_true saved
 picture "$settings" settings
 
-# The next tap in the reader does the new action.
+# The next tap in the reader runs the new action.
 click "$reader" 540 400
 until_true reader_shows 12
 picture "$reader" reader

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the build to a prefix, compiles an outside project against it, and builds the library anew
-# against the installed host libraries as if they were the device's: install.sh SOURCE BUILD
+# Installs the build to a prefix, compiles an outside project against it, and builds the library anew against the
+# installed host libraries as if they were the device's: install.sh SOURCE BUILD
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "install.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -11,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-# A toolchain for a device looks for libraries below the roots alone.
+# A toolchain for a device only looks for libraries below the roots.
 configure() { # SOURCE BUILD OPTION...
     cmake -S "$1" -B "$2" -G Ninja "${launcher[@]}" "-DCMAKE_FIND_ROOT_PATH=$work" "${@:3}" >"$work/log" 2>&1 ||
         { cat "$work/log"; return 1; }
@@ -27,7 +27,7 @@ build_with_pkg_config() {
         "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)" "${@:3}"
 }
 
-# The projects that the documentation shows are the outside projects, first of all the README's own client.
+# The projects in the documentation are the outside projects, first of all the README's own client.
 projects=$("$source/tests/docs/docs.py" projects "$source" "$work/projects")
 client=$work/projects/README_1
 
@@ -46,14 +46,14 @@ build_with_pkg_config "$work/host" "$work/client-pc"
 # The installed tool finds its libraries by itself.
 [ "$("$work/host/bin/gesturectl" zones | wc -l)" = 13 ]
 
-# What an editor, a reader and a shell look for.
+# The files for an editor, a reader and a shell.
 for file in share/gesture_api/schemas/gesture-config.schema.json share/man/man1/gesturectl-check.1 \
         share/bash-completion/completions/gesturectl; do
     [ -s "$work/host/$file" ]
 done
 "$work/host/bin/gesturectl" schema bindings | diff - "$work/host/share/gesture_api/schemas/bindings.schema.json"
 
-# So does the QML module.
+# The QML module also does.
 module=$(dirname "$(find "$work/host" -name plugins.qmltypes)")
 cat >"$work/tst_module.qml" <<'QML'
 import QtTest 1.15
@@ -69,7 +69,7 @@ QML
 QT_QPA_PLATFORM=offscreen "$(qmake -query QT_INSTALL_BINS)/qmltestrunner" -import "${module%/Vellix/Gesture}" \
     -input "$work/tst_module.qml" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 
-# The example programs find their libraries and the module: they are still there when their time is over.
+# The example programs find their libraries and the module: they still run at the end of their time.
 for program in reader settings; do
     status=0
     QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=$work timeout 3 "$(find "$work/host" -path "*/examples/$program")" \
@@ -77,8 +77,8 @@ for program in reader settings; do
     [ "$status:$(cat "$work/log")" = 124: ] || { echo "$program: status $status"; cat "$work/log"; exit 1; }
 done
 
-# A device's root has the four libraries and nothing else of ours. The library alone is built against them, with none
-# of the packages that other parts need. Without optimisation: half the time.
+# A device's root has the four libraries and nothing else of ours. Only the library is built against them, with none of
+# the packages that other parts need. Without optimisation: half the time.
 mkdir -p "$work/device/lib"
 for library in baseutil vxcomponents devcaps slateview; do
     find "$work/host" -name "lib$library.so*" -exec cp -P {} "$work/device/lib/" \;
@@ -94,7 +94,7 @@ built=$(cd "$work/build-device" && find . -name '*.so.1' | sort)
 needed=$(ldd "$work/build-device/gesture_api/libgesture_api.so")
 grep -q "$work/device/lib/libvxcomponents.so.1" <<<"$needed"
 
-# What the device build installs serves clients, too, and has nothing of the host.
+# The installed device build also serves clients, and contains nothing of the host.
 cmake --install "$work/build-device" --prefix "$work/installed" >/dev/null
 [ -z "$(find "$work/installed" -name host.h)" ]
 configure "$client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$work/device"
@@ -102,7 +102,7 @@ configure "$client" "$work/client-device" "-DCMAKE_PREFIX_PATH=$work/installed;$
 build_with_pkg_config "$work/installed" "$work/client-device-pc" "-L$work/device/lib" "-Wl,-rpath-link,$work/device/lib"
 [ "$(LD_LIBRARY_PATH=$work/device/lib "$work/client-device-pc")" = page/next ]
 
-# A device whose libraries are not there is told which one is missing.
+# If a device lacks libraries, CMake names the missing one.
 if cmake -S "$source" -B "$work/build-none" -G Ninja -DGESTURE_API_PLATFORM=device -DBUILD_TESTING=OFF \
         >"$work/log" 2>&1; then
     echo "configured without the device's libraries" >&2

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The shared object itself: linkage.sh LIBRARY
+# Checks the shared object itself: linkage.sh LIBRARY
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "linkage.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -13,7 +13,7 @@ qt=$(grep -o 'libQt5[A-Za-z]*' <<<"$dynamic" | sort -u | tr '\n' ' ')
 grep -q 'SONAME.*\[libgesture_api\.so\.1\]' <<<"$dynamic" || fail "its name is not libgesture_api.so.1"
 grep -q 'NODELETE' <<<"$dynamic" || fail "it can be unloaded under living objects"
 
-# Exactly what is marked for export, and the classes of the one exception that may be thrown through it.
+# Exactly the exported classes and functions, and the classes of the one exception that may be thrown through it.
 symbols=$(nm -DC --defined-only "$library" | cut -d' ' -f2-)
 grep -qx 'T app_name()' <<<"$symbols" || fail "app_name() is not exported"
 boost='boost::(bad_get|exception|exception_detail::clone_base|wrapexcept<boost::bad_get>)'

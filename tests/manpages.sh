@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Looks at the man pages that were made of a program's help, and makes them anew in other circumstances:
-# manpages.sh PROGRAM PAGES SCRIPT VERSION
+# Checks the man pages made from a program's help, and makes them anew in other circumstances: manpages.sh PROGRAM PAGES
+# SCRIPT VERSION
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "manpages.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -13,7 +13,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 unset SOURCE_DATE_EPOCH
 
-# Every verb has a page, and there is no other.
+# Every verb has a page, and there are no other pages.
 "$program" --help | sed -n '/^Verbs:$/,/^$/s/^  \([^ ]*\) .*/\1/p' >"$work/verbs"
 [ "$(wc -l <"$work/verbs")" -ge 8 ]
 { echo "$name.1"; sed "s/.*/$name-&.1/" "$work/verbs"; } | sort >"$work/expected"
@@ -29,7 +29,7 @@ for page in "$pages"/*.1; do
 done
 grep -q '^\.SH "ARGUMENTS"$' "$pages/$name-bind.1"
 
-# One page as it is read.
+# One page in its final layout.
 cat >"$work/find" <<'PAGE'
 NAME
 gesturectl-find - show the gesture that a touch matches, and its action
@@ -63,8 +63,8 @@ gesturectl(1)
 PAGE
 [ "$("$program" --version)" = "$name $version" ]
 
-# The same pages in another place, at another time and in another language, with an emulator before the program, of an
-# option that CMake has as well.
+# The same pages in another place, at another time and in another language, with an emulator before the program, and for
+# an option that CMake also has.
 make_pages() { # DIRECTORY [EMULATOR;[ARGUMENT;]...]
     cmake -DHELP2MAN="$(command -v help2man)" "-DPROGRAM=${2:-}$program" "-DPAGES=$1" "-DVERSION=$version" -P "$script"
 }
@@ -79,7 +79,7 @@ EMULATOR
 chmod +x "$odd/emulator"
 LANG=de_DE.UTF-8 LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo make_pages "$odd/man1" "$odd/emulator;-L;a root;"
 diff -r -I '^\.TH ' "$pages" "$odd/man1"
-# A date is shown only when the build asks for one.
+# A page shows a date only if the build sets one.
 grep -q "^\.TH GESTURECTL-FIND \"1\" \"\" \"$name $version\" \"User Commands\"$" "$odd/man1/$name-find.1"
 SOURCE_DATE_EPOCH=86400 make_pages "$work/dated"
 grep -q '^\.TH GESTURECTL "1" "January 1970" ' "$work/dated/$name.1"

@@ -42,7 +42,7 @@ def literals(source, isLibrary):
         messages |= {number for number, text in enumerate(texts) if re.search(r"\w\W* \W*\w", text)}
     else:
         given = "|".join(re.findall(r"\w+", " ".join([SINKS, *calls])))
-        # What declares a verb or an option has its help.
+        # The declaration of a verb or an option contains its help.
         returned = re.findall(r'\breturn (?!(?:verb|text|flag)\("\d+",)[^;>]*;', code)
         returned = re.sub(r'\w+\("\d+"\)', "", " ".join(returned))
         messages = numbers(calls + re.findall(r"\b(?:%s) = [^;]*;" % given, code))

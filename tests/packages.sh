@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# The Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and removed
-# without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
-# Home-made: piuparts installs, upgrades and removes, but neither builds twice nor uses what is installed in between;
-# autopkgtest uses it, and does nothing of the rest.
-# Lists of packages are meant to be split into words.
+# Tests the Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and
+# removed without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
+# Home-made: piuparts installs, upgrades and removes, but neither builds twice nor uses the installed programs in
+# between; autopkgtest only uses them.
+# Lists of packages are split into words on purpose.
 # shellcheck disable=SC2046,SC2086
 set -Eeuo pipefail
 shopt -s inherit_errexit
@@ -27,7 +27,7 @@ rm -r build/packages-again
 step "A fresh root"
 base=build/packages-root.tar
 if [ ! -e "$base" ]; then
-    # Debian's own sources among the machine's.
+    # Adds Debian's own sources to the machine's.
     apt-get -qq update
     apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
         mmdebstrap --quiet --variant=minbase --format=tar bookworm "$base.new"
@@ -48,7 +48,7 @@ clean=(env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=
 
 inside() { chroot "$root" "${clean[@]}" "$@"; }
 
-# As somebody with a home directory and a screen that nobody sees.
+# Runs as a user with a home directory and a virtual screen.
 as_user() {
     chroot --userspec=reader:reader "$root" "${clean[@]}" HOME=/home/reader XDG_RUNTIME_DIR=/home/reader/run \
         XDG_DATA_DIRS=/usr/share/gesture_api/sample:/usr/local/share:/usr/share QT_QPA_PLATFORM=offscreen "$@"
@@ -58,7 +58,7 @@ apt() { # VERB ARGUMENT...
     inside apt-get -qq -y --no-install-recommends "$@" >"$root/log" 2>&1 || { cat "$root/log"; return 1; }
 }
 
-# What apt would do: the packages of one kind of line.
+# The packages in one kind of line of apt's simulation.
 would() { # Inst|Remv ARGUMENT...
     inside apt-get -s --no-install-recommends "${@:2}" | sed -n "s/^$1 \([^ ]*\) .*/\1/p" | sort
 }
@@ -87,7 +87,7 @@ expect "Qt that the library brings along" "libqt5core5a " "$others"
 step "Everything that all packages need, and what a client is compiled with"
 apt install $(would Inst install $all | grep -vxF "$ours") g++ cmake make pkg-config qml-module-qttest
 
-# What is in the root: the files, and the packages with their state. Not what the user made, nor what this test brings along.
+# The content of the root: the files, and the packages with their state, without the files of the user and of this test.
 state() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./home/reader -o -path ./packages -o -path ./upgrade -o \
         -path ./device -o -path ./log \) -prune -o -print | sort)
@@ -148,7 +148,7 @@ apt install --reinstall $all
 inside dpkg --verify $ours
 state | diff "$root/packages/installed" -
 
-# A package made anew with another control file.
+# Makes a package anew with another control file.
 remake() { # PACKAGE DIRECTORY SED-EXPRESSION...
     local work=$root/packages/work expressions=()
     for expression in "${@:3}"; do expressions+=(-e "$expression"); done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Cuts the power, as far as that can be done to a file: a file system in an image is saved to, the image
-# is copied as it is on disk at that moment, and the copy must hold the last save that was reported done,
-# or a later one, whole: powercut.sh SAVELOOP [CUTS]
+# Cuts the power, as far as a test can do that to a file: it saves to a file system in an image and copies the image as
+# it is on disk at that moment. The copy must contain the last save that was reported done, or a later one, whole:
+# powercut.sh SAVELOOP [CUTS]
 # Home-made: Debian 12 packages no tool that cuts the power of a file system.
 set -Eeuo pipefail
 shopt -s inherit_errexit
@@ -21,7 +21,7 @@ trap cleanup EXIT
 mkdir "$work/disk" "$work/after"
 truncate -s 8M "$work/image"
 mkfs.ext4 -q -F "$work/image"
-# The file system shall write nothing by itself: only what a save asks for is on disk.
+# The file system must write nothing by itself: only the syncs of a save reach the disk.
 if ! mount -o loop,commit=300 "$work/image" "$work/disk" 2>/dev/null; then
     echo "no file system can be mounted here: not tested"
     exit 77
@@ -30,7 +30,7 @@ sync -f "$work/disk"
 
 "$saveloop" "$work/disk/user/app/cfg.json" >"$work/done" &
 saver=$!
-# A first save: some machines are slow to start a program.
+# A first save: some machines start a program slowly.
 until [ -s "$work/done" ]; do
     kill -0 "$saver"
     sleep 0.05
@@ -39,7 +39,7 @@ for cut in $(seq "$cuts"); do
     sleep "0.$((RANDOM % 3 + 1))"
     kill -STOP "$saver"
     acknowledged=$(tail -n 1 "$work/done")
-    # A file of its own each time: on a busy machine the device of the one before is still there, and what it has cached.
+    # Uses a new file each time: on a busy machine the previous device still exists, with its cache.
     cp "$work/image" "$work/copy$cut"
     kill -CONT "$saver"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every QML file of the tree, with unqualified names looked for: qmllint.sh SOURCE_DIR IMPORT_PATH
+# Runs qmllint on every QML file of the tree, also for unqualified names: qmllint.sh SOURCE_DIR IMPORT_PATH
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "qmllint.sh: failed: $BASH_COMMAND" >&2' ERR

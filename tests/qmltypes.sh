@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The type file is what the module's own types dump to, and a dump leaves the files of applications alone:
-# qmltypes.sh MODULE_PARENT_DIR SOURCE_QMLTYPES
+# A dump of the module's types equals the type file, and a dump leaves the files of applications alone: qmltypes.sh
+# MODULE_PARENT_DIR SOURCE_QMLTYPES
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "qmltypes.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -23,8 +23,8 @@ dump=$(find_qmlplugindump)
 [ -n "$dump" ] || fail "there is no qmlplugindump: install qtdeclarative5-dev-tools"
 command -v strace >/dev/null || fail "there is no strace: what a dump opens can not be seen"
 
-# Data directories with a configuration and choices for an application of the tool's name. Qt says a line of its own
-# when there is no runtime directory.
+# Data directories with a configuration and choices for an application of the tool's name. Qt prints a line of its own
+# if there is no runtime directory.
 data=$work/data
 config=$data/system/vellix/config/gestures
 apps=/gestures/apps/
@@ -48,14 +48,14 @@ END
 
 state() { find "$data" -printf '%p %y %s %i %T@ %C@\n' | sort; }
 
-# Dumps to $work/types, with what was said in $work/said and the files that were named in $work/trace.
+# Dumps to $work/types, with the output in $work/said and the named files in $work/trace.
 run() {
     local before
     before=$(state)
     (cd "$modules" && strace -f -s 4096 -e trace=%file -o "$work/trace" \
         "$dump" -nonrelocatable Vellix.Gesture 1.0 . >"$work/types" 2>"$work/said") || fail "$(cat "$work/said")"
     [ "$(state)" = "$before" ] || fail "a dump changed the data directories: $(diff <(echo "$before") <(state))"
-    # Only names below the data directories: the runtime directory and the fonts are the toolkit's.
+    # Only names below the data directories: the runtime directory and the fonts belong to Qt.
     grep -F "\"$data/" "$work/trace" >"$work/named" || fail "the trace does not show the paths file"
     grep -E 'O_WRONLY|O_RDWR|O_CREAT|O_TRUNC|O_TMPFILE' "$work/named" >"$work/written" || true
     local changing='creat|unlink|rename|mkdir|rmdir|link|symlink|mknod|truncate|f?chmod|[lf]?chown|f?utime|setxattr'
@@ -69,7 +69,7 @@ $(cat "$work/diff")
 (cd $modules && QT_QPA_PLATFORM=offscreen $dump -nonrelocatable Vellix.Gesture 1.0 . 2>/dev/null) >$committed"
 }
 
-# The application of the tool is prohibited: one warning, and nobody looks for its files.
+# The application of the tool is prohibited: one warning, and no access to its files.
 write_paths '"qmlplugindump"'
 run
 compare_types
@@ -78,8 +78,8 @@ grep -q "^\[warn\] .*app 'qmlplugindump' is prohibited" "$work/said" || fail "no
 grep -qE "openat?\(.*\"$paths\", O_RDONLY" "$work/named" || fail "the trace does not show the paths file"
 ! grep -F "$apps" "$work/named" || fail "a dump names files of applications"
 
-# The built-in paths prohibit it, too. The missing file is told first, through the tool's own wide output, after which
-# its standard error takes no warning any more.
+# The built-in paths also prohibit it. The missing file is reported first, through the tool's own wide output; after
+# that its standard error accepts no warning any more.
 rm "$paths"
 run
 compare_types
@@ -87,7 +87,7 @@ compare_types
 grep -qF "$paths" "$work/said" || fail "the missing paths file is not told: $(cat "$work/said")"
 ! grep -F "$apps" "$work/named" || fail "a dump without a paths file names files of applications"
 
-# Were it not prohibited, this trace would show it.
+# Without the prohibition this trace would show the access.
 write_paths
 run
 compare_types

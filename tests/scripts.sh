@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
-# Each script stops at the first command that fails, and names it, and refuses what it does not know before it does
+# Each script stops at the first command that fails, and names it, and refuses unknown arguments before it does
 # anything: scripts.sh SOURCE
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "scripts.sh: failed: $BASH_COMMAND" >&2' ERR
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-# The tree as after a checkout: what was built in it would be found before the tools that fail.
+# The tree as after a checkout: a script would find built files before the failing tools.
 mkdir "$work/tree"
 find "$(realpath "$1")" -mindepth 1 -maxdepth 1 ! -name build -exec ln -s -t "$work/tree" {} +
 cd "$work/tree"
 
-# A machine on which all packages are there, and every tool fails.
+# A machine with all packages, where every tool fails.
 fake() { # STATUS TOOL...
     local tool
     for tool in "${@:2}"; do
@@ -39,15 +39,15 @@ expect coverage cmake
 expect doc doxygen
 expect lint shellcheck
 expect package 'version=$(dpkg-parsechangelog' "$work/packages"
-expect arm '' armhf # where it stops depends on whether there is a root already
+expect arm '' armhf # the place depends on whether a root already exists
 # Within a function.
 fake 0 cmake
 expect demo '"$@"'
-# A package is missing that cannot be installed.
+# A missing package that cannot be installed.
 fake 1 dpkg-query
 expect setup '"${as_root[@]}" apt-get' doc
 
-# Where every tool fails, what does nothing cannot fail.
+# Even if every tool fails, a script without an action must not fail.
 fake 7 dpkg-query cmake
 help() { # SCRIPT
     local said

@@ -9,7 +9,7 @@
 
 #include <boost/optional.hpp>
 
-/// Explains to the user what is wrong with the gestures of an application. A service only logs it.
+/// Explains faults in an application's gestures to the user. A service only logs them.
 class ConfigurationState : public QObject
 {
     Q_OBJECT

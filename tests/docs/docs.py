@@ -50,12 +50,12 @@ MARKS = {"not run": ("sh", "cpp", "cmake"), "exits": ("sh", "cpp"), "file": LANG
 @dataclasses.dataclass
 class Block:
     page: str
-    line: int  # of its first line of code
+    line: int  # the line number of its first line of code
     language: str
     text: str
     marks: dict
-    end: int = 0  # the line behind it
-    output: str = None  # the text that stands directly behind it
+    end: int = 0  # the line after it
+    output: str = None  # the text directly after it
 
     @property
     def place(self):
@@ -328,7 +328,7 @@ class Runner:
             return [self.judge(block, ["bash", "-euo", "pipefail", "-c", block.text])]
         if block.language == "cpp":
             return [self.judge(block, [str(program)])]
-        return []  # loaded or built by the tests `readme` and `install`
+        return []  # the tests `readme` and `install` load or build these
 
 
 def run(source, build, out):

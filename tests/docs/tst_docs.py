@@ -9,10 +9,10 @@ import sys
 import tempfile
 import unittest
 
-sys.dont_write_bytecode = True # the source tree stays as it is
+sys.dont_write_bytecode = True # the source tree stays unchanged
 import docs
 
-# A gesturectl that knows one verb and one option, and takes each configuration that has no 'bad' in it.
+# A gesturectl with one verb and one option. It accepts each configuration without the text 'bad'.
 GESTURECTL = """#!/bin/sh
 case $1 in
     list) [ "$2" != --help ] || echo "  --app APP" ;;

@@ -10,8 +10,8 @@ from clang.cindex import Config, CursorKind as Kind, Index, TypeKind
 Config.set_library_file("/usr/lib/llvm-14/lib/libclang-14.so.1")
 RESOURCES = "/usr/lib/llvm-14/lib/clang/14.0.6"
 
-# An edit puts a text at an offset, in place of `length` bytes. Of edits at one offset what ends there comes first, and
-# what is nested deeper is written nearer to its text.
+# An edit puts a text at an offset, in place of `length` bytes. Of the edits at one offset, ending ones come first, and
+# more deeply nested ones are written nearer to their text.
 Edit = namedtuple("Edit", "offset length text isEnd depth")
 Fault = namedtuple("Fault", "line what edits")  # edits: made of the fault's number
 
@@ -102,7 +102,7 @@ class Finder:
             return
         start = node.extent.start.offset
         if re.search(rb"[.>]reserve\(", self.text[start:end]):
-            return # makes a list quicker, and nothing else
+            return # only makes a list quicker
         self.add(node, "dropped", lambda number: [
             Edit(start, 0, "{ if (!mutation::on(%d)) " % number, False, depth), Edit(end + 1, 0, " }", True, depth)])
 

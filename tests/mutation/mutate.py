@@ -32,7 +32,7 @@ BUILD = WORK / "build"
 HELPERS = ["exitchild", "logchild", "providerchild", "savechild", "saveloop", "stepschild", "stresschild",
            "dlopenchild", "exitplugin", "gesturectl"]
 
-# The tests of a file, the quick ones first. The first pattern that fits counts.
+# The tests of a file, quick ones first. The first pattern that fits counts.
 TESTS = [
     (r"common/.*/either", "either vxcomponents configuration"),
     (r"common/.*/exitnotifier", "exitnotifier exitsave gestureservice"),
@@ -146,7 +146,7 @@ def passes(test, number, limit):
         timer.start()
         hasFailed = any(line.startswith(b"FAIL!") for line in process.stdout)
         timer.cancel()
-        if hasFailed: # what follows would change nothing
+        if hasFailed: # further tests would change nothing
             os.killpg(process.pid, signal.SIGKILL)
         return process.wait() == 0 and not hasFailed
 

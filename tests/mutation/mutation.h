@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-// What the sources call that scripts/mutate has put faults into: the fault of the number in MUTANT is on. Home-made, as
-// mutate.py is.
+// Included into the sources with faults from scripts/mutate: switches on the fault with the number in MUTANT.
+// Home-made, like mutate.py.
 
 namespace mutation {
 

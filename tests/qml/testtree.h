@@ -12,13 +12,13 @@ class TestTree : public QObject
 public:
     static void useForThisProcess();
 
-    /// The sample configuration as it was, nothing of the user's.
+    /// Restores the original sample configuration, and removes the user's files.
     Q_INVOKABLE void reset();
-    /// The text of an application's configuration, and of the user's choices; empty when there is no file.
+    /// The text of an application's configuration, and of the user's bindings; empty if there is no file.
     Q_INVOKABLE QString configuration(const QString &appId) const;
     Q_INVOKABLE void setConfiguration(const QString &appId, const QString &text);
     Q_INVOKABLE QString choices(const QString &appId) const;
-    /// In one step, as another process would.
+    /// In one step, like another process.
     Q_INVOKABLE void setChoices(const QString &appId, const QString &text);
     /// Every file of the user's directory, relative to it, in order.
     Q_INVOKABLE QStringList userFiles() const;

@@ -10,15 +10,15 @@ TestCase {
     id: testCase
     name: "Module"
 
-    property var noted: [] // what signals brought
+    property var noted: [] // the arguments of signals
     property var deaths: [] // the watched objects that were destroyed in this round
-    property int round: 0 // objects of an earlier test may still die in a later one
+    property int round: 0 // objects of an earlier test may be destroyed in a later one
     property var held: null
     property QtObject target: null
     property var configuration // the sample configuration
-    property var supported: ({}) // by feature, what this device has
+    property var supported: ({}) // the features of this device, by name
 
-    readonly property int patience: 60000 // milliseconds, for what comes at once unless the machine is busy
+    readonly property int patience: 60000 // milliseconds, for results that only a busy machine delays
     readonly property var sentences: ({
         Gesture: "A Gesture comes from a GestureService: its model or its find functions",
         GestureAction: "A GestureAction comes from a Gesture: its current, default and available actions",
@@ -31,7 +31,8 @@ TestCase {
     readonly property var strip: [0, 0.1, 0.08, 0.8]
     readonly property var footer: [0, 0.92, 1, 0.08]
 
-    // Id, modes, kind, zone, direction, group or list of available actions, default action, current action if another.
+    // Id, modes, kind, zone, direction, group or list of available actions, default action, current action if
+    // different.
     readonly property var rows: [
         ["ReadingTapCornerNoDirection", ["reading"], 0, [0.85, 0, 0.15, 0.12], 4, "reading", "view/bookmark"],
         ["ReadingTapLeftNoDirection", ["reading"], 0, [0, 0.2, 0.25, 0.6], 4, "reading", "page/previous"],
@@ -113,7 +114,7 @@ TestCase {
             readonly property string text: gesture.currentAction.lastTitle
         }
     }
-    // The action of a menu, beside the module in one file.
+    // The action of a menu, in the same file as the module.
     Component {
         id: menuActionComponent
         Action {
@@ -170,7 +171,7 @@ TestCase {
         return createTemporaryObject(readerComponent, testCase)
     }
 
-    // The names of the signals' parameters are part of the module.
+    // The names of the signals' parameters are part of the interface.
     function newTalkingProvider(appId) {
         return createTemporaryQmlObject("import Vellix.Gesture 1.0; GestureServiceProvider { "
             + (appId ? "appId: '" + appId + "';" : "")
@@ -207,7 +208,7 @@ TestCase {
         return Array.from({length: length}, (_, i) => i)
     }
 
-    // A list property is no array.
+    // A list property is not an array.
     function listed(list) {
         return sequence(list.length).map(i => list[i])
     }
@@ -238,7 +239,7 @@ TestCase {
         return hex(modes.length) + modes.map(mode => hex(2 * mode.length) + letters(mode)).join("") + hex(kind)
     }
 
-    // Everything that can be read from an object, as text.
+    // All readable properties of an object, as text.
     function describeFeature(feature) {
         return [feature.name, feature.supported]
     }
@@ -265,7 +266,7 @@ TestCase {
                                gesturesOf(service).map(describeGesture)])
     }
 
-    // A child that tells of its end tells of its parent's. Properties of its own could be collected before it.
+    // A child that reports its end also reports its parent's. The engine could collect properties of our own before it.
     function watch(object, name) {
         Qt.createQmlObject("import QtQml 2.15; QtObject { Component.onDestruction: if (testCase.round === " + round
                            + ") testCase.noteDead('" + name + "') }", object)
@@ -294,7 +295,7 @@ TestCase {
         return known.length
     }
 
-    // The collector releases what it found with deferred deletes.
+    // The collector releases its finds with deferred deletes.
     function collect() {
         for (let i = 0; i < 3; ++i) {
             gc()
@@ -311,7 +312,7 @@ TestCase {
         return "nothing was thrown"
     }
 
-    // What QML can make, and what it can not.
+    // Types that QML can create, and those that it cannot.
 
     function test_provider_is_made_with_its_properties() {
         const provider = createTemporaryObject(writableComponent, testCase)
@@ -321,7 +322,7 @@ TestCase {
         compare(provider.service.gestures.rowCount(), 22)
         watch(provider.service, "service")
         wait(50)
-        compare(dead(), []) // it is not made again from the event loop
+        compare(dead(), []) // the event loop does not make it again
         compare(gestureAt(provider.service, 0).id, "ReadingTapCornerNoDirection")
     }
 
@@ -355,7 +356,7 @@ TestCase {
     function test_not_creatable(row) {
         const text = "import Vellix.Gesture 1.0; " + row.tag + " {}"
         compare(messageOf(() => Qt.createQmlObject(text, testCase, "x")), row.sentence)
-        // The same as a page that is loaded.
+        // The same as for a loaded page.
         const component = Qt.createComponent("data:text/plain," + encodeURIComponent(text), testCase)
         tryVerify(() => component.status === Component.Error, patience)
         compare(component.errorString().trim(), ":1 " + row.sentence)
@@ -490,7 +491,7 @@ TestCase {
             }
         }
         verify(count > 100)
-        // One that its gesture defines for itself.
+        // An action that its gesture defines itself.
         const close = gestureOf(service, "MenuSelectingSwipeNotSetToBottom").availableActions[0]
         compare([close.path, close.titles, close.lastTitle, close.supported], ["view/close", ["Close"], "Close", true])
     }
@@ -501,7 +502,7 @@ TestCase {
             actions: actions.map((features, i) => ({path: "a" + i, title: "A", features: features})),
             gestures: [{kind: "tap", zone: "whole", availableActions: ["a0", "a1", "a2"], defaultAction: "a2"}]}))
         const gesture = gestureAt(createTemporaryObject(readerComponent, testCase, {appId: "features"}).service, 0)
-        const names = action => listed(action.features).map(feature => feature.name).sort() // of no order
+        const names = action => listed(action.features).map(feature => feature.name).sort() // without order
         compare(listed(gesture.availableActions).map(names), actions)
         compare(listed(gesture.availableActions).map(action => action.supported),
                 actions.map(features => features.every(name => supported[name])))
@@ -609,7 +610,7 @@ TestCase {
             compare(messageOf(() => object[name].push(element)), "Error: List doesn't define an Append function")
             compare(messageOf(() => object[name][0] = null), "nothing was thrown")
         }
-        gesture.availableActions.pop() // of a copy
+        gesture.availableActions.pop() // changes a copy
         compare(describe(service), before)
     }
 
@@ -646,8 +647,8 @@ TestCase {
         const gesture = service.findGestureAsQObject(row.mode, row.kind, row.direction, row.at)
         compare(gesture ? gesture.id : gesture, row.id)
         if (gesture)
-            compare(gesture, gestureOf(service, row.id)) // the very object
-        // The smallest zone about the point finds the same.
+            compare(gesture, gestureOf(service, row.id)) // the same object
+        // The smallest zone around the point finds the same.
         const zone = Qt.rect(row.at.x, row.at.y, 0.001, 0.001)
         const byZone = service.findGestureByZoneAsQObject(row.mode, row.kind, row.direction, zone)
         compare(byZone, gesture)
@@ -827,7 +828,7 @@ TestCase {
             compare(after.length, before.length + 2)
     }
 
-    // What belongs to the library is not the collector's.
+    // The collector leaves the library's objects alone.
 
     function test_library_objects_are_not_collected_data() {
         const Tap = 0, NoDirection = 4
@@ -933,7 +934,7 @@ TestCase {
         compare(feature.name, "frontlight")
     }
 
-    // Not returned: a caller would hold it to its own end.
+    // Not returned: a caller would keep it until its own end.
     function makeClone(service, parent, filter) {
         const clone = parent ? service.cloneAsQObject(parent) : service.cloneAsQObject()
         watch(clone, "clone")
@@ -959,7 +960,7 @@ TestCase {
         const filter = newFilter()
         makeClone(provider.service, null, filter)
         collect()
-        compare(dead(), []) // as long as it is held
+        compare(dead(), []) // as long as it is referenced
         compare(filter.rowCount() > 0, true)
         if (row.merge)
             compare(mergeHeld(provider.service), true)

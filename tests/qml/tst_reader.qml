@@ -10,7 +10,7 @@ Item {
     width: 600
     height: 800
 
-    readonly property int patience: 60000 // milliseconds, for what comes at once unless the machine is busy
+    readonly property int patience: 60000 // milliseconds, for results that only a busy machine delays
 
     Component {
         id: screens
@@ -49,7 +49,8 @@ Item {
         return Array.from(area.resources).find(each => "triggered" in each)
     }
 
-    // The first of the two times of a hold passes, the second never: a busy machine is in time to move the finger.
+    // The first of the two times of a hold passes, the second never does: also a busy machine can move the finger in
+    // time.
     function expectRest(area) {
         const stillness = root.stillnessOf(area)
         stillness.triggered.connect(() => { stillness.interval = 3600000 })
@@ -61,7 +62,7 @@ Item {
         when: windowShown
 
         property TouchArea area: null
-        property string made: "" // what the area reported
+        property string made: "" // the last report of the area
 
         function init() {
             testCase.made = ""
@@ -150,7 +151,7 @@ Item {
         function test_slowSwipeIsASwipe() {
             const stillness = root.stillnessOf(testCase.area)
             mousePress(testCase.area, 300, 200)
-            stillness.interval = 3600000 // not still for so long
+            stillness.interval = 3600000 // never still for this long
             wait(120)
             mouseMove(testCase.area, 330, 200)
             stillness.interval = testCase.area.stillTime
@@ -242,7 +243,7 @@ Item {
 
         function test_cancelledTouchIsNothing() {
             mousePress(testCase.area, 300, 200)
-            testCase.area.visible = false // takes the grab away
+            testCase.area.visible = false // ends the grab
             testCase.area.visible = true
             mouseRelease(testCase.area, 300, 200)
             wait(600)
@@ -271,7 +272,7 @@ Item {
         }
 
         function part(name) {
-            wait(0) // a touch is answered from the event loop
+            wait(0) // the event loop answers a touch
             const item = findChild(readerCase.screen, name)
             verify(item, name)
             return item
@@ -291,11 +292,11 @@ Item {
         function press(name) {
             const button = readerCase.part(name)
             verify(button.visible, name)
-            tryVerify(() => !isPolishScheduled(button.parent), root.patience) // it may not have its place yet
+            tryVerify(() => !isPolishScheduled(button.parent), root.patience) // its place may not be final yet
             mouseClick(button)
         }
 
-        // Every tap, in every mode, does this action.
+        // Every tap, in every mode, runs this action.
         function openWithTapFor(path, features) {
             const titles = path.split("/").map(segment => segment + " title")
             const action = titles.length > 1 ? {path: path, titles: titles} : {path: path, title: titles[0]}
@@ -321,7 +322,7 @@ Item {
                 compare(readerCase.part(hidden).visible, false, hidden)
         }
 
-        // What each touch of the sample does.
+        // The effect of each touch of the sample.
         function test_sample_data() {
             return [
                 {tag: "Tap at 0.90, 0.50: Next page (page/next)", x: 540, y: 400},
@@ -434,7 +435,7 @@ Item {
             row.check(readerCase.screen)
         }
 
-        // No action of the sample is unknown to the program.
+        // The program has a function for every action of the sample.
         function test_everyActionOfTheSampleIsKnown() {
             readerCase.open()
             const paths = JSON.parse(TestTree.configuration("reader")).actions.map(action => action.path)
@@ -661,7 +662,7 @@ Item {
             fuzzyCompare(outline.width, 150, 4)
             fuzzyCompare(outline.height, 480, 4)
 
-            mouseClick(readerCase.screen, 540, 400) // touches go through
+            mouseClick(readerCase.screen, 540, 400) // the overlay ignores touches
             compare(readerCase.answer(), "Tap at 0.90, 0.50: Next page (page/next)")
 
             keyClick(Qt.Key_M)

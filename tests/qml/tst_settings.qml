@@ -9,7 +9,7 @@ Item {
     width: 600
     height: 800
 
-    readonly property int patience: 60000 // milliseconds, for what comes at once unless the machine is busy
+    readonly property int patience: 60000 // milliseconds, for results that only a busy machine delays
 
     Component {
         id: screenComponent
@@ -20,7 +20,7 @@ Item {
         }
     }
 
-    // A collection at the worst moment: the old copy is let go while its rows are still on the screen.
+    // A collection at the worst moment: the old copy is released while its rows are still on the screen.
     Component {
         id: collectorComponent
         Connections {
@@ -64,7 +64,7 @@ Item {
             return item
         }
 
-        // Rows are made and layouts are done with the next frame.
+        // Rows and layouts are made with the next frame.
         function click(screen, name) {
             tryVerify(() => {
                 const item = findChild(screen, name)
@@ -79,12 +79,12 @@ Item {
             compare(item.visible, text !== "")
         }
 
-        // Comes by itself, without another event from us.
+        // Happens by itself, without another event from us.
         function waitForText(screen, name, text) {
             tryCompare(part(screen, name), "text", text, container.patience)
         }
 
-        // What stands in the list, top to bottom, wherever it is scrolled to.
+        // The content of the list, top to bottom, at any scroll position.
         function listed(screen) {
             return part(screen, "gestureListPage").rows.map(row => row.gesture ? row.gesture.id : row.heading)
         }
@@ -287,7 +287,7 @@ Item {
             fixed.forEach(id => verify(!listed(screen).includes(id)))
         }
 
-        // On whatever machine: a gesture is shown if the device has all that it needs.
+        // On every machine: a gesture is shown if the device has all its features.
         function test_gesturesThatTheDeviceCannotDo() {
             const features = ["frontlight", "smartlight", "tts"]
             TestTree.setConfiguration("device", JSON.stringify({
@@ -394,7 +394,7 @@ Item {
             compare(actionTitle(screen, "only"), "Z")
         }
 
-        // An action that is a menu of others too, whichever of them comes first.
+        // An action that is also a menu of others, in either order.
         function test_actionAboveOthers_data() {
             const menu = {path: "page", title: "Turn"}
             const inner = {path: "page/next", titles: ["Turn", "Next page"]}
@@ -414,7 +414,7 @@ Item {
             compare(part(screen, "pages").depth, 1)
             compare(actionTitle(screen, "only"), "Turn")
             compareEdited(screen, true)
-            // It is found again where it was chosen.
+            // It is current again where it was chosen.
             openMenu(screen, "only")
             compare(heading(screen), "Tap anywhere \u203a Turn")
             clickAction(screen, "page/next")
@@ -460,7 +460,7 @@ Item {
             compare(actions[tapLeft], "page/previous")
             compare(actions.Thumb, "view/menu")
             compare(Object.keys(actions).length, 22)
-            // It is not somebody else's.
+            // It is not reported as another program's.
             wait(300)
             compareText(screen, "message", "Saved.")
             compare(actionTitle(screen, tapRight), "Previous page")
@@ -545,7 +545,7 @@ Item {
             verify(!question.visible)
             click(screen, "reset")
             verify(question.visible)
-            mouseClick(gestureRow(screen, tapCenter)) // nothing below hears of it
+            mouseClick(gestureRow(screen, tapCenter)) // items below do not react
             compare(part(screen, "pages").depth, 1)
             click(screen, "resetNo")
             verify(!question.visible)
@@ -600,7 +600,7 @@ Item {
             compare(savedActions()[tapRight], "page/previous")
         }
 
-        // A gesture whose configuration has the last word is not somebody else's change.
+        // The choice for a gesture with a fixed action is not reported as another program's change.
         function test_choiceThatTheConfigurationOverrules() {
             TestTree.setConfiguration("fixed", JSON.stringify({
                 actions: [{path: "a", title: "A"}, {path: "b", title: "B"}],
@@ -660,7 +660,7 @@ Item {
             compare(actionTitle(screen, tapLeft), "Menu")
             compare(actionTitle(screen, tapCenter), "Search")
             compareEdited(screen, true)
-            choose(screen, tapRight, "chapter/list") // theirs: no edit
+            choose(screen, tapRight, "chapter/list") // another program's choice: no edit
             compare(Object.keys(screen.edits), [tapCenter])
             choose(screen, tapRight, "page/forward")
             click(screen, "save")
@@ -693,7 +693,7 @@ Item {
             compare(actionTitle(screen, tapLeft), "Menu")
         }
 
-        // The change is there, the event that tells of it is not.
+        // The change is made, its event has not arrived.
         function test_changeThatASaveMeets() {
             const screen = show()
             choose(screen, tapRight, "page/previous")
@@ -720,7 +720,7 @@ Item {
             click(screen, "save")
             tryVerify(() => part(screen, "problem").text !== "", container.patience)
             compare(TestTree.choices("reader"), theirs)
-            // Nothing to save to, and nothing lost: the edit is there again once the file is good.
+            // No file to save to, and nothing lost: the edit returns once the file is valid again.
             verify(!part(screen, "save").enabled)
             verify(!part(screen, "cancel").enabled)
             gc()
@@ -791,7 +791,7 @@ Item {
         function test_tab() {
             const screen = show()
             choose(screen, tapRight, "page/previous")
-            verify(gestureRow(screen, tapRight).selected) // where the mouse was, the keys go on
+            verify(gestureRow(screen, tapRight).selected) // the keys go on from the mouse's place
             verify(part(screen, "gestureList").activeFocus)
             for (const name of ["save", "cancel", "reset"]) {
                 keyClick(Qt.Key_Tab)
@@ -800,7 +800,7 @@ Item {
             keyClick(Qt.Key_Return)
             verify(part(screen, "question").visible)
             verify(part(screen, "resetNo").visualFocus)
-            // The question is all that there is.
+            // Only the question is active.
             for (let i = 0; i < 4; ++i) {
                 keyClick(Qt.Key_Tab)
                 verify(part(screen, "resetNo").activeFocus || part(screen, "resetYes").activeFocus)
@@ -812,7 +812,7 @@ Item {
             keyClick(Qt.Key_Tab)
             keyClick(Qt.Key_Space)
             compareText(screen, "message", "Saved.")
-            // The button is off now; the keys go on in the list.
+            // The button is disabled now; the keys go on in the list.
             verify(part(screen, "gestureList").activeFocus)
             keyClick(Qt.Key_Backtab)
             verify(!part(screen, "gestureList").activeFocus)
@@ -958,7 +958,7 @@ Item {
             compare(TestTree.choices("reader"), data.text)
             compare(screen.edits, {[tapRight]: "page/previous"})
             compare(part(screen, "save").enabled, !data.problem)
-            compare(part(screen, "pages").depth > 1, !data.problem) // nobody is thrown out of a menu that is good
+            compare(part(screen, "pages").depth > 1, !data.problem) // a valid menu stays open
             if (data.problem) {
                 click(screen, "reset")
                 click(screen, "resetYes")
@@ -969,7 +969,7 @@ Item {
             compare(actionTitle(screen, tapRight), data.problem ? "Next page" : "Previous page")
         }
 
-        // Even for root: a file where a directory is needed, and a directory where the file is.
+        // Also for root: a file where a directory is needed, and a directory where the file is.
         function test_unwritable_data() {
             return [{tag: "no directory", app: "odd/cfg.json", inTheWay: "odd"},
                     {tag: "no file", app: "odd", inTheWay: "odd/cfg.json"}]
@@ -1007,7 +1007,7 @@ Item {
             compare(TestTree.choices("reader/cfg.json"), "in the way")
         }
 
-        // The configuration changes on disk. Only a new service sees it.
+        // The configuration changes on disk. Only a new service reads it.
 
         function changedConfiguration(change) {
             const document = JSON.parse(TestTree.configuration("reader"))
@@ -1035,7 +1035,7 @@ Item {
             const screen = show()
             choose(screen, tapRight, "page/previous")
             changedConfiguration(data.change)
-            // Told, not saved, and the edit is on top of what is there now.
+            // Reported, not saved, and the edit is applied to the present files.
             click(screen, "save")
             tryVerify(() => part(screen, "message").text !== "", container.patience)
             verify(part(screen, "message").text !== "Saved.")
@@ -1052,7 +1052,7 @@ Item {
             compare(savedActions()[tapLeft], "page/previous")
         }
 
-        // The file would name an action that is no more, and no program could use it.
+        // The file would name a removed action, and no program could use it.
         function test_configurationLosesTheChosenAction() {
             const screen = show()
             choose(screen, tapRight, "text/larger")

@@ -328,7 +328,7 @@ private:
             m_subject->entries.append({index, map, place, gesture.right(), repaired.changed});
     }
 
-    // The loader's own message, which is the same for two gestures as for a whole list.
+    // The loader's own message: it is the same for two gestures as for a whole list.
     static QString wordsOfTwo(const QString &id)
     {
         const QVariantMap one{{QStringLiteral("id"), id},

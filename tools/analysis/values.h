@@ -26,7 +26,7 @@ inline bool isString(const QVariant &value)
 /// "null", "a number" and so on.
 QString typeNameOf(const QVariant &value);
 
-/// The nearest known name, which is probably meant; empty if none is near.
+/// The nearest known name, probably the meant one; empty if none is near.
 QString nearestTo(const QString &name, const QStringList &known);
 
 }

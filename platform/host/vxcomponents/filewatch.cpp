@@ -138,7 +138,7 @@ private:
         if (content == m_content)
             return;
         m_content = content;
-        const std::function<void()> callback = m_callback; // the call may delete this watch and what it holds
+        const std::function<void()> callback = m_callback; // the call may delete this watch and its captures
         if (callback)
             callback();
     }
