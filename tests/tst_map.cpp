@@ -424,8 +424,27 @@ mode menu, hold
     }
 
     // Compares each pixel with a picture that a person has checked: look at a changed picture, then accept it.
+    void picture_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("map") << QByteArray(configuration);
+        // Labels that stand upright, that break, that have no room, in modes of their own.
+        QTest::newRow("crowded") << many(28, [](int i) {
+            return i < 16 ? cell(i * 31 % 480)
+                          : QStringLiteral(R"({"id": "strip_%1 of a-long/name", "modes": ["m%2"], "kind": "tap",
+                              "defaultAction": "a", "zone": {"x": %3, "y": 0.3, "w": 0.07, "h": %4}})")
+                                    .arg(i)
+                                    .arg(i % 2)
+                                    .arg((i - 16) * 0.08)
+                                    .arg(0.1 + i % 5 * 0.15)
+                                    .toUtf8();
+        });
+    }
+
     void picture()
     {
+        QFETCH(QByteArray, json);
+        testing::writeFile(m_tree->defaultFile("app"), json);
         const QString fonts = m_tree->root() + "/fonts.conf"; // no other fonts of this machine
         testing::writeFile(fonts,
                            "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>" + m_tree->root().toUtf8()
@@ -433,16 +452,17 @@ mode menu, hold
         qputenv("FONTCONFIG_FILE", fonts.toLocal8Bit());
         const auto cleanUp = qScopeGuard([] { qunsetenv("FONTCONFIG_FILE"); });
         const QString drawn = withWholeNumbers(svg({})).replace(QRegularExpression(">[^<]*cfg.json<"), ">FILE<");
-        const QString known = testing::readFile(SOURCE_DIR "/tests/data/map.svg");
+        const QString name = QString("/%1.svg").arg(QTest::currentDataTag());
+        const QString known = testing::readFile(SOURCE_DIR "/tests/data" + name);
         if (drawn == known)
             return;
-        const QString file = QCoreApplication::applicationDirPath() + "/map.svg.fail";
+        const QString file = QCoreApplication::applicationDirPath() + name + ".fail";
         testing::writeFile(file, drawn.toUtf8());
         const QStringList now = drawn.split('\n');
         const QStringList before = known.split('\n');
         const auto [one, two] = std::mismatch(now.cbegin(), now.cend(), before.cbegin(), before.cend());
-        QFAIL(qPrintable(QStringLiteral("%1 is not tests/data/map.svg, from line %2 on: %3")
-                                 .arg(file)
+        QFAIL(qPrintable(QStringLiteral("%1 is not tests/data%2, from line %3 on: %4")
+                                 .arg(file, name)
                                  .arg(one - now.cbegin() + 1)
                                  .arg(one == now.cend() ? QString() : *one)));
     }
