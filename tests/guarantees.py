@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Holds docs/guarantees.md to the tests: guarantees.py SOURCE
 
-Each row of a table there is a promise and names what holds it: a test function as `test:function`, a test of a script as
-`test`, or a file of the tree. Whatever is named exists.
+Each row of a table there is a promise and names its test: a test function as `test:function`, a test script as `test`,
+or a file of the tree. Each name must exist.
 
 Home-made: packaged checkers of pages know links and files, not the functions of tests.
 """

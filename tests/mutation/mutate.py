@@ -4,7 +4,7 @@
 mutate.py [--sample N] FILE[:FIRST-LAST]...
 
 Works on a copy of the tracked files in build/mutate. Each fault is switched on by the variable MUTANT, and the tests of
-its file are run until one fails. What stands in survivors.txt, with its reason, can be seen by nobody.
+its file are run until one fails. survivors.txt lists the faults that nobody can see, with reasons.
 
 Home-made: Debian 12 packages no tool for mutation tests of C++.
 """
