@@ -24,7 +24,7 @@ build_with_pkg_config() {
     export PKG_CONFIG_PATH
     mapfile -t flags < <(pkg-config --cflags --libs gesture_api | xargs printf '%s\n') # the prefix may have blanks
     g++ -std=c++17 -fPIC "$client/client.cpp" -o "$2" "${flags[@]}" \
-        "-Wl,-rpath,$(pkg-config --variable=libdir gesture_api)" "${@:3}"
+        "-Wl,-rpath,$(dirname "$PKG_CONFIG_PATH")" "${@:3}" # pkg-config would quote the blanks of its libdir
 }
 
 # The projects in the documentation are the outside projects, first of all the README's own client.
