@@ -85,11 +85,7 @@ static QStringList effectNotes(const Gesture *bound)
 
 static QVector<Mode> modesOf(const Gesture *gesture, const Gestures &all)
 {
-    QVector<Mode> modes = analysis::modesOf(all);
-    modes.erase(std::remove_if(modes.begin(), modes.end(),
-                               [gesture](const Mode &mode) { return !analysis::applies(gesture, mode); }),
-                modes.end());
-    return modes;
+    return analysis::modesOf(gesture, analysis::modesOf(all));
 }
 
 static bool isOutOfReach(const Gesture *gesture, const Gestures &all)
