@@ -1,6 +1,7 @@
 #include "testing.h"
 
 #include <analysis/check.h>
+#include <analysis/hint.h>
 #include <analysis/report.h>
 
 #include <gesture_api/configuration.h>
@@ -568,7 +569,7 @@ private Q_SLOTS:
         row("an action without titles",
             "{\"actions\": [{\"path\": \"a\", \"titles\": []}], \"gestures\": [\n"
             "{\"kind\": \"tap\", \"zone\": \"left\", \"defaultAction\": \"a\"}]}",
-            "1:38 short-titles: the path 'a' has 1 segments but only 0 titles");
+            "1:38 short-titles: the path 'a' has one segment but no title");
         row("titles shorter than the path",
             "{\"actions\": [{\"path\": \"a/b/c\", \"titles\": [\"A\", \"B\"]},\n{\"path\": \"a/b\", \"title\": "
             "\"A\"},\n"
@@ -1058,6 +1059,13 @@ private Q_SLOTS:
                                           [](const Finding &one) { return isOf(one, "refused"); });
         QVERIFY(refused != findings.list().cend());
         QTEST(refused->hint, "hint");
+    }
+
+    // The known names can come in any order, as from a set.
+    void nearestOfSeveral()
+    {
+        QCOMPARE(nearestHint("pagx", {"pagf", "page"}), QString("Did you mean 'page'?"));
+        QCOMPARE(nearestHint("pagx", {"page", "pagf"}), QString("Did you mean 'page'?"));
     }
 
     void devices()
