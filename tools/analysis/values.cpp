@@ -42,7 +42,9 @@ QString nearestTo(const QString &name, const QStringList &known)
     int least = 3;
     for (const QString &candidate : known) {
         const int d = distance(name.left(100), candidate);
-        if (d < least && 2 * d <= candidate.size()) {
+        // Of several at one distance, the first by name: the known names can come from a set.
+        const bool isNearer = d < least || (d == least && candidate < nearest);
+        if (isNearer && 2 * d <= candidate.size()) {
             least = d;
             nearest = candidate;
         }

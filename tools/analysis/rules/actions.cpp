@@ -68,6 +68,14 @@ static void findDeepPaths(const Subject &subject, Findings *findings)
     }
 }
 
+// "no title", "one title" or "2 titles".
+static QString counted(int count, const QString &noun)
+{
+    if (count == 1)
+        return QStringLiteral("one ") + noun;
+    return (count == 0 ? QStringLiteral("no ") + noun : QStringLiteral("%1 %2s").arg(QString::number(count), noun));
+}
+
 static void findShortTitles(const Subject &subject, Findings *findings)
 {
     for (const ActionValue &value : subject.actionValues) {
@@ -79,9 +87,10 @@ static void findShortTitles(const Subject &subject, Findings *findings)
         if (!titles.isValid() || !value.definesPath() || count >= segments)
             continue;
         findings->add("short-titles", value.place[isMany ? QStringLiteral("titles") : QStringLiteral("title")],
-                      QStringLiteral("the path %1 has %2 segments but only %3")
-                              .arg(quoted(value.path()), QString::number(segments),
-                                   count == 1 ? QStringLiteral("one title") : QStringLiteral("%1 titles").arg(count)));
+                      QStringLiteral("the path %1 has %2 but %3%4")
+                              .arg(quoted(value.path()), counted(segments, QStringLiteral("segment")),
+                                   count == 0 ? QString() : QStringLiteral("only "),
+                                   counted(count, QStringLiteral("title"))));
     }
 }
 
