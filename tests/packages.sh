@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tests the Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and
-# removed without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
+# Tests the Debian packages as a user gets them: builds them twice, installs them in a fresh bookworm, uses, upgrades
+# and removes them without a trace. Each run creates a new root; its base is kept in build/packages-root.tar.
 # Home-made: piuparts installs, upgrades and removes, but neither builds twice nor uses the installed programs in
 # between; autopkgtest only uses them.
 # Lists of packages are split into words on purpose.
@@ -149,7 +149,7 @@ apt install --reinstall $all
 inside dpkg --verify $ours
 state | diff "$root/packages/installed" -
 
-# Makes a package anew with another control file.
+# Builds a package again, with another control file.
 remake() { # PACKAGE DIRECTORY SED-EXPRESSION...
     local work=$root/packages/work expressions=()
     for expression in "${@:3}"; do expressions+=(-e "$expression"); done
