@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Sourced by every script: it answers --help and refuses unknown arguments before anything is done. An interrupt always
-# ends a script, even if a program that it runs handles the signal.
+# Sourced by every script: answers --help and rejects unknown arguments before the script does anything. An interrupt
+# always ends a script, even if a program that it runs handles the signal.
 
 trap 'exit 130' INT
 

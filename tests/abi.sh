@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares the exported interface with its description in the tree: abi.sh LIBRARY DESCRIPTION fails if a client of the
-# described one could break; abi.sh --write LIBRARY DESCRIPTION describes it anew, after an intended change.
+# described one could break; abi.sh --write LIBRARY DESCRIPTION updates the description after an intended change.
 # abigail-tools does the comparison. This script adds the parts that its commands lack: the machine of the description,
 # a library without debug information, and the rule that additions are no fault.
 set -Eeuo pipefail

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Makes the site of scripts/doc and follows every link in it: doc.py SOURCE OUT
+"""Builds the site of scripts/doc and follows every link in it: doc.py SOURCE OUT
 
-All pages of the tree are there and can be searched, and each link and picture leads to a file of the site and to a place
-in it. scripts/doc itself fails for a warning.
+The site and its search must have all pages of the tree, and each link and picture must lead to an existing file and
+anchor of the site. scripts/doc itself fails on a warning.
 """
 import html.parser
 import subprocess

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Both example programs at once on one configuration, in real windows and with a real mouse: binds a gesture to another
-# action in the one and uses it in the other. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
+# Runs both example programs on one configuration, in real windows and with a real mouse: binds a gesture to another
+# action in the first and uses it in the second. endtoend.sh SETTINGS READER DATA_DIRECTORY PICTURES
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "endtoend.sh: failed: $BASH_COMMAND" >&2' ERR

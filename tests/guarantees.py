@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds docs/guarantees.md to the tests: guarantees.py SOURCE
+"""Checks docs/guarantees.md against the tests: guarantees.py SOURCE
 
-Each row of a table there is a promise and names its test: a test function as `test:function`, a test script as `test`,
+Each row of a table there is a promise and names its tests: a test function as `test:function`, a test script as `test`,
 or a file of the tree. Each name must exist.
 
-Home-made: packaged checkers of pages know links and files, not the functions of tests.
+Home-made: packaged checkers of pages check links and files, but not the functions of tests.
 """
 import re
 import sys

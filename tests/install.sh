@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the build to a prefix, compiles an outside project against it, and builds the library anew against the
-# installed host libraries as if they were the device's: install.sh SOURCE BUILD
+# Installs the build to a prefix, compiles an outside project against it, and builds the library again, against
+# the installed host libraries as if they were the device's: install.sh SOURCE BUILD
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "install.sh: failed: $BASH_COMMAND" >&2' ERR

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Checks the man pages made from a program's help, and makes them anew in other circumstances: manpages.sh PROGRAM PAGES
-# SCRIPT VERSION
+# Checks the man pages made from a program's help, and makes them again in other circumstances: manpages.sh PROGRAM
+# PAGES SCRIPT VERSION
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "manpages.sh: failed: $BASH_COMMAND" >&2' ERR

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Holds docs/messages.md to the sources, both ways: messages.py SOURCE
+"""Compares docs/messages.md with the sources, in both directions: messages.py SOURCE
 
-Each row of its tables is made of literals of one source; words in capitals are placeholders. Each literal that reads
-like a message is in a row: what is given to a sink or a stream, what has several words in the library, what a check of
-the command line returns. Blanks and quotes around literals do not count: streams add some.
+Each row of its tables must consist of literals of one source; words in capitals are placeholders. Each literal that
+looks like a message must be in a row: an argument of a sink or a stream, a literal of several words in the library, or
+the result of a check of the command line. Ignores blanks and quotes around literals, because streams add some.
 
-Home-made: which texts are messages, and where their rows and places stand, is this tree's own custom. Packaged checkers
-look at symbols or at texts that are marked for translation.
+Home-made: this tree has its own definition of a message and its own form of rows and places. Packaged checkers compare
+symbols or texts that are marked for translation.
 """
 import itertools
 import re
@@ -22,7 +22,7 @@ Row = namedtuple("Row", "line text places")
 
 
 def pieces(text):
-    """What stands between the placeholders, colours and line ends."""
+    """The parts between placeholders, colours and line ends."""
     return {each.strip(' \\"') for each in re.split(r"[A-Z]{2,}|%\d|\\[nt]|\\033\[[\d;]*m", text)} - {""}
 
 
@@ -31,7 +31,7 @@ def numbers(statements):
 
 
 def literals(source, isLibrary):
-    """All literals of a source. In the code, numbers replace them: no `;` but those of statements is left."""
+    """All literals of a source. Numbers replace them in the code, so that each `;` in it ends a statement."""
     found, count = [match for match in LITERAL.finditer(source) if match["text"]], itertools.count()
     texts = [re.sub(r'"\s*"', "", match["text"].strip())[1:-1] for match in found]
     code = LITERAL.sub(lambda match: '"%d"' % next(count) if match["text"] else "", source)
@@ -67,7 +67,7 @@ def rowsOf(page, heading):
 
 
 def uses(rows, sources):
-    """Which row is put together from which pieces of which source."""
+    """Yields each row that consists of pieces of one source, with the source and the pieces."""
     for name, some in sources.items():
         every = {piece for literal in some for piece in literal.pieces}
         known = "|".join(map(re.escape, sorted(every, key=len, reverse=True)))

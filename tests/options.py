@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Holds the table of build options in docs/porting.md to the CMake files: options.py SOURCE
+"""Compares the table of build options in docs/porting.md with the CMake files: options.py SOURCE
 
-Each option of the build has one row with its default; a default that is computed is described in words.
+Each option of the build must have one row with its default; a computed default is described in words.
 """
 import re
 import sys

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tests the Debian packages as their users have them: built twice, installed in a fresh bookworm, used, upgraded, and
-# removed without a trace. The root is made anew each time; its base is kept in build/packages-root.tar.
+# Tests the Debian packages as a user gets them: builds them twice, installs them in a fresh bookworm, uses, upgrades
+# and removes them without a trace. Each run creates a new root; its base is kept in build/packages-root.tar.
 # Home-made: piuparts installs, upgrades and removes, but neither builds twice nor uses the installed programs in
 # between; autopkgtest only uses them.
 # Lists of packages are split into words on purpose.
@@ -85,7 +85,7 @@ others=$(would Inst install $(of packages libgesture-api1 libgesture-api-host1) 
 expect "Qt that the library brings along" "libqt5core5a " "$others"
 
 step "Everything that all packages need, and what a client is compiled with"
-apt install $(would Inst install $all | grep -vxF "$ours") g++ cmake make pkg-config qml-module-qttest
+apt install $(would Inst install $all | grep -vxF "$ours") g++ cmake ninja-build pkg-config qml-module-qttest
 
 # The content of the root: the files, and the packages with their state, without the files of the user and of this test.
 state() {
@@ -138,7 +138,8 @@ tests/docs/docs.py projects . "$root/projects" >/dev/null
 mv "$root/projects/README_1" "$client"
 rm -r "$root/projects"
 chmod a+w "$client"
-as_user bash -c 'cd ~/client && cmake -B build . && cmake --build build' >"$root/log" 2>&1 || { cat "$root/log"; exit 1; }
+as_user bash -c 'cd ~/client && cmake -S . -B build -G Ninja && cmake --build build' >"$root/log" 2>&1 ||
+    { cat "$root/log"; exit 1; }
 expect "the client with CMake" page/next "$(as_user /home/reader/client/build/client)"
 as_user bash -c 'cd ~/client && g++ client.cpp -o client-pc -fPIC $(pkg-config --cflags --libs gesture_api)'
 expect "the client with pkg-config" page/next "$(as_user /home/reader/client/client-pc)"
@@ -148,7 +149,7 @@ apt install --reinstall $all
 inside dpkg --verify $ours
 state | diff "$root/packages/installed" -
 
-# Makes a package anew with another control file.
+# Builds a package again, with another control file.
 remake() { # PACKAGE DIRECTORY SED-EXPRESSION...
     local work=$root/packages/work expressions=()
     for expression in "${@:3}"; do expressions+=(-e "$expression"); done

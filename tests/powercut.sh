@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Cuts the power, as far as a test can do that to a file: it saves to a file system in an image and copies the image as
-# it is on disk at that moment. The copy must contain the last save that was reported done, or a later one, whole:
-# powercut.sh SAVELOOP [CUTS]
+# Simulates a power cut: saves to a file system in an image, and copies the image as it is on disk at that moment. The
+# copy must contain a complete save, the last one that was reported done or a later one: powercut.sh SAVELOOP [CUTS]
 # Home-made: Debian 12 packages no tool that cuts the power of a file system.
 set -Eeuo pipefail
 shopt -s inherit_errexit

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A dump of the module's types equals the type file, and a dump leaves the files of applications alone: qmltypes.sh
-# MODULE_PARENT_DIR SOURCE_QMLTYPES
+# Compares a dump of the module's types with the type file. A dump must not read or write files of applications:
+# qmltypes.sh MODULE_PARENT_DIR SOURCE_QMLTYPES
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "qmltypes.sh: failed: $BASH_COMMAND" >&2' ERR

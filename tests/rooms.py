@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Holds the library's includes to their order: rooms.py SOURCE
+"""Checks the order of the library's includes: rooms.py SOURCE
 
-The table in docs/architecture.md names all sources of gesture_api. Each includes only what stands before it there.
+The table in docs/architecture.md names all sources of gesture_api. Each may include only sources above it there.
 
-Home-made: packaged checkers of includes say which headers a source needs, not which it may have.
+Home-made: packaged checkers of includes report which headers a source needs, not which ones it may include.
 """
 import re
 import sys

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Each script stops at the first command that fails, and names it, and refuses unknown arguments before it does
-# anything: scripts.sh SOURCE
+# Each script stops at the first command that fails and names it. It rejects unknown arguments before it does anything:
+# scripts.sh SOURCE
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "scripts.sh: failed: $BASH_COMMAND" >&2' ERR

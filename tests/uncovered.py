@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds the lines that no test runs against the list of those that are known: uncovered.py REPORT LIST
+"""Compares the lines that no test runs with a list of known ones: uncovered.py REPORT LIST
 
-A line of the list is the file and the text of a line, `path: text`; comments above a group of them say why.
+A line of the list is the file and the text of a source line, `path: text`; a comment above a group gives the reason.
 
-Home-made: gcovr counts the lines, but excludes known ones by marks in the sources, which hide a line that runs as well,
-or allows a share, in which a new line takes the place of another.
+Home-made: gcovr counts the lines, but excludes known ones by marks in the sources, which also hide lines that run, or
+by a minimum share, with which a new line can replace a known one.
 """
 import collections
 import json
@@ -12,7 +12,7 @@ import sys
 
 
 def uncovered_lines(report):
-    """The lines that did not run, as in the list, with their places; and what share ran, by room."""
+    """The lines that did not run, in the form of the list, with their places; and the lines run and in all, by room."""
     missing = collections.defaultdict(list)
     ran = collections.Counter()
     known = collections.Counter()

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""validate_schemas.py SCHEMA: judges documents by a JSON Schema.
+"""Validates documents against a JSON Schema: validate_schemas.py SCHEMA
 
-Reads a JSON array of texts, each a JSON document, and prints an array of verdicts in their order: null for a
-document that the schema accepts, else the reason. Fails when something is wrong with the schema itself.
+Reads a JSON array of strings, each a JSON document, and prints an array of results in the same order: null for a valid
+document, else the reason. Fails if the schema itself is invalid.
 
-Home-made around python3-jsonschema: its own command reads each document from a file, and does not look at a schema's
+Home-made around python3-jsonschema: its own command reads each document from a file, and does not check a schema's
 titles, descriptions, examples and defaults.
 """
 import json

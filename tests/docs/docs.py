@@ -1,35 +1,36 @@
 #!/usr/bin/python3
-"""Every block of code in the documentation (*.md of the root, docs/**/*.md) is compiled, loaded or run.
+"""Compiles, loads or runs every code block of the documentation (*.md of the root, docs/**/*.md).
 
     docs.py extract SOURCE OUT     writes the C++ and QML blocks to OUT, where the build compiles them and the test
                                    `readme` loads the QML; prints the names of the programs
     docs.py projects SOURCE OUT    writes the CMake blocks as projects to OUT/NAME, which the test `install` builds
                                    against an installed library; prints the names
-    docs.py run SOURCE BUILD OUT   runs what OUT became in BUILD, and all the rest; fails for a block that nobody runs
+    docs.py run SOURCE BUILD OUT   runs the programs that BUILD made of OUT, and all other blocks; fails on a block of
+                                   another language
 
-Home-made: no tool does all of these languages. Debian's cram does the shell with its output, but in a format of its own
-(indented, `$` before each command) and without a sign for any lines: what turns a page into it is as long as judge().
+Home-made: no tool supports all these languages. Debian's cram compares the output of shell commands, but in its own
+format (indented, `$` before each command) and without a wildcard for lines: a converter would be as long as judge().
 
-A block is fenced and has one of these languages; anything else is a failure. A block within an HTML comment counts as
-any other, so that a page can prepare what its readers need not see.
+A block is fenced and has one of these languages; all others are faults. A block within an HTML comment is treated like
+any other, so that a page can hide preparations.
 
     cpp     A program: compiled with all warnings, linked, and run.
-    qml     A whole document, loaded without a warning.
+    qml     A whole document; loading it must not print a warning.
     json    One of the three files is checked by gesturectl; anything else must be JSON.
-    cmake   A whole project, or what stands in one behind add_executable(app ...). A source that it names is the block
-            marked with this file name, else the page's program next above it.
-    sh      Run by bash -euo pipefail in a copy of the tree with the programs on the path, each block in a shell of its
-            own. All blocks of a page have one copy and one home, and the sample is the system's configuration.
-    text    A picture. Directly behind `sh` or a program it is what that prints, both outputs together; a line `...`
-            stands for any lines. Verbs and options in lines that begin with `gesturectl` must exist.
+    cmake   A whole project, or the rest of one after add_executable(app ...). A source that it names is the block
+            marked with this file name, else the nearest program above it.
+    sh      Run by bash -euo pipefail in a copy of the tree with the programs in PATH, each block in its own shell. All
+            blocks of a page share a copy and a home directory. The sample is the system's configuration.
+    text    A picture. Directly after `sh` or a program, its expected output, standard error included; a line `...`
+            stands for any number of lines. Verbs and options in lines that begin with `gesturectl` must exist.
 
 Marks are HTML comments of one line right above a block:
 
-    <!-- not run: REASON -->      sh: only that its programs and gesturectl's options exist is checked; a program is
-                                  compiled and linked; cmake is not built
-    <!-- exits: N -->             sh, a program: this exit status in place of 0
+    <!-- not run: REASON -->      sh: only checks that its programs and gesturectl's options exist; a program is
+                                  only compiled and linked; cmake is not built
+    <!-- exits: N -->             sh, a program: expects this exit status instead of 0
     <!-- file: NAME -->           the block is also written to NAME in the copy of the tree
-    <!-- device: no features -->  sh: what it prints is compared only on machines without front light and speech
+    <!-- device: no features -->  sh: compares the output only on machines without front light and speech
 """
 import dataclasses
 import difflib
@@ -63,7 +64,7 @@ class Block:
 
 
 class Faults(Exception):
-    """All that is wrong, a line each."""
+    """All faults, one per line."""
 
 
 # --- reading pages
@@ -156,7 +157,7 @@ def sources(pages):
 
 
 def write(path, text):
-    """Leaves a file alone that has this content, so that nothing is compiled again."""
+    """Writes a file unless it already has this content: an unchanged file is not compiled again."""
     if not path.exists() or path.read_text(encoding="utf-8") != text:
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(text, encoding="utf-8")
@@ -209,7 +210,7 @@ class Runner:
         self.has_features = None
 
     def enter(self, page):
-        """A copy of the tree and a home of its own for this page."""
+        """Creates a copy of the tree and a home directory for this page."""
         folder = self.work / re.sub(r"\W", "_", page)
         self.tree = folder / "tree"
         shutil.copytree(self.source, self.tree, symlinks=True, ignore=shutil.ignore_patterns("build", ".git"))
@@ -233,7 +234,7 @@ class Runner:
         return done.returncode, done.stdout.decode("utf-8", "replace")
 
     def judge(self, block, command):
-        """The fault of a block that is run, or nothing."""
+        """Runs a block and returns its fault, or None."""
         wanted = int(block.marks.get("exits", 0))
         status, printed = self.call(command)
         if status != wanted:
@@ -248,7 +249,7 @@ class Runner:
             difflib.unified_diff(block.output.splitlines(True), printed.splitlines(True), "the page", "printed"))
 
     def machine_has_features(self):
-        """A group keeps what the device supports: these two of the sample need light and speech."""
+        """Whether a group of the sample keeps one of its two actions that need light or speech."""
         if self.has_features is None:
             _, offered = self.call(["gesturectl", "actions", "--app", "reader", "ReadingTapLeftNoDirection"])
             if "page/next" not in offered:
@@ -257,7 +258,7 @@ class Runner:
         return self.has_features
 
     def gesturectl_faults(self, words):
-        """What gesturectl would not know of these words."""
+        """The verb or the options among these words that gesturectl does not have."""
         verb = next((word for word in words[1:] if not word.startswith("-")), "")
         options = [word.partition("=")[0] for word in words if re.match(r"--?[a-z]", word)]
         if verb not in self.helps:
@@ -269,7 +270,7 @@ class Runner:
                 if not re.search(rf"(?<![\w-]){re.escape(option)}(?![\w-])", self.helps[verb])]
 
     def command_faults(self, text):
-        """Programs that a block names and nobody has. Absolute paths are those of other machines."""
+        """The missing programs of a block. Does not check absolute paths: they are those of other machines."""
         faults = []
         for line in re.sub(r"\$\([^()]*\)", "/", text.replace("\\\n", " ")).split("\n"):
             lexer = shlex.shlex(line, posix=True, punctuation_chars=True)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""docs.py finds blocks that are wrong, and takes those that are right."""
+"""docs.py reports invalid blocks and accepts valid ones."""
 import contextlib
 import io
 import os
@@ -40,7 +40,7 @@ class Docs(unittest.TestCase):
         tool.chmod(0o755)
 
     def docs(self, command, *paths):
-        """What a command prints, and what it says is wrong."""
+        """The output of a command, and the faults that it reports."""
         printed, faults = io.StringIO(), ""
         with contextlib.redirect_stdout(printed):
             try:
@@ -50,7 +50,7 @@ class Docs(unittest.TestCase):
         return printed.getvalue(), faults
 
     def run_page(self, text, page="README.md"):
-        """What is wrong with a page, and what is told of it besides."""
+        """The output of a run on a page, and the faults that it reports."""
         (self.source / page).write_text(text)
         self.docs(docs.extract, self.source, self.out)
         return self.docs(docs.run, self.source, self.build, self.out)

@@ -1,6 +1,6 @@
-"""The faults that can be put into a C++ source, found in the syntax tree that clang gives.
+"""The faults that can be injected into a C++ source, found in clang's syntax tree.
 
-Home-made, as mutate.py is; the parser is Debian's python3-clang-14.
+Home-made, like mutate.py; the parser is Debian's python3-clang-14.
 """
 import re
 from collections import namedtuple
@@ -10,10 +10,10 @@ from clang.cindex import Config, CursorKind as Kind, Index, TypeKind
 Config.set_library_file("/usr/lib/llvm-14/lib/libclang-14.so.1")
 RESOURCES = "/usr/lib/llvm-14/lib/clang/14.0.6"
 
-# An edit puts a text at an offset, in place of `length` bytes. Of the edits at one offset, ending ones come first, and
-# more deeply nested ones are written nearer to their text.
+# An edit replaces `length` bytes at an offset by a text. At the same offset, closing edits come first, and more deeply
+# nested ones are closer to the text that they enclose.
 Edit = namedtuple("Edit", "offset length text isEnd depth")
-Fault = namedtuple("Fault", "line what edits")  # edits: made of the fault's number
+Fault = namedtuple("Fault", "line what edits")  # edits: a function of the fault's number
 
 FUNCTIONS = {"<": "less", "<=": "lessOrEqual", ">": "greater", ">=": "greaterOrEqual", "+": "plus", "-": "minus"}
 NUMBERS = {TypeKind.BOOL, TypeKind.CHAR_S, TypeKind.UCHAR, TypeKind.USHORT, TypeKind.UINT, TypeKind.ULONG,
@@ -57,7 +57,7 @@ class Finder:
         return self.text[node.extent.start.offset:node.extent.end.offset].decode(errors="replace")
 
     def add(self, node, what, edits):
-        """Named by its line, where the place is marked: line numbers change too often."""
+        """Names a fault by its source line with the place marked: line numbers change too often."""
         first, last = node.extent.start.offset, node.extent.end.offset
         begin, end = self.text.rfind(b"\n", 0, first) + 1, self.text.find(b"\n", last)
         line = b"%s[[%s]]%s" % (self.text[begin:first], self.text[first:last], self.text[last:end])
@@ -102,7 +102,7 @@ class Finder:
             return
         start = node.extent.start.offset
         if re.search(rb"[.>]reserve\(", self.text[start:end]):
-            return # only makes a list quicker
+            return # only makes a list faster
         self.add(node, "dropped", lambda number: [
             Edit(start, 0, "{ if (!mutation::on(%d)) " % number, False, depth), Edit(end + 1, 0, " }", True, depth)])
 
@@ -124,7 +124,7 @@ class Finder:
 
     def swapped(self, node, depth):
         if node.spelling in ("operator==", "operator!="):
-            return # the same either way
+            return # swapping changes nothing
         given = list(node.get_arguments())
         for one, two in zip(given, given[1:]):
             names = [self.source(each) for each in (one, two)]
@@ -137,7 +137,7 @@ class Finder:
 
 
 def applied(text, numbered):
-    """The source with these faults in it, each switched on by its number."""
+    """The source with these faults, each enabled by its number."""
     edits = [edit for number, fault in numbered for edit in fault.edits(number)]
     edits.sort(key=lambda edit: (edit.offset, not edit.isEnd, -edit.depth if edit.isEnd else edit.depth))
     pieces, at = [], 0

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Puts small faults into sources, one build for all of them, and lists those that no test notices.
+"""Injects small faults into sources, with one build for all, and lists those that no test detects.
 
 mutate.py [--sample N] FILE[:FIRST-LAST]...
 
-Works on a copy of the tracked files in build/mutate. Each fault is switched on by the variable MUTANT, and the tests of
-its file are run until one fails. survivors.txt lists the faults that nobody can see, with reasons.
+Works on a copy of the tracked files in build/mutate. The variable MUTANT enables one fault, and the tests of its file
+run until one fails. survivors.txt lists the faults that no test can detect, with reasons.
 
 Home-made: Debian 12 packages no tool for mutation tests of C++.
 """
@@ -32,7 +32,7 @@ BUILD = WORK / "build"
 HELPERS = ["exitchild", "logchild", "providerchild", "savechild", "saveloop", "stepschild", "stresschild",
            "dlopenchild", "exitplugin", "gesturectl"]
 
-# The tests of a file, quick ones first. The first pattern that fits counts.
+# The tests of a file, quick ones first. The first pattern that matches applies.
 TESTS = [
     (r"common/.*/either", "either vxcomponents configuration"),
     (r"common/.*/exitnotifier", "exitnotifier exitsave gestureservice"),
@@ -78,7 +78,7 @@ def run(command, **options):
 
 
 def copyTree():
-    """What is the same keeps its time, so that it is not built anew."""
+    """Copies the changed files. The others keep their times, so that they are not built again."""
     for name in run(["git", "ls-files"], cwd=ROOT).stdout.splitlines():
         source, copy = ROOT / name, TREE / name
         if not source.exists() or copy.exists() and copy.read_bytes() == source.read_bytes():
@@ -97,7 +97,7 @@ def configure():
 
 
 def argumentsFor(name):
-    """Those of the source; of a header those of the source that stands nearest."""
+    """The compiler arguments of a source; for a header, those of the source with the longest common path."""
     entries = json.loads((BUILD / "compile_commands.json").read_text())
     entry = max(entries, key=lambda entry: len(os.path.commonprefix([entry["file"], str(TREE / name)])))
     if name.endswith(".cpp") and entry["file"] != str(TREE / name):
@@ -113,7 +113,7 @@ def faultsOf(name, first, last):
 
 
 def write(numbered):
-    """The sources with the faults that are still in. The compiler names places of the source without them."""
+    """Writes the sources with the remaining faults. The compiler reports the lines of the original sources."""
     for name in {name for number, (name, fault) in numbered}:
         text = (ROOT / name).read_bytes()
         mutated = faults.applied(text, [(number, fault) for number, (other, fault) in numbered if other == name])
@@ -122,7 +122,7 @@ def write(numbered):
 
 
 def build(numbered, tests):
-    """Faults that do not compile are left out."""
+    """Builds everything, without the faults that do not compile."""
     targets = ["tst_" + test for test in tests] + HELPERS
     while True:
         write(numbered)

@@ -19,13 +19,14 @@ public:
     /// Creates a separate notifier; services listen to instance(). Each construction registers the exit handler once
     /// more.
     explicit ExitNotifier(QObject *parent = nullptr);
-    /// Emits `prepareExit` if this is the process-wide notifier and the exit handler has not run.
+    /// Emits `prepareExit` if this is the process-wide notifier, unless the exit handler has run or an emission is
+    /// under way.
     ~ExitNotifier() override;
 
     /// The process-wide notifier. Creates it if there is none.
     static ExitNotifier *instance();
-    /// Emits `prepareExit` of the process-wide notifier. The exit handler emits it again at the end. Does nothing if
-    /// called from a slot of this signal. A listener that destroys the notifier ends the emission.
+    /// Emits `prepareExit` of the process-wide notifier. The exit handler later emits it again. Does nothing if called
+    /// from a slot of this signal. A listener that destroys the notifier ends the emission.
     static void notify();
 
 Q_SIGNALS:

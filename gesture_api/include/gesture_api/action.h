@@ -24,8 +24,8 @@ namespace gesture {
 class Gesture;
 
 /// One thing that a gesture can trigger. An action never changes. Lists, groups and gestures share it by pointer.
-/// Its parent, the gesture that was last created with it, owns it. If that gesture is destroyed while another gesture
-/// uses the action, the other one becomes the parent.
+/// It belongs to the gesture that was last created with it, or, before any gesture, to its `parent` or the caller. If
+/// the owning gesture is destroyed while others use the action, the newest of them becomes the owner.
 class GESTURE_API_EXPORT Action : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ public:
     Action(const QString &path, const QStringList &titles, const QList<Feature *> &features, QObject *parent = nullptr);
     ~Action() override;
 
-    /// The application dispatches on it, and bindings name it. "/" separates its segments.
+    /// The key of the action for the application and the bindings. "/" separates its segments.
     QString path() const;
     /// The labels from the outermost menu to the action's own.
     QStringList titles() const;
@@ -58,8 +58,8 @@ public:
     /// Whether all features are supported. Determined at the first call.
     bool supported() const;
 
-    /// Reads one action. A string names one of `knownActions` (path to action). An object defines a new action, which
-    /// belongs to `parent`, or to the caller if there is none.
+    /// Reads one action. A string is the path of one of `knownActions`, whose keys are paths. An object defines a new
+    /// action, which belongs to `parent`, or to the caller if there is none.
     ///
     /// A definition has "path" and either "title" (a string) or "titles" (a list of strings), and may have
     /// "features" (a list of names). Fails with "action 'PATH' not defined", "'Action' must be either 'str' or
@@ -73,19 +73,21 @@ public:
 
     /// Reads an action list: a string names a group, a list holds actions, an object defines one action. Fails with
     /// "action group 'NAME' not defined", "action list must be one of types: 'str', 'list', 'map'", or the
-    /// fromVariant() error of the first invalid action. Actions defined before it stay children of `parent`.
+    /// fromVariant() error of the first invalid action. Actions defined before it stay children of `parent`; without
+    /// a parent they leak.
     static Either<Error, QList<Action *>> listFromVariant(const QVariant &v, const FeaturesProvider *featuresProvider,
                                                           const QList<Action *> &actions,
                                                           const QMap<QString, QList<Action *>> &actionGroups,
                                                           QObject *parent = nullptr);
-    /// Reads named action lists and keeps their supported actions. Groups do not nest: a string in place of a list
-    /// fails with "action group 'NAME' not defined".
+    /// Reads named action lists and keeps their supported actions. Unsupported ones that are defined inline stay
+    /// children of `parent`; without a parent they leak. Groups do not nest: a string in place of a list fails with
+    /// "action group 'NAME' not defined". Otherwise fails like listFromVariant().
     static Either<Error, QMap<QString, QList<Action *>>>
     actionGroupsFromVariant(const QMap<QString, QVariant> &groups, const QList<Action *> &actions,
                             const FeaturesProvider *featuresProvider, QObject *parent = nullptr);
     /// The first supported action of a list of alternatives. Unsupported ones that are defined inline stay children of
-    /// `parent`. Fails with "no one action is supported of list: [ ... ]", or the fromVariant() error of an invalid
-    /// alternative before the first supported one.
+    /// `parent`; without a parent they leak. Fails with "no one action is supported of list: [ ... ]", or the
+    /// fromVariant() error of an invalid alternative before the first supported one.
     static Either<Error, Action *> firstSupportedFromVariant(const QList<QVariant> &list,
                                                              const FeaturesProvider *featuresProvider,
                                                              const QList<Action *> &actions, QObject *parent = nullptr);
@@ -116,7 +118,7 @@ private:
     const QList<Feature *> m_features;
     mutable std::optional<bool> m_supported;
     bool m_dying = false;
-    QList<Gesture *> m_users; // the living gestures that hold this action, in the order they were made
+    QList<Gesture *> m_users; // the existing gestures that use this action, in the order of their creation
 };
 
 /// A node of the menu tree that the paths of actions form. Actions with the same leading path segments share the nodes
@@ -139,8 +141,8 @@ public:
     /// childNodes() of `parent`: use findChildNodeOrInsert() for that.
     ActionProxyNode(int level, const QString &pathSegment, const QString &title, Action *action,
                     QObject *parent = nullptr);
-    /// A node without an action. It becomes the parent of the given nodes. Functions that walk the nodes skip null
-    /// ones.
+    /// A node without an action. It becomes the parent of the given nodes. Null entries stay in childNodeList():
+    /// searches skip them, and dump() writes "null".
     ActionProxyNode(int level, const QString &pathSegment, const QString &title,
                     const QList<ActionProxyNode *> &childNodes, QObject *parent = nullptr);
     /// Also destroys all nodes below, however many levels there are.

@@ -37,8 +37,8 @@ private:
 class GESTURE_API_EXPORT ApplicationPathsConfiguration
 {
 public:
-    /// Takes two directories, which contain one directory for each application, the file name in it, and the prohibited
-    /// applications.
+    /// Takes the directory of the bindings files, the directory of the configurations, the file name of both files of
+    /// an application, and the ids of the prohibited applications.
     ApplicationPathsConfiguration(const QString &currentPath, const QString &defaultPath, const QString &fileName,
                                   const QStringList &prohibitedApps);
 
@@ -50,8 +50,8 @@ public:
     /// Fails with "expected map<>", "field `NAME` must be set", "field `NAME` must have type `string`", or
     /// "field 'prohibitedApps' must have type list<str>".
     static Either<Error, ApplicationPathsConfiguration> fromVariant(const QVariant &value);
-    /// Reads a file; expands a path prefix. Fails with "REASON (path: PATH)" if the file cannot be read, else like
-    /// fromVariant(). A file that is not JSON fails with "expected map<>".
+    /// Reads a file; expands a path prefix. If the file cannot be read, fails with "REASON (path: PATH)" and the
+    /// expanded path, else like fromVariant(). A file that is not JSON fails with "expected map<>".
     static Either<Error, ApplicationPathsConfiguration> loadJson(const QString &path);
 
     /// The paths of an application: DIRECTORY/ID/FILENAME for each of the two directories. Fails with
@@ -64,7 +64,7 @@ public:
     QString currentPath() const;
     /// The directory of the configurations. Its prefix is not expanded.
     QString defaultPath() const;
-    /// The file name of an application's file in each of the two directories.
+    /// The file name of both files of an application.
     QString fileName() const;
 
 private:

@@ -79,19 +79,19 @@ public:
     /// Reads a file; expands a path prefix. Fails like components::VariantLoader::loadJson(), with "`PATH` root bust be
     /// map<>", or like fromVariant().
     static Either<ParsingError, QMap<QString, QString>> loadJson(const QString &fileName);
-    /// Reads "version" (a whole number) and "actions" (an object of strings). Does not check that gestures and actions
-    /// with these names exist.
+    /// Reads "version" (converted to an integer) and "actions" (an object of strings). Does not check that gestures and
+    /// actions with these names exist.
     ///
     /// Fails with VersionNotMatch, or with an Error: "`NAME` is obligatory field", "`version` type must be `int`",
     /// "`actions` type must be `map<str, str>`" or "`actions` value type must be `str`".
     static Either<ParsingError, QMap<QString, QString>> fromVariant(const QVariantMap &root);
 
     /// The document of the current actions of these gestures, a QVariantMap for fromVariant(). Skips null gestures and
-    /// gestures without a current action. If two have the same id, the last one is written.
+    /// gestures without a current action. If two of the others have the same id, the last one is written.
     static QVariant toVariant(const QList<Gesture *> &gestures);
-    /// Writes that document. The new file replaces the old one in one step where the system allows it. Creates missing
-    /// directories, follows links and keeps permissions. Right is the number of bytes written, or -1 if a step after
-    /// opening failed. Left is "can not open file: REASON (path: PATH)".
+    /// Writes that document; expands a path prefix. The new file replaces the old one in one step where the system
+    /// allows it. Creates missing directories, follows links and keeps permissions. Right is the number of bytes
+    /// written, or -1 if a step after opening failed. Left is "can not open file: REASON (path: PATH)".
     static Either<QString, qint64> saveJson(const QString &fileName, const QList<Gesture *> &gestures);
 };
 

@@ -31,7 +31,7 @@ class GESTURE_API_EXPORT Feature : public QObject
     ///@}
 
 public:
-    /// Calls `supported` once, at the first read. An empty function means false.
+    /// Calls `supported` once, at the first call of supported(). An empty function means false.
     Feature(const QString &name, const std::function<bool()> &supported, QObject *parent = nullptr);
 
     /// The name in configurations, case-sensitive.
@@ -64,7 +64,7 @@ class GESTURE_API_EXPORT FeaturesProvider : public QObject
     Q_OBJECT
 
 public:
-    /// For subclasses with features of their own.
+    /// For subclasses, which provide their own features.
     explicit FeaturesProvider(QObject *parent = nullptr);
 
     /// All features, the same objects at every call. They belong to the provider.
@@ -76,7 +76,7 @@ public:
 };
 
 /// The features of this device: "frontlight", "smartlight" (its colour can be changed) and "tts"
-/// (text to speech). Queries the device when a feature is first read.
+/// (text to speech). Queries the device at the first Feature::supported() of each.
 class GESTURE_API_EXPORT DefaultFeaturesProvider : public FeaturesProvider
 {
     Q_OBJECT

@@ -41,11 +41,11 @@ Q_DECLARE_METATYPE(GestureSection)
 namespace vellix {
 namespace gesture {
 
-/// A configured gesture: a kind of touch that starts in a zone or goes in a direction, in some modes of the
-/// application, and the actions that it can trigger. Only the current action can change.
+/// A configured gesture: a kind of touch that starts in a zone or moves in a direction, in some modes of
+/// the application, and the actions that it can trigger. Only the current action can change.
 ///
-/// A new gesture becomes the parent of its actions. Its features belong to their provider. The action tree has no
-/// parent; once the gesture is destroyed, the tree is released with deleteLater().
+/// A new gesture becomes the parent of its actions. Its features belong to their provider. The gesture owns its action
+/// tree, which has no parent object: the destructor releases it with deleteLater().
 class GESTURE_API_EXPORT Gesture : public QObject
 {
     Q_OBJECT
@@ -78,7 +78,7 @@ public:
     };
     Q_ENUM(Kind)
 
-    /// The direction of a touch on the screen.
+    /// The direction of a movement on the screen.
     enum Direction : int {
         ToLeft,     ///< x decreases.
         ToRight,    ///< x increases.
@@ -118,7 +118,7 @@ public:
     /// Sets the action that the touch triggers, or null. Does not check that the action is available. The action keeps
     /// its owner. An action that is being destroyed counts as null. Nothing is written before the service's save().
     void setCurrentAction(Action *action);
-    /// The available actions as a menu, created at the first call. Null if there are none.
+    /// The available actions as a menu, created at the first call. Belongs to the gesture. Null if there are none.
     ActionProxyNode *actionTree() const;
     /// The key that all gestures with the same modes and kind share.
     QString section() const;
@@ -129,15 +129,15 @@ public:
     /// Whether all features are supported. Determined at the first call.
     bool supported() const;
 
-    /// The id of an entry without one: capitalised modes, kind, zone name and direction.
+    /// The id that an entry without one gets: modes, kind, zone name and direction, each with a capital first letter.
     static QString formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction);
     /// The direction of a movement along its longer axis, y down. NoDirection for an exact diagonal and no movement.
     static Direction directionFromVec(double dx, double dy);
     /// The same, for a vector.
     static Direction directionFromVec(const QVector2D &v);
 
-    /// Takes over the current action of a gesture with the same kind, zone and direction. For any other gesture it
-    /// changes nothing and returns false. The action keeps its owner.
+    /// Takes over the current action of a gesture with the same kind, zone and direction. For any other gesture, and
+    /// for null, it changes nothing and returns false. The action keeps its owner.
     bool merge(Gesture *other);
     /// A copy that shares the actions and becomes their parent. It belongs to `parent`, or to the caller if there is
     /// none.
@@ -180,8 +180,8 @@ public:
     /// rectfFromVariant().
     static Either<Error, QRectF> zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,
                                                  QString *zoneName = nullptr);
-    /// Reads "x", "y", "w" and "h". A value that is not a number counts as 0. Fails with "field 'x' must be set" and so
-    /// on.
+    /// Reads "x", "y", "w" and "h", in relative screen coordinates. Converts strings and booleans to numbers; all other
+    /// values count as 0. Fails with "field 'x' must be set" and so on.
     static Either<Error, QRectF> rectfFromVariant(const QVariantMap &map);
     /// A QVariantMap of the four numbers.
     static QVariant rectfToVariant(const QRectF &r);
@@ -247,12 +247,12 @@ private:
     Action *m_defaultAction;
     mutable std::optional<QPointer<ActionProxyNode>> m_actionTree;
     Action *m_currentAction;
-    const quintptr m_serial;   // gestures made later have greater ones
-    mutable QString m_section; // null until it is asked for
+    const quintptr m_serial;   // greater for gestures created later
+    mutable QString m_section; // null until section() is called
     const QList<Feature *> m_features;
     mutable std::optional<bool> m_supported;
     bool m_leaving = false;
-    bool m_chosen = false; // the current action, by a caller, since it was loaded or saved
+    bool m_chosen = false; // a caller has set the current action since the load or the last save
 };
 
 }

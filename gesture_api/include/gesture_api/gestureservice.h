@@ -49,9 +49,9 @@ public:
 
     /// Unless `readonly`, the service saves when the process ends: when main() returns, when exit() is called, or
     /// earlier when the application object is destroyed. The service must still exist then, belong to the thread that
-    /// ends the process, and have been created in this process, not before a fork. It keeps bindings that other
-    /// programs have saved meanwhile, and adds only the choices made on this service since its load or last save. To
-    /// save when the event loop ends, while all services still exist:
+    /// ends the process, and have been created in this process, not before a fork. If the bindings
+    /// file has changed since this service's load or last save, this save adds only the choices made on this service
+    /// since then. To save when the event loop ends, while all services still exist:
     ///
     ///     QObject::connect(&app, &QCoreApplication::aboutToQuit, &vellix::ExitNotifier::notify);
     ///
@@ -85,12 +85,12 @@ public:
     /// The first gesture whose zone equals or contains the given zone, or null. Otherwise like findGesture().
     Gesture *findGestureByZone(const QString &mode, const Gesture::Kind &kind, const Gesture::Direction &direction,
                                const QRectF &zone) const;
-    /// A copy with its own gestures, which share the actions of these. It does not save at exit. It belongs to
-    /// `parent`, or to the caller if there is none.
+    /// A copy with its own gestures, which share the actions of this service's gestures and become their owners. It
+    /// does not save at exit. It belongs to `parent`, or to the caller if there is none.
     GestureService *clone(QObject *parent = nullptr) const;
-    /// Takes over the current actions of another service's gestures, paired by position. Returns false at the first
-    /// pair that does not match (see Gesture::merge()); the pairs before it stay merged. Also returns false for null,
-    /// and if a listener destroys one of the services.
+    /// Takes over the current actions of another service's gestures, paired in file order. Ignores surplus gestures of
+    /// the longer list. Returns false at the first pair that does not match (see Gesture::merge()); the pairs before it
+    /// stay merged. Also returns false for null, and if a listener destroys one of the services.
     bool fastMerge(const GestureService *other);
     /// Writes all gestures, indented by `indent` steps of two spaces, and returns the stream.
     QDebug &dump(QDebug &debug, int indent) const;
@@ -107,7 +107,8 @@ public:
     Q_INVOKABLE bool fastMergeWithQObject(QObject *other);
     /// Writes the current action of every gesture to the bindings file and overwrites the choices of other programs.
     /// Returns false if the service is read-only or pruned. True means that a save was attempted; a failure is logged
-    /// as one error line.
+    /// as one error line. If EitherPrivate::shouldExitOnError(), a file that cannot be opened ends
+    /// the process.
     ///
     /// A bindings file that could not be loaded is first copied to "<file name>.rejected", or ".rejected.2" to
     /// ".rejected.8". If the copy fails, or all eight exist, nothing is written.
@@ -115,8 +116,8 @@ public:
     /// Deletes the bindings file. From now on this service and clones made of it never save. A provider then creates a
     /// new service; if the provider is writable, that one saves at exit. Returns false if no file was deleted.
     Q_INVOKABLE bool prune();
-    /// save() with a result: the number of bytes on disk, or the reason for the failure. Also fails if the service is
-    /// read-only or pruned. Logs nothing.
+    /// save() with a result: the number of bytes written, or the reason for the failure. Also fails if the service is
+    /// read-only or pruned. Does not log the failure.
     Either<QString, qint64> trySave();
     /// trySave() for QML: returns an empty string, or the reason. Also logs the reason.
     Q_INVOKABLE QString trySaveAsString();
@@ -148,7 +149,7 @@ private:
     enum { NotLoaded, Loading, Loaded } m_state = NotLoaded;
     std::shared_ptr<UserFile> m_userFile;
     const GestureList m_gestures;
-    mutable std::unique_ptr<GestureIndex> m_index; // of m_gestures, made at the first lookup
+    mutable std::unique_ptr<GestureIndex> m_index; // of m_gestures, created at the first lookup
     mutable QPointer<components::ReadonlyLazyListModel> m_gesturesModel;
 };
 

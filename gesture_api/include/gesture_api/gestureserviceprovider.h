@@ -17,9 +17,9 @@
 namespace vellix {
 namespace gesture {
 
-/// Provides the service of an application. The event loop creates the service, and it is replaced when the application,
-/// the read-only property or the bindings file changes. A replaced service is released with deleteLater(). If it was
-/// replaced because the file changed, it no longer saves at exit.
+/// Creates the service of an application from the event loop, and replaces it when the application, the read-only
+/// property or the bindings file changes. A replaced service is released with deleteLater(). If it was replaced because
+/// the file changed, it no longer saves at exit.
 class GESTURE_API_EXPORT GestureServiceProvider : public QObject
 {
     Q_OBJECT
@@ -43,12 +43,12 @@ public:
     /// Replaces the service immediately and does not carry over unsaved choices. The old service still saves if the
     /// process ends before it is deleted.
     void setReadonly(bool value);
-    /// The current service, a child of this provider. Null until the event loop runs or a setter is called, if the
-    /// application is prohibited, and for a moment when the bindings file has changed.
+    /// The current service, a child of this provider. Null until the event loop runs, loadService() is called or a
+    /// property changes, if the application is prohibited, and for a moment when the bindings file has changed.
     GestureService *service() const { return m_service; }
 
-    /// A new service for an application. It belongs to `parent`, or to the caller if there is none. Nothing is read
-    /// yet, so the only failure is "app 'ID' is prohibited".
+    /// A new service for an application. It belongs to `parent`, or to the caller if there is none. Its gestures are
+    /// not read yet, so the only failure is "app 'ID' is prohibited".
     static Either<Error, GestureService *> newGestureService(const FeaturesProvider *featuresProvider,
                                                              const QString &appId, bool readonly,
                                                              QObject *parent = nullptr);
@@ -56,9 +56,10 @@ public:
     /// missing or invalid.
     static ApplicationPathsConfiguration applicationPathsConfiguration();
 
-    /// Replaces the service, regardless of appId() and readonly(). If `appId` is empty, only releases it.
+    /// Replaces the service, regardless of appId() and readonly(). If `appId` is empty, only releases it. If it is
+    /// prohibited, also logs a warning.
     void installService(const FeaturesProvider *featuresProvider, const QString &appId, bool readonly);
-    /// Creates the service of appId() if there is none.
+    /// Creates the service of appId() immediately if there is none. If the application is prohibited, logs a warning.
     void loadService(const FeaturesProvider *featuresProvider);
     /// Releases the service: service() is null from now on, and the event loop deletes the object.
     void releaseService();
@@ -89,5 +90,5 @@ private:
 }
 }
 
-/// The current task as "PID:NAME", or "null pid" or "app info unavailable".
+/// The current task as "PID:NAME"; "null pid" if there is none, "app info unavailable" if its record is unknown.
 GESTURE_API_EXPORT QString app_name();

@@ -9,8 +9,8 @@
 #include <vector>
 
 /// @file
-/// libbaseutil: errors, logging, path prefixes and terminal text. It needs only plain C++, so that every other library
-/// can use it. All text is UTF-8.
+/// libbaseutil: errors, logging, path prefixes and terminal text. Its interface needs only the C++ standard library and
+/// Qt's integer types, so that every other library can use it. All text is UTF-8.
 
 /// The C++ interface of libgesture_api and of the device libraries.
 namespace vellix {
@@ -20,7 +20,7 @@ struct Q_DECL_EXPORT CodeLocation
 {
     /// The source file as printed: a path or a name.
     std::string file;
-    /// Counted from 1.
+    /// The line in it, counted from 1.
     qint32 line;
 
     /// The printed form, "FILE:LINE".

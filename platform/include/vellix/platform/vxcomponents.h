@@ -23,7 +23,7 @@ class Q_DECL_EXPORT VariantLoader
 public:
     /// The document of a JSON file: objects as QVariantMap, lists as QVariantList, whole numbers as qlonglong, other
     /// numbers as double. Expands path prefixes. Fails with "PATH: REASON" if the file cannot be read or is not a
-    /// regular file, and with "PATH:LINE:COLUMN: REASON" if it is not JSON.
+    /// regular file, and with "PATH:LINE:COLUMN: REASON", counted from 1, if it is not JSON.
     static Either<Error, QVariant> loadJson(const QString &fileName);
 };
 
@@ -89,8 +89,8 @@ public:
         return m_value;
     }
 
-    /// The model of this list, created at the first call as a child of `parent`. The model's first row count computes
-    /// the list. If the model was deleted, the next call creates a new one.
+    /// The model of this list, created at the first call as a child of `parent`; later calls ignore `parent`. The
+    /// model's first row count computes the list. If the model was deleted, the next call creates a new one.
     ReadonlyLazyListModel *acquireModel(QObject *parent = nullptr) const
     {
         if (!m_model) {
@@ -120,10 +120,11 @@ private:
 
 /// Watches files that other programs change.
 namespace fs {
-/// Calls `callback` from the event loop whenever the content of the file at `path` (no prefix) has changed: written,
-/// replaced, deleted or created again, through links, in directories that do not exist yet, and by file systems that
-/// are mounted or unmounted. Writing the same bytes again is not a change. The returned object is a child of `context`;
-/// deleting either one ends the watch. All watches of a process must be in one thread, whose event loop serves them.
+/// Calls `callback` from the event loop whenever the content of the file at `path` (no prefix) has changed. The file
+/// can be written, replaced, deleted or created again, also through links, in directories that do not exist yet, and by
+/// a mount or unmount. Writing the same bytes again is not a change. The returned object is a child of `context`;
+/// deleting either one ends the watch. Null if the file cannot be watched. All watches of a process must be in one
+/// thread, whose event loop serves them.
 Q_DECL_EXPORT QObject *__watchFileChange(const QString &path, QObject *context, const std::function<void()> &callback);
 }
 
