@@ -12,10 +12,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <sstream>
 #include <vector>
+
+// Defined in a coverage build.
+extern "C" void __gcov_init(void *) __attribute__((weak));
 
 namespace testing {
 
@@ -144,11 +148,19 @@ QList<int> runAtOnce(const QString &program, const QList<QStringList> &arguments
     return codes;
 }
 
+// Only a normal exit writes the counts of a coverage build. Otherwise nothing of the parent may run at the end.
+[[noreturn]] static void endChild(int status)
+{
+    if (__gcov_init)
+        std::exit(status);
+    _exit(status);
+}
+
 int inChild(const std::function<int()> &run)
 {
     const pid_t child = fork();
     if (child == 0)
-        _exit(run());
+        endChild(run());
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -694,6 +694,17 @@ private Q_SLOTS:
         QVERIFY(log.qtMessages[0].contains(QStringLiteral("can not open file: Not a directory (path: ")));
     }
 
+    void failedSaveAtExitIsReported()
+    {
+        testing::writeFile(m_tree->user(QStringLiteral("gestures")), "in the way");
+        GestureService service(appPaths(), nullptr, false);
+        QCOMPARE(service.gestureList().size(), 3);
+        LogCapture log;
+        ExitNotifier::notify();
+        QCOMPARE(log.qtMessages.size(), 1);
+        QVERIFY(log.qtMessages[0].contains(QStringLiteral("can not open file: Not a directory (path: ")));
+    }
+
     void unkeptFileIsNotOverwritten()
     {
         writeUserFile("garbage");
