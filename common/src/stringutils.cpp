@@ -23,6 +23,8 @@ QStringList StringUtils::capitalizeFirstOnEach(const QStringList &list)
 
 QStringList StringUtils::sortedUnique(QStringList &&list)
 {
+    if (list.size() < 2)
+        return std::move(list);
     list.sort(Qt::CaseSensitive);
     QStringList unique;
     unique.reserve(list.size());

@@ -33,9 +33,9 @@ ActionReader::ActionReader(const Index &known, const Groups &groups, const Featu
 Either<Error, Action *> ActionReader::action(const QVariant &v) const
 {
     if (isType(v, QMetaType::QString))
-        return knownAction(v.toString());
+        return knownAction(held<QString>(v));
     if (isType(v, QMetaType::QVariantMap))
-        return definition(v.toMap());
+        return definition(held<QVariantMap>(v));
     return fail(__LINE__, QStringLiteral("'Action' must be either 'str' or 'map'"));
 }
 
@@ -47,10 +47,23 @@ Either<Error, Action *> ActionReader::knownAction(const QString &path) const
     return Right(action);
 }
 
-static Either<Error, QStringList> titlesOf(const QVariantMap &entry)
+namespace {
+struct Definition
 {
-    const QVariant *const title = field(entry, QStringLiteral("title"));
-    const QVariant *const titles = field(entry, QStringLiteral("titles"));
+    const QVariant *path = nullptr;
+    const QVariant *title = nullptr;
+    const QVariant *titles = nullptr;
+    const QVariant *features = nullptr;
+};
+
+constexpr Field<Definition> definitionFields[] = {{u"path", &Definition::path},
+                                                  {u"title", &Definition::title},
+                                                  {u"titles", &Definition::titles},
+                                                  {u"features", &Definition::features}};
+}
+
+static Either<Error, QStringList> titlesOf(const QVariant *title, const QVariant *titles)
+{
     if (!title && !titles)
         return fail(__LINE__, QStringLiteral("one of fields 'title' or 'titles' must be set"));
     if (title && titles)
@@ -65,18 +78,17 @@ static Either<Error, QStringList> titlesOf(const QVariantMap &entry)
 // The order of the checks is behaviour: only the first fault is reported.
 Either<Error, Action *> ActionReader::definition(const QVariantMap &entry) const
 {
-    const auto titles = titlesOf(entry);
+    const auto [path, title, manyTitles, names] = membersOf(entry, definitionFields);
+    const auto titles = titlesOf(title, manyTitles);
     if (titles.isLeft())
         return Left(titles.left());
 
-    const QVariant *const names = field(entry, QStringLiteral("features"));
     if (names && !isType(*names, QMetaType::QVariantList))
         return fail(__LINE__, QStringLiteral("'features' must be list<str>."));
     const auto required = names ? features(*names) : Right(QList<Feature *>());
     if (required.isLeft())
         return Left(required.left());
 
-    const QVariant *const path = field(entry, QStringLiteral("path"));
     if (!path)
         return fail(__LINE__, QStringLiteral("'path' is obligatory field"));
     return Right(new Action(path->toString(), titles.right(), required.right(), m_parent));
@@ -85,9 +97,9 @@ Either<Error, Action *> ActionReader::definition(const QVariantMap &entry) const
 Either<Error, QList<Action *>> ActionReader::list(const QVariant &v) const
 {
     if (isType(v, QMetaType::QString))
-        return group(v.toString());
+        return group(held<QString>(v));
     if (isType(v, QMetaType::QVariantList))
-        return each(v.toList());
+        return each(held<QVariantList>(v));
     if (isType(v, QMetaType::QVariantMap))
         return action(v).map([](Action *action) { return QList<Action *>{action}; });
     return fail(__LINE__, QStringLiteral("action list must be one of types: 'str', 'list', 'map'"));

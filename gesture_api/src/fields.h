@@ -3,7 +3,11 @@
 #include <vellix/either.h>
 
 #include <QString>
+#include <QStringView>
 #include <QVariant>
+
+#include <algorithm>
+#include <iterator>
 
 namespace vellix {
 namespace gesture {
@@ -13,6 +17,28 @@ inline const QVariant *field(const QVariantMap &object, const QString &name)
 {
     const auto member = object.constFind(name);
     return member == object.constEnd() ? nullptr : &*member;
+}
+
+/// The name of a member that an object may have, and where to put its address.
+template <class Members>
+struct Field
+{
+    QStringView name;
+    const QVariant *Members::*place;
+};
+
+/// The members of an object, found in one pass; null for a missing one.
+template <class Members, std::size_t Count>
+Members membersOf(const QVariantMap &object, const Field<Members> (&fields)[Count])
+{
+    Members members;
+    for (auto member = object.cbegin(); member != object.cend(); ++member) {
+        const auto found = std::find_if(std::begin(fields), std::end(fields),
+                                        [&member](const Field<Members> &one) { return one.name == member.key(); });
+        if (found != std::end(fields))
+            members.*(found->place) = &*member;
+    }
+    return members;
 }
 
 /// The result of `read` for an optional member; `fallback` if it is missing.

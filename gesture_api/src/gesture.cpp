@@ -102,8 +102,10 @@ bool Gesture::supported() const
 
 QString Gesture::formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction)
 {
-    const char *kindKey = QMetaEnum::fromType<Kind>().valueToKey(kind);
-    const char *directionKey = QMetaEnum::fromType<Direction>().valueToKey(direction);
+    static const QMetaEnum kinds = QMetaEnum::fromType<Kind>();
+    static const QMetaEnum directions = QMetaEnum::fromType<Direction>();
+    const char *kindKey = kinds.valueToKey(kind);
+    const char *directionKey = directions.valueToKey(direction);
     return StringUtils::capitalizeFirstOnEach(modes).join(QString()) + QString::fromLatin1(kindKey)
             + StringUtils::capitalizeFirst(zoneName) + StringUtils::capitalizeFirst(QString::fromLatin1(directionKey));
 }

@@ -16,30 +16,29 @@ static Left<Error> fail(int line, const QString &message)
     return Left(Error({"../../../gesture_api/src/gesture", line}, message.toStdString()));
 }
 
-// The members of an entry; null for a missing one.
 namespace {
 struct Entry
 {
-    explicit Entry(const QVariantMap &map)
-        : id(field(map, QStringLiteral("id"))), modes(field(map, QStringLiteral("modes"))),
-          kind(field(map, QStringLiteral("kind"))), zone(field(map, QStringLiteral("zone"))),
-          direction(field(map, QStringLiteral("direction"))),
-          availableActions(field(map, QStringLiteral("availableActions"))),
-          defaultAction(field(map, QStringLiteral("defaultAction"))),
-          currentAction(field(map, QStringLiteral("currentAction"))), features(field(map, QStringLiteral("features")))
-    {
-    }
-
-    const QVariant *id;
-    const QVariant *modes;
-    const QVariant *kind;
-    const QVariant *zone;
-    const QVariant *direction;
-    const QVariant *availableActions;
-    const QVariant *defaultAction;
-    const QVariant *currentAction;
-    const QVariant *features;
+    const QVariant *id = nullptr;
+    const QVariant *modes = nullptr;
+    const QVariant *kind = nullptr;
+    const QVariant *zone = nullptr;
+    const QVariant *direction = nullptr;
+    const QVariant *availableActions = nullptr;
+    const QVariant *defaultAction = nullptr;
+    const QVariant *currentAction = nullptr;
+    const QVariant *features = nullptr;
 };
+
+constexpr Field<Entry> entryFields[] = {{u"id", &Entry::id},
+                                        {u"modes", &Entry::modes},
+                                        {u"kind", &Entry::kind},
+                                        {u"zone", &Entry::zone},
+                                        {u"direction", &Entry::direction},
+                                        {u"availableActions", &Entry::availableActions},
+                                        {u"defaultAction", &Entry::defaultAction},
+                                        {u"currentAction", &Entry::currentAction},
+                                        {u"features", &Entry::features}};
 
 struct Touch
 {
@@ -85,7 +84,7 @@ private:
 
 Either<Error, Entry> GestureReader::entryOf(const QVariantMap &map)
 {
-    const Entry entry(map);
+    const Entry entry = membersOf(map, entryFields);
     if (!entry.kind)
         return fail(__LINE__, QStringLiteral("'kind' is obligatory field"));
     if (!entry.zone && !entry.direction)
@@ -109,9 +108,8 @@ Either<Error, Touch> GestureReader::touchOf(const Entry &entry) const
         return Left(kind.left());
 
     QString zoneName = QStringLiteral("notSet");
-    const auto zone = readOptional(entry.zone, Gesture::wholeZone, [&](const QVariant &value) {
-        return Gesture::zoneFromVariant(value, m_zones, entry.id ? nullptr : &zoneName);
-    });
+    const auto zone = entry.zone ? Gesture::zoneFromVariant(*entry.zone, m_zones, entry.id ? nullptr : &zoneName)
+                                 : Right(Gesture::wholeZone);
     if (zone.isLeft())
         return Left(zone.left());
 
@@ -129,9 +127,10 @@ Either<Error, Action *> GestureReader::defaultActionOf(const Entry &entry, const
     const auto bound = m_bindings.constFind(id);
     if (bound != m_bindings.constEnd())
         return m_actions.action(*bound);
-    return readOptional<Action *>(entry.defaultAction, nullptr, [this](const QVariant &value) {
-        return isType(value, QMetaType::QString) ? m_actions.action(value) : m_actions.firstSupported(value.toList());
-    });
+    if (!entry.defaultAction)
+        return Right<Action *>(nullptr);
+    const QVariant &value = *entry.defaultAction;
+    return isType(value, QMetaType::QString) ? m_actions.action(value) : m_actions.firstSupported(value.toList());
 }
 
 Either<Error, QList<Feature *>> GestureReader::featuresOf(const QVariant &names) const
@@ -200,7 +199,7 @@ Gesture::listFromVariant(const QVariantList &list, const FeaturesProvider *featu
     for (const QVariant &entry : list) {
         if (!isType(entry, QMetaType::QVariantMap))
             return fail(__LINE__, QStringLiteral("list of gestures must must contain maps"));
-        const auto gesture = reader.read(entry.toMap());
+        const auto gesture = reader.read(held<QVariantMap>(entry));
         if (gesture.isLeft())
             return Left(gesture.left());
         gestures.append(gesture.right());
@@ -264,7 +263,7 @@ Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap
             *zoneName = name;
     };
     if (isType(value, QMetaType::QString)) {
-        const QString name = value.toString();
+        const auto &name = held<QString>(value);
         setName(name);
         const auto zone = zones.constFind(name);
         if (zone == zones.constEnd())
@@ -272,7 +271,7 @@ Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap
         return Right(*zone);
     }
     if (isType(value, QMetaType::QVariantMap)) {
-        const auto zone = rectfFromVariant(value.toMap());
+        const auto zone = rectfFromVariant(held<QVariantMap>(value));
         if (zone.isRight() && zoneName)
             setName(nameOf(zone.right()));
         return zone;
@@ -281,12 +280,21 @@ Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap
     return fail(__LINE__, QStringLiteral("zone must be either 'str' or 'map'"));
 }
 
+namespace {
+struct Rect
+{
+    const QVariant *x = nullptr;
+    const QVariant *y = nullptr;
+    const QVariant *w = nullptr;
+    const QVariant *h = nullptr;
+};
+
+constexpr Field<Rect> rectFields[] = {{u"x", &Rect::x}, {u"y", &Rect::y}, {u"w", &Rect::w}, {u"h", &Rect::h}};
+}
+
 Either<Error, QRectF> Gesture::rectfFromVariant(const QVariantMap &map)
 {
-    const QVariant *const x = field(map, QStringLiteral("x"));
-    const QVariant *const y = field(map, QStringLiteral("y"));
-    const QVariant *const w = field(map, QStringLiteral("w"));
-    const QVariant *const h = field(map, QStringLiteral("h"));
+    const auto [x, y, w, h] = membersOf(map, rectFields);
     if (!x)
         return fail(__LINE__, QStringLiteral("field 'x' must be set"));
     if (!y)

@@ -11,5 +11,12 @@ inline bool isType(const QVariant &v, QMetaType::Type type)
     return v.userType() == type;
 }
 
+/// The value of a variant of exactly this type, in place.
+template <class T>
+const T &held(const QVariant &v)
+{
+    return *static_cast<const T *>(v.constData());
+}
+
 }
 }
