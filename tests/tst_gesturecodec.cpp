@@ -4,7 +4,9 @@
 
 #include <QJsonDocument>
 #include <QMetaEnum>
+#include <QRandomGenerator>
 
+#include <cstring>
 #include <limits>
 
 using namespace vellix;
@@ -740,6 +742,26 @@ private Q_SLOTS:
         row("invalid", QVariant(), "zone must be either 'str' or 'map'", "UndefinedZone");
         row("hash", QVariantHash(), "zone must be either 'str' or 'map'", "UndefinedZone");
         row("rectangle as such", QRectF(0, 0, 1, 1), "zone must be either 'str' or 'map'", "UndefinedZone");
+    }
+
+    // Names are written as QString::number() writes their numbers.
+    void numbersOfNames()
+    {
+        QRandomGenerator random(1);
+        for (int i = 0; i < 50000; ++i) {
+            const quint64 bits = random.generate64();
+            double any;
+            std::memcpy(&any, &bits, sizeof any);
+            const double near = random.bounded(3000001) / 1e6 - 1;
+            const QString infinite = QStringList{"nan", "inf", "-inf", "-0"}.at(i % 4);
+            const QVariantMap map{{"x", any}, {"y", near}, {"w", infinite}, {"h", near * random.bounded(1000000)}};
+            QString name;
+            const auto zone = Gesture::zoneFromVariant(map, {}, &name);
+            const auto number = [](double value) { return QString::number(value, 'g', 6); };
+            const QRectF &r = zone.right();
+            QCOMPARE(name,
+                     QString("(%1,%2,%3,%4)").arg(number(r.x()), number(r.y()), number(r.width()), number(r.height())));
+        }
     }
 
     void zone()

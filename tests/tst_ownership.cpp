@@ -3,12 +3,14 @@
 #include <gesture_api/configuration.h>
 #include <gesture_api/gestureservice.h>
 
+#include <QHash>
 #include <QPointer>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 using namespace vellix::gesture;
 using GestureList = GestureService::GestureList;
@@ -23,6 +25,82 @@ static Gesture *newGesture(const QList<Action *> &available, Action *defaultActi
 static Action *newAction(const char *path)
 {
     return new Action(QString::fromLatin1(path), {}, {});
+}
+
+static bool uses(const Gesture &gesture, Action *action)
+{
+    return gesture.defaultAction() == action || gesture.currentAction() == action
+            || gesture.availableActions().contains(action);
+}
+
+namespace {
+struct Model
+{
+    QList<QPointer<Action>> actions;
+    QList<Gesture *> gestures; // in the order of their creation
+    QHash<Action *, Gesture *> owners;
+
+    QList<Action *> living() const
+    {
+        QList<Action *> found;
+        for (const QPointer<Action> &action : actions) {
+            if (action)
+                found.append(action);
+        }
+        return found;
+    }
+
+    void keepLiving(QList<Action *> *list) const
+    {
+        const QList<Action *> known = living();
+        const auto isDead = [&known](Action *action) { return action && !known.contains(action); };
+        if (std::any_of(list->cbegin(), list->cend(), isDead))
+            list->erase(std::remove_if(list->begin(), list->end(), isDead), list->end());
+    }
+
+    Gesture *anyGesture(QRandomGenerator &random) const { return gestures.at(random.bounded(gestures.size())); }
+
+    void add(Gesture *gesture)
+    {
+        gestures.append(gesture);
+        for (Action *action : living()) {
+            if (uses(*gesture, action))
+                owners[action] = gesture;
+        }
+    }
+
+    void destroy(Gesture *gesture)
+    {
+        gestures.removeOne(gesture);
+        QList<Action *> orphans;
+        for (Action *action : living()) {
+            if (owners.value(action) != gesture)
+                continue;
+            const auto heir = std::find_if(gestures.crbegin(), gestures.crend(),
+                                           [action](const Gesture *user) { return uses(*user, action); });
+            if (heir == gestures.crend())
+                orphans.append(action);
+            else
+                owners[action] = *heir;
+        }
+        delete gesture;
+        for (Action *orphan : qAsConst(orphans))
+            QVERIFY(!living().contains(orphan));
+    }
+
+    void verify() const
+    {
+        const QList<Action *> known = living();
+        for (Action *action : known)
+            QCOMPARE(action->parent(), owners.value(action));
+        for (const Gesture *gesture : gestures) {
+            QVERIFY(!gesture->currentAction() || known.contains(gesture->currentAction()));
+            QVERIFY(!gesture->defaultAction() || known.contains(gesture->defaultAction()));
+            for (Action *action : gesture->availableActions())
+                QVERIFY(!action || known.contains(action));
+        }
+    }
+};
 }
 
 class tst_Ownership : public QObject
@@ -309,6 +387,98 @@ private Q_SLOTS:
             delete service;
         }
         QVERIFY(!action);
+    }
+
+    // Gestures with one list: the rows above have lists of their own.
+    void sharedListForgetsADeadAction()
+    {
+        QList<Action *> group;
+        for (const char *path : {"a", "b", "c", "a", "d", "e"})
+            group.append(newAction(path));
+        group.append(nullptr);
+        group.append(group.first());
+        const std::unique_ptr<Gesture> first(newGesture(group, group.at(1)));
+        const std::unique_ptr<Gesture> second(newGesture(group, group.at(2), group.at(0)));
+        const std::unique_ptr<Gesture> third(second->clone());
+        QSignalSpy changed(second.get(), &Gesture::currentActionChanged);
+        delete group.at(0);
+        delete group.at(4);
+        const QList<Action *> left{group.at(1), group.at(2), group.at(3), group.at(5), nullptr};
+        QCOMPARE(first->availableActions(), left);
+        QCOMPARE(second->availableActions(), left);
+        QCOMPARE(third->availableActions(), left);
+        QCOMPARE(second->currentAction(), nullptr);
+        QCOMPARE(changed.size(), 1);
+        const std::unique_ptr<Gesture> fourth(newGesture(first->availableActions()));
+        delete group.at(5);
+        QCOMPARE(fourth->availableActions().size(), 4);
+        QCOMPARE(first->availableActions().size(), 4);
+    }
+
+    void whoHearsOfADeadActionMaySeeAndUseTheSharedList()
+    {
+        QList<Action *> group;
+        for (const char *path : {"a", "b", "c", "d", "e", "f"})
+            group.append(newAction(path));
+        std::unique_ptr<Gesture> first(newGesture(group, group.at(0)));
+        const std::unique_ptr<Gesture> second(newGesture(group, group.at(0)));
+        std::vector<std::unique_ptr<Gesture>> more;
+        connect(second.get(), &Gesture::currentActionChanged, [&] {
+            QCOMPARE(first->availableActions().size(), 5);
+            more.emplace_back(newGesture(group)); // a list with the dead action in it
+            more.emplace_back(newGesture(group));
+            more.emplace_back(first->clone());
+            first.reset();
+        });
+        delete group.at(0);
+        QCOMPARE(more.size(), std::size_t(3));
+        for (const auto &gesture : more)
+            QCOMPARE(gesture->availableActions(), group.mid(1));
+        QCOMPARE(more.at(2)->defaultAction(), nullptr);
+        QCOMPARE(group.at(1)->parent(), more.at(2).get());
+    }
+
+    // Beside a model that knows, for each action, the order in which gestures were made with it.
+    void anyOrderOfSharingAndDestroying()
+    {
+        for (quint32 seed = 0; seed < 1000; ++seed) {
+            QRandomGenerator random(seed);
+            Model model;
+            for (int i = 0; i < 9; ++i)
+                model.actions.append(newAction(qPrintable(QString::number(i))));
+            const QList<Action *> all = model.living();
+            const QList<QList<Action *>> lists{all, all.mid(0, 6), all.mid(3), all.mid(2, 2),
+                                               all.mid(4) + QList<Action *>{nullptr, all.at(5), all.at(1)}};
+            for (int step = 0; step < 40; ++step) {
+                const int kind = random.bounded(10);
+                if (kind < 4 || model.gestures.isEmpty()) {
+                    QList<Action *> list = lists.at(random.bounded(lists.size()));
+                    model.keepLiving(&list); // shared with the others as long as all live
+                    const QList<Action *> known = model.living();
+                    if (known.isEmpty())
+                        break;
+                    model.add(newGesture(list, known.at(random.bounded(known.size())),
+                                         random.bounded(2) ? known.at(random.bounded(known.size())) : nullptr));
+                } else if (kind < 6) {
+                    model.add(model.anyGesture(random)->clone());
+                } else if (kind < 7) {
+                    const QList<Action *> known = model.living();
+                    if (!known.isEmpty())
+                        model.anyGesture(random)->setCurrentAction(known.at(random.bounded(known.size())));
+                } else if (kind < 9) {
+                    model.destroy(model.anyGesture(random));
+                } else {
+                    delete model.actions.at(random.bounded(model.actions.size())).data();
+                }
+                model.verify();
+                if (QTest::currentTestFailed())
+                    QFAIL(qPrintable(QStringLiteral("seed %1, step %2").arg(seed).arg(step)));
+            }
+            qDeleteAll(model.gestures);
+            for (const QPointer<Action> &action : qAsConst(model.actions))
+                QVERIFY(!action || !action->parent()); // no gesture has had it
+            qDeleteAll(model.living());
+        }
     }
 
     // A settings screen may clone, edit, merge back and destroy in any order.

@@ -3,6 +3,8 @@
 #include "dump.h"
 #include "qmllistproperty.h"
 
+#include <QMetaMethod>
+
 namespace vellix {
 namespace gesture {
 
@@ -11,7 +13,19 @@ Action::Action(QObject *parent) : Action(QString(), QStringList(), QList<Feature
 Action::Action(const QString &path, const QStringList &titles, const QList<Feature *> &features, QObject *parent)
     : QObject(parent), m_path(path), m_titles(titles), m_features(features)
 {
-    connect(this, &Action::titlesChanged, this, [this] { Q_EMIT lastTitleChanged(lastTitle()); });
+}
+
+// A file has thousands of actions, and few have listeners: a connection for each would cost more than the action.
+void Action::connectNotify(const QMetaMethod &signal)
+{
+    static const QMetaMethod lastTitle = QMetaMethod::fromSignal(&Action::lastTitleChanged);
+    if (signal == lastTitle)
+        connect(this, &Action::titlesChanged, this, &Action::announceLastTitle, Qt::UniqueConnection);
+}
+
+void Action::announceLastTitle()
+{
+    Q_EMIT lastTitleChanged(lastTitle());
 }
 
 QString Action::path() const

@@ -13,6 +13,14 @@ static Left<Error> fail(int line, const QString &message)
     return Left(Error({"../../../gesture_api/src/action", line}, message.toStdString()));
 }
 
+NewActions::~NewActions()
+{
+    for (Action *action : qAsConst(m_actions)) {
+        if (!action->parent())
+            delete action;
+    }
+}
+
 ActionReader::Index ActionReader::indexOf(const QList<Action *> &actions)
 {
     Index index;
@@ -27,6 +35,12 @@ ActionReader::Index ActionReader::indexOf(const QList<Action *> &actions)
 ActionReader::ActionReader(const Index &known, const Groups &groups, const FeaturesProvider *featuresProvider,
                            QObject *parent)
     : m_known(known), m_groups(groups), m_featuresProvider(featuresProvider), m_parent(parent)
+{
+}
+
+ActionReader::ActionReader(const Index &known, const Groups &groups, const FeaturesProvider *featuresProvider,
+                           NewActions *created)
+    : m_known(known), m_groups(groups), m_featuresProvider(featuresProvider), m_created(created)
 {
 }
 
@@ -91,7 +105,10 @@ Either<Error, Action *> ActionReader::definition(const QVariantMap &entry) const
 
     if (!path)
         return fail(__LINE__, QStringLiteral("'path' is obligatory field"));
-    return Right(new Action(path->toString(), titles.right(), required.right(), m_parent));
+    auto *action = new Action(path->toString(), titles.right(), required.right(), m_parent);
+    if (m_created)
+        m_created->add(action);
+    return Right(action);
 }
 
 Either<Error, QList<Action *>> ActionReader::list(const QVariant &v) const
@@ -116,6 +133,7 @@ Either<Error, QList<Action *>> ActionReader::group(const QString &name) const
 Either<Error, QList<Action *>> ActionReader::each(const QVariantList &entries) const
 {
     QList<Action *> actions;
+    actions.reserve(entries.size());
     for (const QVariant &entry : entries) {
         const auto read = action(entry);
         if (read.isLeft())
@@ -123,6 +141,27 @@ Either<Error, QList<Action *>> ActionReader::each(const QVariantList &entries) c
         actions.append(read.right());
     }
     return Right(actions);
+}
+
+static QList<Action *> supportedOf(const QList<Action *> &actions)
+{
+    QList<Action *> supported;
+    supported.reserve(actions.size());
+    std::copy_if(actions.cbegin(), actions.cend(), std::back_inserter(supported),
+                 [](const Action *action) { return action->supported(); });
+    return supported;
+}
+
+Either<Error, ActionReader::Groups> ActionReader::groups(const QVariantMap &section) const
+{
+    Groups groups;
+    for (auto group = section.cbegin(); group != section.cend(); ++group) {
+        const auto all = list(*group);
+        if (all.isLeft())
+            return Left(all.left());
+        groups.insert(groups.cend(), group.key(), supportedOf(all.right()));
+    }
+    return Right(groups);
 }
 
 Either<Error, Action *> ActionReader::firstSupported(const QVariantList &alternatives) const
@@ -175,28 +214,12 @@ Either<Error, QList<Action *>> Action::listFromVariant(const QVariant &v, const 
     return ActionReader(ActionReader::indexOf(actions), actionGroups, featuresProvider, parent).list(v);
 }
 
-static QList<Action *> supportedOf(const QList<Action *> &actions)
-{
-    QList<Action *> supported;
-    std::copy_if(actions.cbegin(), actions.cend(), std::back_inserter(supported),
-                 [](const Action *action) { return action->supported(); });
-    return supported;
-}
-
 Either<Error, QMap<QString, QList<Action *>>> Action::actionGroupsFromVariant(const QMap<QString, QVariant> &groups,
                                                                               const QList<Action *> &actions,
                                                                               const FeaturesProvider *featuresProvider,
                                                                               QObject *parent)
 {
-    const ActionReader reader(ActionReader::indexOf(actions), {}, featuresProvider, parent);
-    QMap<QString, QList<Action *>> table;
-    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-        const auto all = reader.list(*group);
-        if (all.isLeft())
-            return Left(all.left());
-        table.insert(group.key(), supportedOf(all.right()));
-    }
-    return Right(table);
+    return ActionReader(ActionReader::indexOf(actions), {}, featuresProvider, parent).groups(groups);
 }
 
 Either<Error, Action *> Action::firstSupportedFromVariant(const QList<QVariant> &list,

@@ -1,6 +1,7 @@
 #include <gesture_api/configuration.h>
 
 #include "fields.h"
+#include "gesturereader.h"
 #include "varianttype.h"
 
 #include <vellix/platform/vxcomponents.h>
@@ -17,7 +18,6 @@ static Left<Error> fail(int line, const QString &message)
 }
 
 using ZoneMap = QMap<QString, QRectF>;
-using ActionGroups = QMap<QString, QList<Action *>>;
 
 static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &predefined)
 {
@@ -26,7 +26,7 @@ static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &pr
         return Right(predefined);
     if (!isType(*section, QMetaType::QVariantMap))
         return fail(37, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("zones")));
-    return Gesture::zoneMapFromVariant(section->toMap(), predefined).map([&predefined](ZoneMap zones) {
+    return Gesture::zoneMapFromVariant(held<QVariantMap>(*section), predefined).map([&predefined](ZoneMap zones) {
         // A file cannot redefine an existing zone.
         for (auto zone = predefined.cbegin(); zone != predefined.cend(); ++zone)
             zones.insert(zone.key(), *zone);
@@ -35,25 +35,25 @@ static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &pr
 }
 
 static Either<Error, QList<Action *>> actionsOf(const QVariantMap &root, const FeaturesProvider *featuresProvider,
-                                                QObject *owner)
+                                                NewActions *created)
 {
     const QVariant *const section = field(root, QStringLiteral("actions"));
     if (!section)
         return Right(QList<Action *>());
     if (!isType(*section, QMetaType::QVariantList))
         return fail(46, QStringLiteral("'%1' field must be 'list'").arg(QStringLiteral("actions")));
-    return Action::listFromVariant(*section, featuresProvider, {}, {}, owner);
+    return ActionReader({}, {}, featuresProvider, created).list(*section);
 }
 
-static Either<Error, ActionGroups> actionGroupsOf(const QVariantMap &root, const QList<Action *> &actions,
-                                                  QObject *owner)
+static Either<Error, ActionReader::Groups> groupsOf(const QVariantMap &root, const ActionReader::Index &actions,
+                                                    NewActions *created)
 {
     const QVariant *const section = field(root, QStringLiteral("actionGroups"));
     if (!section)
-        return Right(ActionGroups());
+        return Right(ActionReader::Groups());
     if (!isType(*section, QMetaType::QVariantMap))
         return fail(55, QStringLiteral("'%1' field must be 'map'").arg(QStringLiteral("actionGroups")));
-    return Action::actionGroupsFromVariant(section->toMap(), actions, nullptr, owner);
+    return ActionReader(actions, {}, nullptr, created).groups(held<QVariantMap>(*section));
 }
 
 static Either<Error, QVariantList> entriesOf(const QVariantMap &root)
@@ -63,7 +63,7 @@ static Either<Error, QVariantList> entriesOf(const QVariantMap &root)
         return fail(76, QStringLiteral("'gestures' is obligatory field"));
     if (!isType(*section, QMetaType::QVariantList))
         return fail(73, QStringLiteral("'%1' field must be 'list'").arg(QStringLiteral("gestures")));
-    return Right(section->toList());
+    return Right(held<QVariantList>(*section));
 }
 
 static Either<Error, QList<Gesture *>> withUniqueIds(const QList<Gesture *> &gestures)
@@ -87,19 +87,20 @@ static Either<Error, QList<Gesture *>> gesturesOf(const QVariantMap &root, const
     if (zones.isLeft())
         return Left(zones.left());
 
-    QObject owner; // of the actions that no gesture takes over
-    const auto actions = actionsOf(root, featuresProvider, &owner);
+    NewActions created;
+    const auto actions = actionsOf(root, featuresProvider, &created);
     if (actions.isLeft())
         return Left(actions.left());
 
-    const auto groups = actionGroupsOf(root, actions.right(), &owner);
+    const ActionReader::Index index = ActionReader::indexOf(actions.right());
+    const auto groups = groupsOf(root, index, &created);
     if (groups.isLeft())
         return Left(groups.left());
 
+    const ActionReader reader(index, groups.right(), featuresProvider, &created);
     return entriesOf(root)
             .flatMap([&](const QVariantList &entries) {
-                return Gesture::listFromVariant(entries, featuresProvider, actions.right(), groups.right(),
-                                                zones.right(), bindings, parent);
+                return readGestures(entries, reader, zones.right(), bindings, parent);
             })
             .flatMap(withUniqueIds);
 }

@@ -52,10 +52,7 @@ Gesture::Gesture(const QString &id, const QStringList &modes, Kind kind, const Q
       m_availableActions(availableActions), m_defaultAction(defaultAction),
       m_currentAction(currentAction ? currentAction : defaultAction), m_serial(nextSerial()), m_features(features)
 {
-    for (Action *action : availableActions)
-        join(action);
-    join(m_defaultAction);
-    join(m_currentAction);
+    joinAll();
 }
 
 void Gesture::setCurrentAction(Action *action)
@@ -76,9 +73,10 @@ void Gesture::setCurrentAction(Action *action)
 
 ActionProxyNode *Gesture::actionTree() const
 {
-    if (!m_actionTree)
+    if (!m_hasTree)
         m_actionTree = ActionProxyNode::constructTree(m_availableActions, nullptr);
-    return *m_actionTree;
+    m_hasTree = true;
+    return m_actionTree;
 }
 
 QString Gesture::section() const
@@ -100,14 +98,27 @@ bool Gesture::supported() const
     return *m_supported;
 }
 
+static void appendCapitalized(QString *text, const QString &word)
+{
+    const int start = text->size();
+    text->append(word);
+    if (!word.isEmpty())
+        (*text)[start] = word.at(0).toUpper();
+}
+
 QString Gesture::formId(const QStringList &modes, Kind kind, const QString &zoneName, Direction direction)
 {
     static const QMetaEnum kinds = QMetaEnum::fromType<Kind>();
     static const QMetaEnum directions = QMetaEnum::fromType<Direction>();
-    const char *kindKey = kinds.valueToKey(kind);
-    const char *directionKey = directions.valueToKey(direction);
-    return StringUtils::capitalizeFirstOnEach(modes).join(QString()) + QString::fromLatin1(kindKey)
-            + StringUtils::capitalizeFirst(zoneName) + StringUtils::capitalizeFirst(QString::fromLatin1(directionKey));
+    QString id;
+    id.reserve(64);
+    for (const QString &mode : modes)
+        appendCapitalized(&id, mode);
+    id.append(QLatin1String(kinds.valueToKey(kind)));
+    appendCapitalized(&id, zoneName);
+    id.append(QLatin1String(directions.valueToKey(direction)));
+    id.squeeze();
+    return id;
 }
 
 Gesture::Direction Gesture::directionFromVec(double dx, double dy)
@@ -141,7 +152,6 @@ Gesture *Gesture::clone(QObject *parent) const
                        m_features, parent);
 }
 
-// Each action moves to the last of its users at once, not from one to the next.
 QList<Gesture *> Gesture::cloneList(const QList<Gesture *> &gestures, QObject *parent)
 {
     QList<Gesture *> clones;
@@ -152,10 +162,7 @@ QList<Gesture *> Gesture::cloneList(const QList<Gesture *> &gestures, QObject *p
                                             gesture->m_currentAction, gesture->m_features, parent, Later)
                               : nullptr);
     }
-    for (Gesture *clone : qAsConst(clones)) {
-        if (clone)
-            clone->takeActions();
-    }
+    takeActions(clones);
     return clones;
 }
 

@@ -1,12 +1,14 @@
-#include <gesture_api/gesture.h>
+#include "gesturereader.h"
 
-#include "actionreader.h"
 #include "fields.h"
 #include "varianttype.h"
 
 #include <vellix/stringutils.h>
 
 #include <QScopeGuard>
+
+#include <charconv>
+#include <cmath>
 
 namespace vellix {
 namespace gesture {
@@ -50,16 +52,13 @@ struct Touch
 };
 }
 
-/// Reads the entries of one list. Inline actions start as children of the reader; the gestures take theirs over. The
-/// order of the checks is behaviour: only the first fault is reported.
+/// Reads the entries of one list. The order of the checks is behaviour: only the first fault is reported.
 class GestureReader
 {
 public:
-    GestureReader(const FeaturesProvider *featuresProvider, const QList<Action *> &actions,
-                  const ActionReader::Groups &groups, const QMap<QString, QRectF> &zones,
+    GestureReader(const ActionReader &actions, const QMap<QString, QRectF> &zones,
                   const QMap<QString, QString> &bindings, QObject *parent)
-        : m_actions(ActionReader::indexOf(actions), groups, featuresProvider, &m_inlineActions), m_zones(zones),
-          m_bindings(bindings), m_parent(parent)
+        : m_actions(actions), m_zones(zones), m_bindings(bindings), m_parent(parent)
     {
     }
 
@@ -67,19 +66,22 @@ public:
     {
         return entryOf(entry).flatMap([this](const Entry &members) { return gestureOf(members); });
     }
+    Either<Error, QList<Gesture *>> readAll(const QVariantList &list) const;
 
 private:
     static Either<Error, Entry> entryOf(const QVariantMap &map);
     Either<Error, Gesture *> gestureOf(const Entry &entry) const;
+    QStringList modesOf(const QVariantList &names) const;
     Either<Error, Touch> touchOf(const Entry &entry) const;
     Either<Error, Action *> defaultActionOf(const Entry &entry, const QString &id) const;
     Either<Error, QList<Feature *>> featuresOf(const QVariant &names) const;
 
-    QObject m_inlineActions;
-    const ActionReader m_actions;
-    const QMap<QString, QRectF> m_zones;
-    const QMap<QString, QString> m_bindings;
+    const ActionReader &m_actions;
+    const QMap<QString, QRectF> &m_zones;
+    const QMap<QString, QString> &m_bindings;
     QObject *const m_parent;
+    mutable QStringList m_modeNames; // of the entry before, as written
+    mutable QStringList m_modes;
 };
 
 Either<Error, Entry> GestureReader::entryOf(const QVariantMap &map)
@@ -100,9 +102,22 @@ Either<Error, Entry> GestureReader::entryOf(const QVariantMap &map)
     return Right(entry);
 }
 
+// Entries in a row often have the same modes, and then share one list.
+QStringList GestureReader::modesOf(const QVariantList &names) const
+{
+    const auto isSame = [](const QVariant &value, const QString &name) {
+        return isType(value, QMetaType::QString) && held<QString>(value) == name;
+    };
+    if (!std::equal(names.cbegin(), names.cend(), m_modeNames.cbegin(), m_modeNames.cend(), isSame)) {
+        m_modeNames = QVariant(names).toStringList();
+        m_modes = StringUtils::sortedUnique(QStringList(m_modeNames));
+    }
+    return m_modes;
+}
+
 Either<Error, Touch> GestureReader::touchOf(const Entry &entry) const
 {
-    const QStringList modes = entry.modes ? StringUtils::sortedUnique(entry.modes->toStringList()) : QStringList();
+    const QStringList modes = entry.modes ? modesOf(held<QVariantList>(*entry.modes)) : QStringList();
     const auto kind = Gesture::kindFromVariant(*entry.kind);
     if (kind.isLeft())
         return Left(kind.left());
@@ -176,8 +191,9 @@ Either<Error, Gesture *> Gesture::fromVariant(const QVariantMap &entry, const Fe
                                               const QMap<QString, QRectF> &zones,
                                               const QMap<QString, QString> &bindings, QObject *parent)
 {
-    const GestureReader reader(featuresProvider, actions, actionGroups, zones, bindings, parent);
-    const auto gesture = reader.read(entry);
+    NewActions created;
+    const ActionReader reader(ActionReader::indexOf(actions), actionGroups, featuresProvider, &created);
+    const auto gesture = GestureReader(reader, zones, bindings, parent).read(entry);
     if (gesture.isRight())
         gesture.right()->takeActions();
     return gesture;
@@ -188,18 +204,27 @@ Gesture::listFromVariant(const QVariantList &list, const FeaturesProvider *featu
                          const QList<Action *> &actions, const QMap<QString, QList<Action *>> &actionGroups,
                          const QMap<QString, QRectF> &zones, const QMap<QString, QString> &bindings, QObject *parent)
 {
-    const GestureReader reader(featuresProvider, actions, actionGroups, zones, bindings, parent);
+    NewActions created;
+    const ActionReader reader(ActionReader::indexOf(actions), actionGroups, featuresProvider, &created);
+    return readGestures(list, reader, zones, bindings, parent);
+}
+
+Either<Error, QList<Gesture *>> readGestures(const QVariantList &list, const ActionReader &actions,
+                                             const QMap<QString, QRectF> &zones, const QMap<QString, QString> &bindings,
+                                             QObject *parent)
+{
+    return GestureReader(actions, zones, bindings, parent).readAll(list);
+}
+
+Either<Error, QList<Gesture *>> GestureReader::readAll(const QVariantList &list) const
+{
     QList<Gesture *> gestures;
     gestures.reserve(list.size());
-    // Each action moves to the last of its users at once, not from one to the next.
-    const auto settle = qScopeGuard([&gestures] {
-        for (Gesture *gesture : qAsConst(gestures))
-            gesture->takeActions();
-    });
+    const auto settle = qScopeGuard([&gestures] { Gesture::takeActions(gestures); });
     for (const QVariant &entry : list) {
         if (!isType(entry, QMetaType::QVariantMap))
             return fail(__LINE__, QStringLiteral("list of gestures must must contain maps"));
-        const auto gesture = reader.read(held<QVariantMap>(entry));
+        const auto gesture = read(held<QVariantMap>(entry));
         if (gesture.isLeft())
             return Left(gesture.left());
         gestures.append(gesture.right());
@@ -248,11 +273,20 @@ Either<Error, QMap<QString, QRectF>> Gesture::zoneMapFromVariant(const QVariantM
     return Right(own);
 }
 
+// As QString::number(number, 'g', 6), in a fraction of the time.
+static QByteArray textOf(double number)
+{
+    if (!std::isfinite(number) || number == 0) // which has no sign there
+        return QByteArray::number(number, 'g', 6);
+    char text[32];
+    const auto end = std::to_chars(std::begin(text), std::end(text), number, std::chars_format::general, 6).ptr;
+    return QByteArray(text, static_cast<int>(end - text));
+}
+
 static QString nameOf(const QRectF &r)
 {
-    const auto number = [](double value) { return QString::number(value, 'g', 6); };
-    return QLatin1Char('(') + number(r.x()) + QLatin1Char(',') + number(r.y()) + QLatin1Char(',') + number(r.width())
-            + QLatin1Char(',') + number(r.height()) + QLatin1Char(')');
+    return QLatin1String('(' + textOf(r.x()) + ',' + textOf(r.y()) + ',' + textOf(r.width()) + ',' + textOf(r.height())
+                         + ')');
 }
 
 Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,

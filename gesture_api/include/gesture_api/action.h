@@ -22,6 +22,7 @@ namespace vellix {
 namespace gesture {
 
 class Gesture;
+class Offer;
 
 /// One thing that a gesture can trigger. An action never changes. Lists, groups and gestures share it by pointer.
 /// It belongs to the gesture that was last created with it, or, before any gesture, to its `parent` or the caller. If
@@ -110,15 +111,25 @@ Q_SIGNALS:
     void supportedChanged(bool value);
     ///@}
 
+protected:
+    /// Emits lastTitleChanged() after titlesChanged() from the first listener on.
+    void connectNotify(const QMetaMethod &signal) override;
+
 private:
     friend class Gesture;
+    friend class Offer;
+
+    struct Users;
+
+    Gesture *lastUser() const;
+    void announceLastTitle();
 
     const QString m_path;
     const QStringList m_titles;
     const QList<Feature *> m_features;
     mutable std::optional<bool> m_supported;
     bool m_dying = false;
-    QList<Gesture *> m_users; // the existing gestures that use this action, in the order of their creation
+    Users *m_users = nullptr; // null before the first gesture
 };
 
 /// A node of the menu tree that the paths of actions form. Actions with the same leading path segments share the nodes

@@ -221,6 +221,7 @@ private:
     friend class Action;
     friend class GestureReader;
     friend class GestureService;
+    friend class Offer;
 
     enum Taking { Later }; // takeActions() is still to be called
 
@@ -228,10 +229,13 @@ private:
             const QList<Action *> &availableActions, Action *defaultAction, Action *currentAction,
             const QList<Feature *> &features, QObject *parent, Taking);
 
+    static void takeActions(const QList<Gesture *> &gestures);
     static QList<Gesture *> cloneList(const QList<Gesture *> &gestures, QObject *parent);
 
+    void joinAll();
     void join(Action *action);
     void takeActions();
+    void leaveAll();
     void leave(Action *action);
     static void leaveTogether(const QList<Gesture *> &gestures);
     QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
@@ -245,12 +249,14 @@ private:
     const Direction m_direction;
     QList<Action *> m_availableActions;
     Action *m_defaultAction;
-    mutable std::optional<QPointer<ActionProxyNode>> m_actionTree;
+    mutable QPointer<ActionProxyNode> m_actionTree;
+    Offer *m_offer = nullptr; // null if no other gesture has the same list
     Action *m_currentAction;
     const quintptr m_serial;   // greater for gestures created later
     mutable QString m_section; // null until section() is called
     const QList<Feature *> m_features;
     mutable std::optional<bool> m_supported;
+    mutable bool m_hasTree = false; // m_actionTree has been created, and may be null
     bool m_leaving = false;
     bool m_chosen = false; // a caller has set the current action since the load or the last save
 };

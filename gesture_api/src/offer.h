@@ -1,0 +1,50 @@
+#pragma once
+
+#include <gesture_api/gesture.h>
+
+#include <QVector>
+
+namespace vellix {
+namespace gesture {
+
+/// A list of available actions that several gestures share, such as a group, and these gestures. An action knows the
+/// offer instead of each gesture: otherwise a thousand gestures with a group of a thousand actions would need a million
+/// links. Gestures share a list if Qt shares its data: those that name one group, and clones, do.
+class Offer
+{
+public:
+    /// The offer of this list for one more gesture, or null if no other gesture shares the list. The second gesture of
+    /// a list creates the offer.
+    static Offer *of(const QList<Action *> &actions);
+
+    /// Adds a gesture that was created after all others.
+    void add(Gesture *gesture);
+    /// The last gesture destroys the offer.
+    void remove(Gesture *gesture);
+    void removeLeaving();
+    /// For an action that is being destroyed.
+    void forget(Action *action);
+
+    /// In the order of their creation.
+    const QVector<Gesture *> &users() const { return m_users; }
+
+private:
+    Offer(const QList<Action *> &actions, Gesture *first);
+    ~Offer();
+
+    QList<Action *> m_actions;
+    QVector<Gesture *> m_users;
+};
+
+/// The existing gestures that use an action. Those of an offer are not in the list, unless the action is also their
+/// default or current one.
+struct Action::Users
+{
+    bool isEmpty() const { return gestures.isEmpty() && offers.isEmpty(); }
+
+    QList<Gesture *> gestures; // in the order of their creation
+    QVector<Offer *> offers;   // each has at least one gesture
+};
+
+}
+}
