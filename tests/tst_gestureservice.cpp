@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <csignal>
 
 using namespace vellix;
@@ -293,6 +294,52 @@ private Q_SLOTS:
             found += byPoint != QLatin1String("none");
         }
         QVERIFY2(found > 500 && found < 4500, qPrintable(QString::number(found)));
+    }
+
+    // So many of one kind that the index divides the screen; with edges on and beside those of its parts.
+    void lookupAmongManyAnswersAsAWalkWould()
+    {
+        QRandomGenerator random(8);
+        const auto coordinate = [&] {
+            switch (random.bounded(24)) {
+            case 0: return qQNaN();
+            case 1: return qInf();
+            case 2: return -random.generateDouble();
+            case 3: return 1 + random.generateDouble();
+            case 4: return std::nextafter(random.bounded(17) / 16.0, random.bounded(2));
+            default: return random.bounded(2) ? random.bounded(17) / 16.0 : random.bounded(11) / 10.0;
+            }
+        };
+        const auto side = [&] {
+            switch (random.bounded(24)) {
+            case 0: return qQNaN();
+            case 1: return qInf();
+            case 2: return 0.0;
+            case 3: return -random.bounded(16) / 16.0;
+            default: return random.bounded(1, 8) / (random.bounded(2) ? 16.0 : 50.0);
+            }
+        };
+        for (int list = 0; list < 100; ++list) {
+            QObject owner;
+            QList<Gesture *> gestures;
+            for (int i = 0; i < 1 + list * 2; ++i) {
+                const QRectF zone(coordinate(), coordinate(), side(), side());
+                gestures.append(newGesture(QString::number(i), Gesture::Tap, zone, Gesture::NoDirection,
+                                           i % 3 ? QStringList() : QStringList("reader")));
+                gestures.last()->setParent(&owner);
+            }
+            const GestureService service(appPaths(), nullptr, true, GestureList([&] { return gestures; }), false);
+            for (int i = 0; i < 1000; ++i) {
+                const QPointF point(coordinate(), coordinate());
+                const QString mode = i % 2 ? "reader" : "other";
+                const auto hit = std::find_if(gestures.cbegin(), gestures.cend(), [&](const Gesture *gesture) {
+                    return (gesture->modes().isEmpty() || gesture->modes().contains(mode))
+                            && gesture->zone().contains(point);
+                });
+                QCOMPARE(idOf(service.findGesture(mode, Gesture::Tap, Gesture::NoDirection, point)),
+                         hit == gestures.cend() ? QString("none") : (*hit)->id());
+            }
+        }
     }
 
     // Such as a predicate that looks up the touch: the list that it gets is not the final one.

@@ -86,7 +86,7 @@ static Either<Error, QStringList> titlesOf(const QVariant *title, const QVariant
         return fail(__LINE__, QStringLiteral("'title' must be string. for type list<str> use 'titles'"));
     if (titles && !isType(*titles, QMetaType::QVariantList))
         return fail(__LINE__, QStringLiteral("'titles' must be list<str>. for type 'str' use 'title'"));
-    return Right(title ? QStringList(title->toString()) : titles->toStringList());
+    return Right(title ? QStringList(title->toString()) : textsOf(held<QVariantList>(*titles)));
 }
 
 // The order of the checks is behaviour: only the first fault is reported.

@@ -9,6 +9,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace vellix {
 namespace gesture {
@@ -109,7 +110,7 @@ QStringList GestureReader::modesOf(const QVariantList &names) const
         return isType(value, QMetaType::QString) && held<QString>(value) == name;
     };
     if (!std::equal(names.cbegin(), names.cend(), m_modeNames.cbegin(), m_modeNames.cend(), isSame)) {
-        m_modeNames = QVariant(names).toStringList();
+        m_modeNames = textsOf(names);
         m_modes = StringUtils::sortedUnique(QStringList(m_modeNames));
     }
     return m_modes;
@@ -273,20 +274,25 @@ Either<Error, QMap<QString, QRectF>> Gesture::zoneMapFromVariant(const QVariantM
     return Right(own);
 }
 
-// As QString::number(number, 'g', 6), in a fraction of the time.
-static QByteArray textOf(double number)
+// As QString::number(number, 'g', 6), in a fraction of the time. Returns the end of the text.
+static char *write(char *text, double number)
 {
-    if (!std::isfinite(number) || number == 0) // which has no sign there
-        return QByteArray::number(number, 'g', 6);
-    char text[32];
-    const auto end = std::to_chars(std::begin(text), std::end(text), number, std::chars_format::general, 6).ptr;
-    return QByteArray(text, static_cast<int>(end - text));
+    if (!std::isfinite(number))
+        return stpcpy(text, QByteArray::number(number).constData());
+    const double unsignedZero = number == 0 ? 0 : number;
+    return std::to_chars(text, text + 20, unsignedZero, std::chars_format::general, 6).ptr;
 }
 
 static QString nameOf(const QRectF &r)
 {
-    return QLatin1String('(' + textOf(r.x()) + ',' + textOf(r.y()) + ',' + textOf(r.width()) + ',' + textOf(r.height())
-                         + ')');
+    char text[100];
+    char *end = text;
+    for (const double number : {r.x(), r.y(), r.width(), r.height()}) {
+        *end = end == text ? '(' : ',';
+        end = write(end + 1, number);
+    }
+    *end++ = ')';
+    return QString::fromLatin1(text, static_cast<int>(end - text));
 }
 
 Either<Error, QRectF> Gesture::zoneFromVariant(const QVariant &value, const QMap<QString, QRectF> &zones,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QVariant>
 
 namespace vellix {
@@ -16,6 +17,16 @@ template <class T>
 const T &held(const QVariant &v)
 {
     return *static_cast<const T *>(v.constData());
+}
+
+/// As QVariant::toStringList().
+inline QStringList textsOf(const QVariantList &values)
+{
+    QStringList texts;
+    texts.reserve(values.size());
+    for (const QVariant &value : values)
+        texts.append(isType(value, QMetaType::QString) ? held<QString>(value) : value.toString());
+    return texts;
 }
 
 }
