@@ -5,6 +5,7 @@
 #include <vellix/platform/vxcomponents.h>
 
 #include <QJsonDocument>
+#include <QRandomGenerator>
 #include <QScopeGuard>
 
 #include <sstream>
@@ -321,6 +322,32 @@ private Q_SLOTS:
         QVERIFY2(saved.isRight(), qPrintable(saved.isLeft() ? saved.left() : QString()));
         QCOMPARE(saved.right(), qint64(expected.size()));
         QCOMPARE(testing::readFile(path(tree)), expected);
+    }
+
+    // Of any characters, also ones that are no text: control characters, halves of pairs, the end of ASCII.
+    void savedBytesAreTheDocument()
+    {
+        QRandomGenerator random(1);
+        const QString odd =
+                QString::fromUtf8("\"\\/\b\f\n\r\t\x01\x1f ~\x7f\u0080äß€\ufffe\uffff") + QChar(0xd83d) + QChar(0xde00);
+        const auto anyText = [&] {
+            QString text;
+            const int kind = random.bounded(3);
+            for (int size = random.bounded(6); size > 0; --size)
+                text += kind == 0   ? QChar(random.bounded(0x20, 0x7f))
+                        : kind == 1 ? odd.at(random.bounded(odd.size()))
+                                    : QChar(random.bounded(0x10000));
+            return text;
+        };
+        const testing::DataTree tree;
+        for (int i = 0; i < 40; ++i) {
+            Gestures gestures;
+            for (int size = i + random.bounded(8); size > 0; --size)
+                gestures.add(anyText(), nullptr, new Action(anyText(), {}, {}));
+            VERIFY_SAVED(path(tree), gestures);
+            QCOMPARE(testing::readFile(path(tree)),
+                     QJsonDocument::fromVariant(ActionBindings::toVariant(gestures.list)).toJson());
+        }
     }
 
     void savedFile_data()

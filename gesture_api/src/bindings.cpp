@@ -9,9 +9,10 @@
 #include <vellix/platform/vxcomponents.h>
 #include <vellix/resolvedpath.h>
 
+#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 
+#include <algorithm>
 #include <ostream>
 
 namespace vellix {
@@ -85,16 +86,36 @@ QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestur
     return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
 }
 
-// The same as toVariant(), without the detour through variants. Inserts in order: each insertion moves all later
-// members.
+static void appendString(QByteArray *text, const QString &value)
+{
+    const auto isPlain = [](QChar c) { return c >= u' ' && c < u'\x7f' && c != u'"' && c != u'\\'; };
+    if (!std::all_of(value.cbegin(), value.cend(), isPlain)) {
+        const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+        text->append(list.constData() + 1, list.size() - 2); // without the brackets
+        return;
+    }
+    const int start = text->size();
+    text->resize(start + value.size() + 2);
+    char *const quoted = text->data() + start;
+    quoted[0] = quoted[value.size() + 1] = '"';
+    std::transform(value.cbegin(), value.cend(), quoted + 1, [](QChar c) { return c.toLatin1(); });
+}
+
+// Writes the text of the document as QJsonDocument does, which would need several times as long.
 QByteArray bindingsText(const Bindings &bindings)
 {
-    QJsonObject actions;
-    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding)
-        actions.insert(binding.key(), *binding);
-    const QJsonObject document{{QStringLiteral("version"), Configuration::ActionBindings::version},
-                               {QStringLiteral("actions"), actions}};
-    return QJsonDocument(document).toJson(QJsonDocument::Indented);
+    QByteArray text;
+    text.reserve(64 + bindings.size() * 80);
+    text.append("{\n    \"actions\": {\n");
+    for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding) {
+        text.append(binding == bindings.cbegin() ? "        " : ",\n        ");
+        appendString(&text, binding.key());
+        text.append(": ");
+        appendString(&text, *binding);
+    }
+    text.append(bindings.isEmpty() ? "    },\n" : "\n    },\n");
+    text.append("    \"version\": ").append(QByteArray::number(Configuration::ActionBindings::version)).append("\n}\n");
+    return text;
 }
 
 Either<QString, qint64> Configuration::ActionBindings::saveJson(const QString &fileName,
