@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the shared object itself: linkage.sh LIBRARY
+# Checks the shared object itself, and the host's libraries if they are given: linkage.sh LIBRARY [HOST_LIBRARY...]
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "linkage.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -22,3 +22,8 @@ other=$(grep -vE "^[A-Z] (app_name\(\)$|(typeinfo|typeinfo name|vtable) for $boo
 [ -z "$other" ] || fail "exported, but not meant to be: $other"
 hidden=$(grep -E 'ActionReader|GestureIndex|writeAtomically|makeDirectoriesFor|indentText' <<<"$symbols" || true)
 [ -z "$hidden" ] || fail "exported but internal: $hidden"
+
+# <iostream> sets up all streams and locales of the process when a library is loaded.
+for each in "$@"; do
+    if [[ $(nm -DC --undefined-only "$each") == *'std::ios_base::Init::Init()'* ]]; then fail "$each includes <iostream>"; fi
+done
