@@ -3,6 +3,7 @@
 #include "descriptor.h"
 #include "varianttype.h"
 
+#include <vellix/platform/vxcomponents.h>
 #include <vellix/resolvedpath.h>
 
 #include <QCoreApplication>
@@ -100,7 +101,8 @@ static QString openAtOnce(QFile &file)
     return open ? QString() : qt_error_string(errno);
 }
 
-Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
+// Reads a file that the platform's loader refuses, to say why in this family's own words.
+static Either<Error, QVariant> refusedJson(const QString &path)
 {
     const QString resolved = resolvedPath(path);
     const auto unreadable = [&resolved](int line, const QString &reason) {
@@ -123,7 +125,14 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::load
         return unreadable(__LINE__, QStringLiteral("file to open is a directory"));
     if (known && !S_ISREG(status.st_mode))
         return unreadable(__LINE__, QStringLiteral("Not a regular file"));
-    return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
+    return Right(QJsonDocument::fromJson(file.readAll()).toVariant());
+}
+
+Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
+{
+    // The configuration comes through the same reader, so that a start needs no other.
+    const Either<Error, QVariant> value = components::VariantLoader::loadJson(path);
+    return value.isRight() ? fromVariant(value.right()) : refusedJson(path).flatMap(fromVariant);
 }
 
 Either<Error, ApplicationPaths> ApplicationPathsConfiguration::appPaths(const QString &appId) const
