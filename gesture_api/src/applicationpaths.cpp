@@ -11,7 +11,9 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <limits.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vellix {
 namespace gesture {
@@ -143,8 +145,22 @@ Either<Error, ApplicationPaths> ApplicationPathsConfiguration::appPaths(const QS
     return Right(ApplicationPaths(appId, m_currentPath + file, m_defaultPath + file));
 }
 
+// The file of this program as the kernel names it, without links; empty if it is not there any more.
+static QByteArray programFile()
+{
+    char path[PATH_MAX];
+    const ssize_t size = readlink("/proc/self/exe", path, sizeof path - 1);
+    path[qMax<ssize_t>(size, 0)] = '\0';
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) ? QByteArray(path) : QByteArray();
+}
+
 QString ApplicationPathsConfiguration::currentAppId()
 {
+    // Qt gives the same answer, but it formats, walks and keeps paths for it, which a start would not need otherwise.
+    const QByteArray file = QCoreApplication::instance() ? programFile() : QByteArray();
+    if (!file.isEmpty())
+        return QFile::decodeName(file.mid(file.lastIndexOf('/') + 1));
     return QFileInfo(QCoreApplication::applicationFilePath()).fileName();
 }
 
