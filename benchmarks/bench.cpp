@@ -1,6 +1,6 @@
 // Compares the cost of the library with the unavoidable work. `bench` prints the table and fails if a ratio is more
 // than 15 % over its target; `bench GROUP...` runs some of its groups; `bench --series` prints load and lookup against
-// the number of gestures.
+// the number of gestures; `bench --tree DIRECTORY` writes the data of the size S, for a program that is started alone.
 //
 // Own code instead of Google Benchmark: that runs one side's repetitions after the other's, or in a random order, and
 // has no ratios. Here the two sides of each row take turns and every turn has its own ratio.
@@ -42,6 +42,10 @@ int main(int argc, char *argv[])
     const QStringList wanted = app.arguments().mid(1);
     if (wanted == QStringList("--series"))
         return printSeries();
+    if (wanted.value(0) == "--tree" && wanted.size() == 2) {
+        writeSampleTree(wanted.last(), sizeS);
+        return 0;
+    }
 
     for (const QString &name : wanted) {
         const auto known = [&name](const auto &group) { return group.first == name; };

@@ -183,20 +183,30 @@ std::vector<Touch> sampleTouches(const QList<Gesture *> &gestures)
     return touches;
 }
 
-SampleTree::SampleTree(const Size &size)
+static QString defaultFileIn(const QString &directory)
 {
-    qputenv("XDG_DATA_DIRS", QFile::encodeName(m_directory.filePath("system")));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory.filePath("user")));
-    writeFile(defaultFile(), sampleConfiguration(size));
-    writeFile(m_directory.filePath("system/vellix/config/gestures/application_paths.json"),
+    return directory + "/system/vellix/config/gestures/apps/default/sample/cfg.json";
+}
+
+void writeSampleTree(const QString &directory, const Size &size)
+{
+    writeFile(defaultFileIn(directory), sampleConfiguration(size));
+    writeFile(directory + "/system/vellix/config/gestures/application_paths.json",
               R"({"current": "${USERDATA}/gestures/apps/current",
                   "default": "${SYSTEMDATA}/config/gestures/apps/default",
                   "filename": "cfg.json"})");
 }
 
+SampleTree::SampleTree(const Size &size)
+{
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(m_directory.filePath("system")));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(m_directory.filePath("user")));
+    writeSampleTree(m_directory.path(), size);
+}
+
 QString SampleTree::defaultFile() const
 {
-    return m_directory.filePath("system/vellix/config/gestures/apps/default/sample/cfg.json");
+    return defaultFileIn(m_directory.path());
 }
 
 QString SampleTree::userFile() const

@@ -48,7 +48,10 @@ std::vector<Touch> sampleTouches(const QList<vellix::gesture::Gesture *> &gestur
 /// Whether this gesture matches the touch, in the plainest possible code.
 bool matches(const vellix::gesture::Gesture &gesture, const Touch &touch);
 
-/// The data directories of a machine with one application, "sample"; this process uses them from then on.
+/// Writes the data directories of a machine with one application, "sample": `system` and `user` in this directory.
+void writeSampleTree(const QString &directory, const Size &size);
+
+/// Such directories, for a while; this process uses them from then on.
 class SampleTree
 {
 public:

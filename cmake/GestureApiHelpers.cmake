@@ -41,6 +41,16 @@ function(gesture_api_precompile target)
     endif()
 endfunction()
 
+# Binds a library to its own functions when it is linked: no start looks them up. In a program without -fPIC a signal
+# could then have another address than in the library, and a connection to it would fail. Only a Qt that is linked this
+# way, too, gives all its programs that option.
+function(gesture_api_bind_functions target)
+    get_target_property(options Qt5::Core INTERFACE_COMPILE_OPTIONS)
+    if(options MATCHES "-fPIC")
+        target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+    endif()
+endfunction()
+
 # Adds a shared library of this project: versioned, installed and exported as GestureApi::NAME.
 function(gesture_api_shared_library target)
     add_library(${target} SHARED ${ARGN})
@@ -50,7 +60,8 @@ function(gesture_api_shared_library target)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
         INSTALL_RPATH "$ORIGIN") # finds its neighbours under any prefix
-    target_link_options(${target} PRIVATE -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--as-needed -Wl,-O1)
+    gesture_api_bind_functions(${target})
     if(NOT CMAKE_CXX_FLAGS MATCHES "sanitize") # only programs have the sanitizers' runtime
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the shared object itself: linkage.sh LIBRARY
+# Checks the shared object itself, and the host's libraries if they are given: linkage.sh LIBRARY [HOST_LIBRARY...]
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "linkage.sh: failed: $BASH_COMMAND" >&2' ERR
@@ -22,3 +22,17 @@ other=$(grep -vE "^[A-Z] (app_name\(\)$|(typeinfo|typeinfo name|vtable) for $boo
 [ -z "$other" ] || fail "exported, but not meant to be: $other"
 hidden=$(grep -E 'ActionReader|GestureIndex|writeAtomically|makeDirectoriesFor|indentText' <<<"$symbols" || true)
 [ -z "$hidden" ] || fail "exported but internal: $hidden"
+
+# <iostream> sets up all streams and locales of the process when a library is loaded.
+for each in "$@"; do
+    if [[ $(nm -DC --undefined-only "$each") == *'std::ios_base::Init::Init()'* ]]; then fail "$each includes <iostream>"; fi
+done
+
+# A start must not look up a library's own functions. (With a Qt that looks up its own, the build leaves it so.)
+[ $# -gt 1 ] || exit 0
+for each in "$@"; do
+    own=$(nm -D --defined-only --format=posix "$each" | awk '$2 ~ /^[TW]$/ { print $1 }' | sort)
+    called=$(readelf -rW "$each" | awk '$3 ~ /JUMP_SL/ { print $5 }' | sort)
+    both=$(comm -12 <(echo "$own") <(echo "$called") | sed '/^$/d')
+    [ -z "$both" ] || fail "$each looks up its own functions: $both"
+done

@@ -373,8 +373,11 @@ private Q_SLOTS:
 
     void currentAppId()
     {
+        if (qEnvironmentVariableIsSet("REMOVED_PROGRAM"))
+            QVERIFY(QFile::remove(qEnvironmentVariable("REMOVED_PROGRAM")));
         QCOMPARE(Rules::currentAppId(),
                  qEnvironmentVariable("EXPECTED_APP_ID", QStringLiteral("tst_applicationpaths")));
+        QCOMPARE(Rules::currentAppId(), QFileInfo(QCoreApplication::applicationFilePath()).fileName());
     }
 
     void currentAppIdIsNotWhatTheProgramCallsItself()
@@ -387,16 +390,47 @@ private Q_SLOTS:
         QCOMPARE(now, id);
     }
 
-    void currentAppIdKeepsAnExtension()
+    void currentAppIdOfAProgram_data()
     {
+        QTest::addColumn<QString>("started"); // of the files below
+        QTest::addColumn<QString>("removed");
+        QTest::addColumn<QString>("expected");
+        const QString none;
+        QTest::newRow("an extension stays") << "my.reader.bin" << none << "my.reader.bin";
+        QTest::newRow("a link is followed") << "link" << none << "my.reader.bin";
+        QTest::newRow("a chain of links, too") << "link to the link" << none << "my.reader.bin";
+        QTest::newRow("a linked directory") << "linked/my.reader.bin" << none << "my.reader.bin";
+        QTest::newRow("beyond ASCII") << QString::fromUtf8("lesegerät") << none << QString::fromUtf8("lesegerät");
+        QTest::newRow("a name like that of a removed program") << "my (deleted)" << none << "my (deleted)";
+        QTest::newRow("removed: the name that Qt knows") << "my.reader.bin"
+                                                         << "my.reader.bin"
+                                                         << "my.reader.bin";
+        QTest::newRow("removed, and started by a link") << "link"
+                                                        << "my.reader.bin"
+                                                        << "my.reader.bin";
+    }
+
+    void currentAppIdOfAProgram()
+    {
+        QFETCH(QString, started);
+        QFETCH(QString, removed);
+        QFETCH(QString, expected);
         QTemporaryDir directory;
-        const QString copy = directory.filePath(QStringLiteral("my.reader.bin"));
-        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
-        qputenv("EXPECTED_APP_ID", "my.reader.bin");
+        const QByteArray root = QFile::encodeName(directory.path());
+        for (const char *name : {"my.reader.bin", "lesegerät", "my (deleted)"})
+            QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), directory.filePath(QString::fromUtf8(name))));
+        QCOMPARE(symlink("my.reader.bin", root + "/link"), 0);
+        QCOMPARE(symlink("link", root + "/link to the link"), 0);
+        QCOMPARE(symlink(".", root + "/linked"), 0);
+
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("EXPECTED_APP_ID"), expected);
+        if (!removed.isEmpty())
+            environment.insert(QStringLiteral("REMOVED_PROGRAM"), directory.filePath(removed));
         QProcess process;
-        process.start(copy, {QStringLiteral("currentAppId")});
+        process.setProcessEnvironment(environment);
+        process.start(directory.filePath(started), {QStringLiteral("currentAppId")});
         QVERIFY(process.waitForFinished(testing::patience));
-        qunsetenv("EXPECTED_APP_ID");
         QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
                  process.readAllStandardOutput().constData());
     }

@@ -3,6 +3,7 @@
 #include "descriptor.h"
 #include "varianttype.h"
 
+#include <vellix/platform/vxcomponents.h>
 #include <vellix/resolvedpath.h>
 
 #include <QCoreApplication>
@@ -10,7 +11,9 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <limits.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vellix {
 namespace gesture {
@@ -100,7 +103,8 @@ static QString openAtOnce(QFile &file)
     return open ? QString() : qt_error_string(errno);
 }
 
-Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
+// Reads a file that the platform's loader refuses, to say why in this family's own words.
+static Either<Error, QVariant> refusedJson(const QString &path)
 {
     const QString resolved = resolvedPath(path);
     const auto unreadable = [&resolved](int line, const QString &reason) {
@@ -123,7 +127,14 @@ Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::load
         return unreadable(__LINE__, QStringLiteral("file to open is a directory"));
     if (known && !S_ISREG(status.st_mode))
         return unreadable(__LINE__, QStringLiteral("Not a regular file"));
-    return fromVariant(QJsonDocument::fromJson(file.readAll()).toVariant());
+    return Right(QJsonDocument::fromJson(file.readAll()).toVariant());
+}
+
+Either<Error, ApplicationPathsConfiguration> ApplicationPathsConfiguration::loadJson(const QString &path)
+{
+    // The configuration comes through the same reader, so that a start needs no other.
+    const Either<Error, QVariant> value = components::VariantLoader::loadJson(path);
+    return value.isRight() ? fromVariant(value.right()) : refusedJson(path).flatMap(fromVariant);
 }
 
 Either<Error, ApplicationPaths> ApplicationPathsConfiguration::appPaths(const QString &appId) const
@@ -134,8 +145,22 @@ Either<Error, ApplicationPaths> ApplicationPathsConfiguration::appPaths(const QS
     return Right(ApplicationPaths(appId, m_currentPath + file, m_defaultPath + file));
 }
 
+// The file of this program as the kernel names it, without links; empty if it is not there any more.
+static QByteArray programFile()
+{
+    char path[PATH_MAX];
+    const ssize_t size = readlink("/proc/self/exe", path, sizeof path - 1);
+    path[qMax<ssize_t>(size, 0)] = '\0';
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) ? QByteArray(path) : QByteArray();
+}
+
 QString ApplicationPathsConfiguration::currentAppId()
 {
+    // Qt gives the same answer, but it formats, walks and keeps paths for it, which a start would not need otherwise.
+    const QByteArray file = QCoreApplication::instance() ? programFile() : QByteArray();
+    if (!file.isEmpty())
+        return QFile::decodeName(file.mid(file.lastIndexOf('/') + 1));
     return QFileInfo(QCoreApplication::applicationFilePath()).fileName();
 }
 

@@ -1,6 +1,6 @@
 #include <vellix/platform/baseutil.h>
 
-#include <iostream>
+#include <cstdio>
 #include <sstream>
 
 namespace vellix {
@@ -49,7 +49,10 @@ static void writeLine(const char *level, const std::string &file, int line, cons
     if (writer)
         writer(text);
     text << " [" << CodeLocation::toString(file, line) << ", " << function << ']';
-    std::cerr << printable(text.str()) + '\n' << std::flush;
+    // Not std::cerr: its header would set up the streams and locales of every program that starts.
+    const std::string record = printable(text.str()) + '\n';
+    std::fwrite(record.data(), 1, record.size(), stderr);
+    std::fflush(stderr);
 }
 
 void error(const std::string &file, int line, const std::string &function, const Writer &writer)

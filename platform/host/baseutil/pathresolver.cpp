@@ -1,3 +1,5 @@
+#include "../takefirst.h"
+
 #include <vellix/platform/baseutil.h>
 
 #include <limits.h>
@@ -6,12 +8,12 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <sstream>
+#include <string_view>
 
 namespace vellix {
 
 // A relative path depends on the working directory of the program: it counts as unset.
-static bool isAbsolute(const std::string &path)
+static bool isAbsolute(std::string_view path)
 {
     return !path.empty() && path.front() == '/';
 }
@@ -45,14 +47,14 @@ static std::string userDataDirectory()
 }
 
 // The first directory that has our subdirectory, else our subdirectory of the first one; empty without any directory.
-static std::string systemDataDirectory(const std::string &list)
+static std::string systemDataDirectory(std::string_view list)
 {
-    std::istringstream directories(list);
     std::string first;
-    for (std::string directory; std::getline(directories, directory, ':');) {
+    while (!list.empty()) {
+        const std::string_view directory = takeFirst(list, ':');
         if (!isAbsolute(directory))
             continue;
-        const std::string candidate = directory + "/vellix";
+        const std::string candidate = std::string(directory) + "/vellix";
         if (isDirectory(candidate))
             return candidate;
         if (first.empty())
@@ -68,13 +70,13 @@ static std::string systemDataDirectory()
 }
 
 // Whether the part after a prefix stays below its directory, judged by the names alone.
-static bool staysBelow(const std::string &rest)
+static bool staysBelow(std::string_view rest)
 {
     if (!rest.empty() && rest.front() != '/')
         return false;
-    std::istringstream names(rest);
     int depth = 0;
-    for (std::string name; depth >= 0 && std::getline(names, name, '/');) {
+    while (depth >= 0 && !rest.empty()) {
+        const std::string_view name = takeFirst(rest, '/');
         if (name == "..")
             --depth;
         else if (!name.empty() && name != ".")

@@ -1,9 +1,10 @@
 #include <vellix/platform/devcaps.h>
 #include <vellix/platform/host.h>
 
+#include <dirent.h>
+
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <initializer_list>
 #include <vector>
 
@@ -16,12 +17,16 @@ namespace devcaps {
 static std::vector<std::string> entries(const std::string &directory)
 {
     std::vector<std::string> names;
-    std::error_code ignored;
-    for (std::filesystem::directory_iterator it(directory, ignored), end; it != end; it.increment(ignored)) {
-        std::string name = it->path().filename().string();
+    DIR *const stream = opendir(directory.c_str());
+    while (const dirent *entry = stream ? readdir(stream) : nullptr) {
+        std::string name = entry->d_name;
+        if (name == "." || name == "..")
+            continue;
         std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
         names.push_back(name);
     }
+    if (stream)
+        closedir(stream);
     return names;
 }
 

@@ -1,3 +1,5 @@
+#include "../takefirst.h"
+
 #include <vellix/platform/slateview.h>
 
 #include <unistd.h>
@@ -5,15 +7,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
 #include <string>
 
 static bool isOnPath(const char *program)
 {
     const char *path = std::getenv("PATH");
-    std::istringstream directories(path ? path : "");
-    for (std::string directory; std::getline(directories, directory, ':');) {
-        if (access((directory + "/" + program).c_str(), X_OK) == 0)
+    std::string_view directories = path ? path : "";
+    while (!directories.empty()) {
+        const std::string directory(vellix::takeFirst(directories, ':'));
+        if (access((directory + '/' + program).c_str(), X_OK) == 0)
             return true;
     }
     return false;

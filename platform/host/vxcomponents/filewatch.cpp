@@ -218,7 +218,8 @@ namespace fs {
 
 QObject *__watchFileChange(const QString &path, QObject *context, const std::function<void()> &callback)
 {
-    return new FileWatch(QFile::encodeName(QDir::current().absoluteFilePath(path)), callback, context);
+    const QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::current().absoluteFilePath(path);
+    return new FileWatch(QFile::encodeName(absolute), callback, context);
 }
 
 }
