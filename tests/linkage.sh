@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Checks the shared object itself: linkage.sh LIBRARY
+# Checks the shared objects themselves: linkage.sh LIBRARY COMPONENTS
 set -Eeuo pipefail
 shopt -s inherit_errexit
 trap 'echo "linkage.sh: failed: $BASH_COMMAND" >&2' ERR
 library=$1
+components=$2
 
 fail() { echo "$*" >&2; exit 1; }
 
@@ -22,3 +23,9 @@ other=$(grep -vE "^[A-Z] (app_name\(\)$|(typeinfo|typeinfo name|vtable) for $boo
 [ -z "$other" ] || fail "exported, but not meant to be: $other"
 hidden=$(grep -E 'ActionReader|GestureIndex|writeAtomically|makeDirectoriesFor|indentText' <<<"$symbols" || true)
 [ -z "$hidden" ] || fail "exported but internal: $hidden"
+
+# The host's reader of JSON consists of another library's headers, which a program may use, too.
+components_symbols=$(nm -DC --defined-only "$components")
+grep -q 'VariantLoader::loadJson' <<<"$components_symbols" || fail "loadJson is not exported"
+reader=$(grep -iE 'rapidjson|readJson|readFile|StringCache' <<<"$components_symbols" || true)
+[ -z "$reader" ] || fail "exported by the components, but internal: $reader"
