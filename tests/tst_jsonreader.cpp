@@ -114,6 +114,22 @@ private Q_SLOTS:
         QCOMPARE(described(read), described(QJsonDocument::fromJson(text).toVariant()));
     }
 
+    // RapidJSON alone rounds some of them to the neighbour of the nearest double.
+    void manyDigits()
+    {
+        QByteArrayList numbers;
+        for (qint64 digits = 9007199254740993; digits < 9007199254741393; ++digits) {
+            for (int place = 1; place < 16; ++place)
+                numbers.append(QByteArray::number(digits).insert(place, '.'));
+            for (const char *exponent : {"E+10", "e+22", "E-30", "e-300", "E3", "e290"})
+                numbers.append('-' + QByteArray::number(digits) + exponent);
+        }
+        const QByteArray text = '[' + numbers.join(',') + ']';
+        QVariant read;
+        QVERIFY(readJson(text, &read));
+        QCOMPARE(described(read), described(QJsonDocument::fromJson(text).toVariant()));
+    }
+
     // Blanks and strings of all lengths, at all distances from the end.
     void alignment()
     {
