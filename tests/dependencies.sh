@@ -11,8 +11,8 @@ export LC_ALL=C
 
 expect() { # WHAT PACKAGE OPTION...
     local said
-    said=$(cmake -S "$source" -B "$work/build" -G Ninja -U 'CMAKE_DISABLE_FIND_PACKAGE_*' -DGESTURE_API_BENCHMARKS=ON \
-        "${@:3}" 2>&1 | tr -s ' \n' ' ' || true)
+    said=$(cmake -S "$source" -B "$work/build" -G Ninja -U 'CMAKE_DISABLE_FIND_PACKAGE_*' -U GESTURE_API_TOOLS \
+        -DGESTURE_API_BENCHMARKS=ON "${@:3}" 2>&1 | tr -s ' \n' ' ' || true)
     grep -qF "$1 is missing: install the Debian package $2 " <<<"$said" || { echo "without $1: $said" >&2; return 1; }
     grep -qE "[ (]$2( |\)|$)" "$source/scripts/setup" || { echo "scripts/setup does not install $2" >&2; return 1; }
 }
@@ -23,6 +23,9 @@ packages=$(grep -hoP 'gesture_api_require\(\K[^)]*' "$source/CMakeLists.txt" "$s
 while read -r name version package; do
     expect "$name $version" "$package" "-DCMAKE_DISABLE_FIND_PACKAGE_$name=ON"
 done <<<"$packages"
+
+# The host's libraries also need it without the tools.
+expect 'RapidJSON 1.1' rapidjson-dev -DCMAKE_DISABLE_FIND_PACKAGE_RapidJSON=ON -DGESTURE_API_TOOLS=OFF
 
 # Hides all programs of the path and of the system's directories.
 for program in help2man ccache; do

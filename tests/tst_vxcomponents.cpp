@@ -12,12 +12,16 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <functional>
 #include <future>
+#include <utility>
 
 using namespace vellix;
 using namespace vellix::components;
@@ -25,6 +29,28 @@ using vellix::gesture::ApplicationPathsConfiguration;
 
 using Load = QString (*)(const QString &);
 Q_DECLARE_METATYPE(Load)
+
+using BeforeRead = std::function<void()>;
+Q_DECLARE_METATYPE(BeforeRead)
+
+// Called once, by the next read of this process.
+static BeforeRead beforeRead;
+// Reads this many bytes, then fails. Negative: never.
+static ssize_t readableBytes = -1;
+
+// Takes precedence over the C library's.
+extern "C" Q_DECL_EXPORT ssize_t read(int descriptor, void *buffer, size_t size)
+{
+    if (beforeRead)
+        std::exchange(beforeRead, nullptr)();
+    if (readableBytes == 0) {
+        errno = EIO;
+        return -1;
+    }
+    if (readableBytes > 0)
+        size = std::min(size, static_cast<size_t>(std::exchange(readableBytes, 0)));
+    return syscall(SYS_read, descriptor, buffer, size);
+}
 
 class tst_VxComponents : public QObject
 {
@@ -204,6 +230,112 @@ private Q_SLOTS:
     {
         QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral("/proc/self/mem"))),
                  QStringLiteral("/proc/self/mem: Input/output error"));
+    }
+
+    void fileThatFailsAfterItsStart()
+    {
+        QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("file.json"));
+        testing::writeFile(file, "[[1]" + QByteArray(100000, ' ') + ']');
+        readableBytes = 4;
+        const QString message = testing::failure(VariantLoader::loadJson(file)).remove(file);
+        readableBytes = -1;
+        QCOMPARE(message, QStringLiteral(":1:4: unterminated array")); // the part that could be read
+    }
+
+    // Larger than a QByteArray.
+    void hugeFile()
+    {
+        QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("file.json"));
+        testing::writeFile(file, "[1]");
+        QCOMPARE(truncate(QFile::encodeName(file), qint64(3) << 30), 0);
+        QCOMPARE(testing::failure(VariantLoader::loadJson(file)), file + QStringLiteral(":1:1: illegal value"));
+    }
+
+    void pathsOfQt()
+    {
+        QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral(":/missing"))),
+                 QStringLiteral(":/missing: No such file or directory"));
+        QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral(":/schemas"))),
+                 QStringLiteral(":/schemas: Is a directory"));
+        const auto document = VariantLoader::loadJson(QStringLiteral(":/schemas/bindings.schema.json"));
+        VERIFY_RIGHT(document);
+        QVERIFY(document.right().toMap().contains(QStringLiteral("$id")));
+    }
+
+    void relativePath()
+    {
+        QTemporaryDir directory;
+        const QString before = QDir::currentPath();
+        const auto restore = qScopeGuard([&before] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(directory.path()));
+        testing::writeFile(QStringLiteral("a:b.json"), "[1]");
+        VERIFY_RIGHT(VariantLoader::loadJson(QStringLiteral("a:b.json")));
+        QCOMPARE(testing::failure(VariantLoader::loadJson(QStringLiteral("missing"))),
+                 QStringLiteral("missing: No such file or directory"));
+    }
+
+    // Files of the kernel have no size.
+    void fileWithoutSize()
+    {
+        const auto restore = qScopeGuard([] { prctl(PR_SET_NAME, "tst_vxcomponent"); });
+        prctl(PR_SET_NAME, "[1, 2, 3]");
+        const auto document = VariantLoader::loadJson(QStringLiteral("/proc/self/comm"));
+        VERIFY_RIGHT(document);
+        QCOMPARE(document.right(), QVariant(QVariantList{1, 2, 3}));
+    }
+
+    // The NUL after a process's only argument is found at the end.
+    void longFileWithoutSize()
+    {
+        const QByteArray argument = '[' + QByteArray(100000, ' ') + ']';
+        int input[2];
+        QCOMPARE(pipe(input), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            dup2(input[0], 0);
+            ::close(input[1]);
+            execl("/bin/cat", argument.constData(), nullptr);
+            _exit(1);
+        }
+        const QString file = QStringLiteral("/proc/%1/cmdline").arg(child);
+        const QString expected = file + QStringLiteral(":1:100003: garbage at the end of the document");
+        QTRY_COMPARE(testing::failure(VariantLoader::loadJson(file)), expected);
+        ::close(input[0]);
+        ::close(input[1]);
+        QCOMPARE(waitpid(child, nullptr, 0), child);
+    }
+
+    void fileThatChangesWhileItIsRead_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<QString>("outcome");
+        QTest::newRow("grows") << QByteArray("[1]") << QByteArray("[1] [2]") << "no failure";
+        QTest::newRow("grows by its end")
+                << QByteArray("[1, 2") << QByteArray("[1, 2]") << ":1:5: invalid termination by number";
+        QTest::newRow("shrinks") << QByteArray("[1] [2]") << QByteArray("[1]") << "no failure";
+        QTest::newRow("shrinks by its end")
+                << QByteArray("[1]") << QByteArray("[1") << ":1:2: invalid termination by number";
+        QTest::newRow("is emptied") << QByteArray("[1]") << QByteArray() << ":1:1: illegal value";
+        QTest::newRow("is filled") << QByteArray() << QByteArray("[1]") << "no failure";
+        QTest::newRow("is rewritten") << QByteArray("[1]") << QByteArray("{x}") << ":1:2: unterminated object";
+        QTest::newRow("grows much") << QByteArray("[1]") << "[1]" + QByteArray(100000, 'x') << "no failure";
+    }
+
+    // Between the look at its size and the first read.
+    void fileThatChangesWhileItIsRead()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(QString, outcome);
+        QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("file.json"));
+        testing::writeFile(file, before);
+        beforeRead = [&] { testing::writeFile(file, after); };
+        QCOMPARE(testing::failure(VariantLoader::loadJson(file)).remove(file), outcome);
+        QVERIFY(!beforeRead);
     }
 
     void listIsProducedOnce()

@@ -27,14 +27,21 @@ struct Field
     const QVariant *Members::*place;
 };
 
+/// Whether both have the same characters. Unlike the operator, it is short enough to be compiled into its callers.
+inline bool isSame(QStringView name, const QString &key)
+{
+    return name.size() == key.size() && std::equal(name.cbegin(), name.cend(), key.cbegin());
+}
+
 /// The members of an object, found in one pass; null for a missing one.
 template <class Members, std::size_t Count>
 Members membersOf(const QVariantMap &object, const Field<Members> (&fields)[Count])
 {
     Members members;
     for (auto member = object.cbegin(); member != object.cend(); ++member) {
-        const auto found = std::find_if(std::begin(fields), std::end(fields),
-                                        [&member](const Field<Members> &one) { return one.name == member.key(); });
+        const auto found = std::find_if(std::begin(fields), std::end(fields), [&member](const Field<Members> &one) {
+            return isSame(one.name, member.key());
+        });
         if (found != std::end(fields))
             members.*(found->place) = &*member;
     }

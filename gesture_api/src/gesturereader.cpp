@@ -354,18 +354,28 @@ QVariant Gesture::rectfToVariant(const QRectF &r)
                        {QStringLiteral("h"), r.height()}};
 }
 
+static Gesture::Kind kindNamed(const QString &name)
+{
+    if (name == QLatin1String("tap"))
+        return Gesture::Tap;
+    if (name == QLatin1String("hold"))
+        return Gesture::Hold;
+    if (name == QLatin1String("swipe"))
+        return Gesture::Swipe;
+    if (name == QLatin1String("drag"))
+        return Gesture::Drag;
+    return Gesture::Undefined;
+}
+
 Either<Error, Gesture::Kind> Gesture::kindFromVariant(const QVariant &value)
 {
-    const QString name = value.toString().toLower();
-    if (name == QLatin1String("tap"))
-        return Right(Tap);
-    if (name == QLatin1String("hold"))
-        return Right(Hold);
-    if (name == QLatin1String("swipe"))
-        return Right(Swipe);
-    if (name == QLatin1String("drag"))
-        return Right(Drag);
-    return fail(__LINE__, QStringLiteral("kind can be only 'tap' or 'swipe' or 'drag'"));
+    const QString name = value.toString();
+    Kind kind = kindNamed(name);
+    if (kind == Undefined)
+        kind = kindNamed(name.toLower());
+    if (kind == Undefined)
+        return fail(__LINE__, QStringLiteral("kind can be only 'tap' or 'swipe' or 'drag'"));
+    return Right(kind);
 }
 
 QVariant Gesture::kindToVariant(Kind kind)

@@ -2,7 +2,7 @@
 
 #include <gesture_api/gesture.h>
 
-#include <QVector>
+#include <vector>
 
 namespace vellix {
 namespace gesture {
@@ -26,24 +26,24 @@ public:
     void forget(Action *action);
 
     /// In the order of their creation.
-    const QVector<Gesture *> &users() const { return m_users; }
+    const std::vector<Gesture *> &users() const { return m_users; }
 
 private:
     Offer(const QList<Action *> &actions, Gesture *first);
     ~Offer();
 
     QList<Action *> m_actions;
-    QVector<Gesture *> m_users;
+    std::vector<Gesture *> m_users;
 };
 
 /// The existing gestures that use an action. Those of an offer are not in the list, unless the action is also their
 /// default or current one.
 struct Action::Users
 {
-    bool isEmpty() const { return gestures.isEmpty() && offers.isEmpty(); }
+    bool isEmpty() const { return gestures.empty() && offers.empty(); }
 
-    QList<Gesture *> gestures; // in the order of their creation
-    QVector<Offer *> offers;   // each has at least one gesture
+    std::vector<Gesture *> gestures; // in the order of their creation
+    std::vector<Offer *> offers;     // each has at least one gesture
 };
 
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 // Gestures share actions. Each action knows its existing users; the last gesture is its parent. Only this file connects
 // actions to gestures.
@@ -33,7 +34,7 @@ Offer *Offer::of(const QList<Action *> &actions)
         if (isShared(offer->m_actions, actions))
             return offer;
     }
-    Gesture *const other = users.gestures.isEmpty() ? nullptr : users.gestures.last();
+    Gesture *const other = users.gestures.empty() ? nullptr : users.gestures.back();
     const auto isDying = [](const Action *action) { return action && action->m_dying; };
     if (!other || !isShared(other->m_availableActions, actions)
         || std::any_of(actions.cbegin(), actions.cend(), isDying))
@@ -46,9 +47,9 @@ Offer::Offer(const QList<Action *> &actions, Gesture *first) : m_actions(actions
     for (Action *action : actions) {
         if (!action)
             continue;
-        QVector<Offer *> &offers = action->m_users->offers;
-        if (offers.isEmpty() || offers.last() != this)
-            offers.append(this);
+        std::vector<Offer *> &offers = action->m_users->offers;
+        if (offers.empty() || offers.back() != this)
+            offers.push_back(this);
         if (action != first->m_defaultAction && action != first->m_currentAction)
             first->leave(action);
     }
@@ -59,21 +60,23 @@ Offer::Offer(const QList<Action *> &actions, Gesture *first) : m_actions(actions
 Offer::~Offer()
 {
     for (Action *action : qAsConst(m_actions)) {
-        if (action)
-            action->m_users->offers.removeOne(this);
+        if (!action)
+            continue;
+        std::vector<Offer *> &offers = action->m_users->offers;
+        offers.erase(std::remove(offers.begin(), offers.end(), this), offers.end());
     }
 }
 
 void Offer::add(Gesture *gesture)
 {
-    m_users.append(gesture);
+    m_users.push_back(gesture);
 }
 
 void Offer::remove(Gesture *gesture)
 {
     const auto isEarlier = [](const Gesture *user, quintptr serial) { return user->m_serial < serial; };
     m_users.erase(std::lower_bound(m_users.begin(), m_users.end(), gesture->m_serial, isEarlier));
-    if (m_users.isEmpty())
+    if (m_users.empty())
         delete this;
 }
 
@@ -81,14 +84,14 @@ void Offer::removeLeaving()
 {
     const auto isLeaving = [](const Gesture *user) { return user->m_leaving; };
     m_users.erase(std::remove_if(m_users.begin(), m_users.end(), isLeaving), m_users.end());
-    if (m_users.isEmpty())
+    if (m_users.empty())
         delete this;
 }
 
 void Offer::forget(Action *action)
 {
     m_actions.removeAll(action);
-    for (Gesture *user : qAsConst(m_users))
+    for (Gesture *user : m_users)
         user->m_availableActions = m_actions;
 }
 
@@ -101,11 +104,14 @@ Action::~Action()
     // Listeners may destroy the owner, which must not destroy this action again, and other gestures, which then leave
     // the list. No gesture joins it any more.
     setParent(nullptr);
-    for (Offer *offer : qAsConst(m_users->offers))
+    for (Offer *offer : m_users->offers)
         offer->forget(this);
     m_users->offers.clear();
-    while (!m_users->gestures.isEmpty())
-        m_users->gestures.takeLast()->forget(this);
+    while (!m_users->gestures.empty()) {
+        Gesture *const user = m_users->gestures.back();
+        m_users->gestures.pop_back();
+        user->forget(this);
+    }
 }
 
 // Null if no gesture uses the action.
@@ -113,9 +119,9 @@ Gesture *Action::lastUser() const
 {
     if (!m_users)
         return nullptr;
-    Gesture *last = m_users->gestures.isEmpty() ? nullptr : m_users->gestures.last();
-    for (const Offer *offer : qAsConst(m_users->offers)) {
-        Gesture *const user = offer->users().last();
+    Gesture *last = m_users->gestures.empty() ? nullptr : m_users->gestures.back();
+    for (const Offer *offer : m_users->offers) {
+        Gesture *const user = offer->users().back();
         if (!last || last->m_serial < user->m_serial)
             last = user;
     }
@@ -160,19 +166,19 @@ void Gesture::join(Action *action)
     }
     if (!action->m_users)
         action->m_users = new Action::Users;
-    QList<Gesture *> &users = action->m_users->gestures;
+    std::vector<Gesture *> &users = action->m_users->gestures;
     const auto place = placeAmong(users);
     if (place == users.end() || *place != this)
         users.insert(place, this);
 }
 
 // The place of the gesture among these, present or not: they are in the order of their creation.
-QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
+std::vector<Gesture *>::iterator Gesture::placeAmong(std::vector<Gesture *> &users) const
 {
     // Gestures usually join at the end, and leave at either end.
-    if (users.isEmpty() || users.last()->m_serial < m_serial)
+    if (users.empty() || users.back()->m_serial < m_serial)
         return users.end();
-    if (users.first()->m_serial >= m_serial)
+    if (users.front()->m_serial >= m_serial)
         return users.begin();
     return std::lower_bound(users.begin(), users.end(), m_serial,
                             [](const Gesture *user, quintptr serial) { return user->m_serial < serial; });
@@ -195,7 +201,7 @@ void Gesture::takeActions()
         if (action && (!owner || owner->m_serial < m_serial))
             action->setParent(this);
     };
-    if (!m_offer || m_offer->users().last() == this)
+    if (!m_offer || m_offer->users().back() == this)
         std::for_each(m_availableActions.cbegin(), m_availableActions.cend(), take);
     take(m_defaultAction);
     take(m_currentAction);
@@ -217,7 +223,7 @@ void Gesture::leave(Action *action)
 {
     if (!action || !action->m_users)
         return;
-    QList<Gesture *> &users = action->m_users->gestures;
+    std::vector<Gesture *> &users = action->m_users->gestures;
     const auto place = placeAmong(users);
     if (place != users.end() && *place == this)
         users.erase(place);
@@ -244,7 +250,7 @@ void Gesture::leaveTogether(const QList<Gesture *> &gestures)
         offer->removeLeaving();
     actions.remove(nullptr);
     for (Action *action : qAsConst(actions)) {
-        QList<Gesture *> &users = action->m_users->gestures;
+        std::vector<Gesture *> &users = action->m_users->gestures;
         users.erase(std::remove_if(users.begin(), users.end(), [](const Gesture *user) { return user->m_leaving; }),
                     users.end());
     }

@@ -58,6 +58,7 @@ TESTS = [
     (r"platform/.*/baseutil", "baseutil either gestureserviceprovider"),
     (r"platform/.*/(devcaps|slateview)", "devcaps slateview feature"),
     (r"platform/host/vxcomponents/(filewatch|inotify)", "filewatch mounts gestureserviceprovider"),
+    (r"platform/host/vxcomponents/(jsonreader|stringcache)", "jsonreader"),
     (r"platform/", "vxcomponents configuration gestureservice"),
     (r"tools/analysis", "reach check checkverb output schemas"),
     (r"tools/gesturectl/(verbs/)?doctor", "doctor output gesturectl"),

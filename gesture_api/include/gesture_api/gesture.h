@@ -19,6 +19,7 @@
 #include <QVector2D>
 
 #include <optional>
+#include <vector>
 
 /// Modes and kind, by which a settings screen groups gestures.
 struct GESTURE_API_EXPORT GestureSection
@@ -238,7 +239,7 @@ private:
     void leaveAll();
     void leave(Action *action);
     static void leaveTogether(const QList<Gesture *> &gestures);
-    QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
+    std::vector<Gesture *>::iterator placeAmong(std::vector<Gesture *> &users) const;
     bool uses(Action *action) const;
     void forget(Action *action);
 

@@ -1,15 +1,13 @@
-#include "openatonce.h"
+#include "filebytes.h"
+#include "jsonreader.h"
 
 #include <vellix/platform/vxcomponents.h>
 #include <vellix/resolvedpath.h>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 
-#include <sys/stat.h>
-
 #include <algorithm>
+#include <utility>
 
 namespace vellix {
 namespace components {
@@ -43,51 +41,29 @@ static QString place(const QByteArray &text, int offset)
     return QStringLiteral("%1:%2").arg(line + 1).arg(column + 1);
 }
 
-// A pipe would block and a device might never end.
-static Left<Error> irregular(const QString &path, bool directory)
-{
-    return fail(__LINE__,
-                path + QStringLiteral(": ")
-                        + (directory ? QStringLiteral("Is a directory") : QStringLiteral("Not a regular file")));
-}
-
-// Opens without waiting, even if the file has been replaced since the check. Returns the error if it cannot.
-static QString openAtOnce(QFile &file)
-{
-    if (!QFileInfo(file).isNativePath()) // an empty name, or a Qt resource
-        return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
-    const int descriptor = openAtOnce(QFile::encodeName(file.fileName()));
-    const bool open = descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle);
-    return open ? QString() : qt_error_string(errno);
-}
-
 Either<Error, QVariant> VariantLoader::loadJson(const QString &fileName)
 {
     const QString path = resolvedPath(fileName);
+    const FileBytes file = readFile(path);
+    if (file.kind != FileBytes::Regular)
+        return fail(__LINE__,
+                    path + QStringLiteral(": ")
+                            + (file.kind == FileBytes::Directory ? QStringLiteral("Is a directory")
+                                                                 : QStringLiteral("Not a regular file")));
+    if (!file.error.isEmpty())
+        return fail(__LINE__, path + QStringLiteral(": ") + file.error);
 
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return irregular(path, info.isDir());
+    QVariant read;
+    if (readJson(file.bytes, &read))
+        return Right(std::move(read));
 
-    QFile file(path);
-    const QString obstacle = openAtOnce(file);
-    if (!obstacle.isEmpty())
-        return fail(__LINE__, path + QStringLiteral(": ") + obstacle);
-
-    // It may be another kind of file by now.
-    struct stat status;
-    if (fstat(file.handle(), &status) == 0 && !S_ISREG(status.st_mode))
-        return irregular(path, S_ISDIR(status.st_mode));
-
-    const QByteArray text = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return fail(__LINE__, path + QStringLiteral(": ") + file.errorString());
+    // Odd, or invalid: Qt's parser knows its value, or the reason and the place.
 
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(file.bytes, &error);
     if (error.error != QJsonParseError::NoError)
         return fail(__LINE__,
-                    path + QLatin1Char(':') + place(text, offsetOf(error)) + QStringLiteral(": ")
+                    path + QLatin1Char(':') + place(file.bytes, offsetOf(error)) + QStringLiteral(": ")
                             + error.errorString());
     return Right(document.toVariant());
 }
