@@ -1,5 +1,5 @@
-// The work of a program with a configuration of some size, piece by piece, for callgrind to count: counts GESTURES. Each
-// piece writes a part of callgrind's output that has its name. scripts/bench reads them.
+// The work of a program with a configuration of some size, piece by piece, for callgrind to count: counts GESTURES.
+// Each piece writes a part of callgrind's output that has its name. scripts/bench reads them.
 
 #include "sample.h"
 
@@ -66,6 +66,19 @@ static void countLookups(const GestureService &service)
         qFatal("not half of the touches hit");
 }
 
+// Only for ids and paths that need no escape.
+static QByteArray bytesByHand(const QList<Gesture *> &gestures)
+{
+    std::vector<const Gesture *> sorted(gestures.cbegin(), gestures.cend());
+    std::sort(sorted.begin(), sorted.end(), [](const Gesture *a, const Gesture *b) { return a->id() < b->id(); });
+    QByteArray text = "{\n    \"actions\": {\n";
+    for (const Gesture *gesture : sorted) {
+        text += "        \"" + gesture->id().toUtf8() + "\": \"" + gesture->currentAction()->path().toUtf8()
+                + (gesture == sorted.back() ? "\"\n" : "\",\n");
+    }
+    return text + "    },\n    \"version\": 1\n}\n";
+}
+
 // What a settings screen does.
 static void countSettings(GestureService &service)
 {
@@ -94,6 +107,10 @@ static void countSettings(GestureService &service)
         qFatal("the sample can not be edited");
     if (!counted("save", [&service] { return service.save(); }))
         qFatal("the sample can not be saved");
+    QFile saved(service.paths().currentPath());
+    const QByteArray text = counted("bytes by hand", [&service] { return bytesByHand(service.gestureList()); });
+    if (!saved.open(QIODevice::ReadOnly) || saved.readAll() != text)
+        qFatal("the two sides save different files");
 }
 
 static void countRebuild(const FeaturesProvider &features, int gestures)

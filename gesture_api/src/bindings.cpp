@@ -13,7 +13,9 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <iterator>
 #include <ostream>
+#include <vector>
 
 namespace vellix {
 namespace gesture {
@@ -67,13 +69,18 @@ Either<ParsingError, Bindings> Configuration::ActionBindings::fromVariant(const 
     return Right(bindings);
 }
 
+// A map is filled faster in its own order.
 Bindings bindingsOf(const QList<Gesture *> &gestures)
 {
+    std::vector<const Gesture *> sorted;
+    sorted.reserve(static_cast<std::size_t>(gestures.size()));
+    std::copy_if(gestures.cbegin(), gestures.cend(), std::back_inserter(sorted),
+                 [](const Gesture *gesture) { return gesture && gesture->currentAction(); });
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const Gesture *a, const Gesture *b) { return a->id() < b->id(); });
     Bindings bindings;
-    for (const Gesture *gesture : gestures) {
-        if (gesture && gesture->currentAction())
-            bindings.insert(gesture->id(), gesture->currentAction()->path());
-    }
+    for (const Gesture *gesture : sorted)
+        bindings.insert(bindings.cend(), gesture->id(), gesture->currentAction()->path());
     return bindings;
 }
 

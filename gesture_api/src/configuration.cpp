@@ -19,9 +19,9 @@ static Left<Error> fail(int line, const QString &message)
 
 using ZoneMap = QMap<QString, QRectF>;
 
-static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &predefined)
+static Either<Error, ZoneMap> zonesOf(QVariantMap *root, const ZoneMap &predefined)
 {
-    const QVariant *const section = field(root, QStringLiteral("zones"));
+    const auto section = takeField(root, QStringLiteral("zones"));
     if (!section)
         return Right(predefined);
     if (!isType(*section, QMetaType::QVariantMap))
@@ -34,10 +34,10 @@ static Either<Error, ZoneMap> zonesOf(const QVariantMap &root, const ZoneMap &pr
     });
 }
 
-static Either<Error, QList<Action *>> actionsOf(const QVariantMap &root, const FeaturesProvider *featuresProvider,
+static Either<Error, QList<Action *>> actionsOf(QVariantMap *root, const FeaturesProvider *featuresProvider,
                                                 NewActions *created)
 {
-    const QVariant *const section = field(root, QStringLiteral("actions"));
+    const auto section = takeField(root, QStringLiteral("actions"));
     if (!section)
         return Right(QList<Action *>());
     if (!isType(*section, QMetaType::QVariantList))
@@ -45,10 +45,10 @@ static Either<Error, QList<Action *>> actionsOf(const QVariantMap &root, const F
     return ActionReader({}, {}, featuresProvider, created).list(*section);
 }
 
-static Either<Error, ActionReader::Groups> groupsOf(const QVariantMap &root, const ActionReader::Index &actions,
+static Either<Error, ActionReader::Groups> groupsOf(QVariantMap *root, const ActionReader::Index &actions,
                                                     NewActions *created)
 {
-    const QVariant *const section = field(root, QStringLiteral("actionGroups"));
+    const auto section = takeField(root, QStringLiteral("actionGroups"));
     if (!section)
         return Right(ActionReader::Groups());
     if (!isType(*section, QMetaType::QVariantMap))
@@ -56,9 +56,9 @@ static Either<Error, ActionReader::Groups> groupsOf(const QVariantMap &root, con
     return ActionReader(actions, {}, nullptr, created).groups(held<QVariantMap>(*section));
 }
 
-static Either<Error, QVariantList> entriesOf(const QVariantMap &root)
+static Either<Error, QVariantList> entriesOf(QVariantMap *root)
 {
-    const QVariant *const section = field(root, QStringLiteral("gestures"));
+    const auto section = takeField(root, QStringLiteral("gestures"));
     if (!section)
         return fail(76, QStringLiteral("'gestures' is obligatory field"));
     if (!isType(*section, QMetaType::QVariantList))
@@ -79,7 +79,7 @@ static Either<Error, QList<Gesture *>> withUniqueIds(const QList<Gesture *> &ges
     return Right(gestures);
 }
 
-static Either<Error, QList<Gesture *>> gesturesOf(const QVariantMap &root, const FeaturesProvider *featuresProvider,
+static Either<Error, QList<Gesture *>> gesturesOf(QVariantMap *root, const FeaturesProvider *featuresProvider,
                                                   const ZoneMap &predefined, const QMap<QString, QString> &bindings,
                                                   QObject *parent)
 {
@@ -105,13 +105,38 @@ static Either<Error, QList<Gesture *>> gesturesOf(const QVariantMap &root, const
             .flatMap(withUniqueIds);
 }
 
+// The document is freed section by section as it is read, so that it and its gestures never exist as a whole together.
+static Either<Error, QList<Gesture *>> read(QVariant document, const FeaturesProvider *featuresProvider,
+                                            const ZoneMap &zones, const QMap<QString, QString> &bindings,
+                                            QObject *parent)
+{
+    if (!document.isValid())
+        return fail(19, QStringLiteral("invalid variant"));
+    if (document.isNull())
+        return fail(22, QStringLiteral("null variant"));
+    QVariantMap root = document.toMap();
+    document.clear();
+    if (parent)
+        return gesturesOf(&root, featuresProvider, zones, bindings, parent);
+
+    // Without a parent, the gestures made before a failure would leak: this object destroys them.
+    QObject orphanage;
+    return gesturesOf(&root, featuresProvider, zones, bindings, &orphanage).map([](const QList<Gesture *> &gestures) {
+        for (Gesture *gesture : gestures)
+            gesture->setParent(nullptr);
+        return gestures;
+    });
+}
+
 Either<Error, QList<Gesture *>> Configuration::loadJson(const QString &fileName,
                                                         const FeaturesProvider *featuresProvider,
                                                         const QMap<QString, QRectF> &zones,
                                                         const QMap<QString, QString> &bindings, QObject *parent)
 {
-    return components::VariantLoader::loadJson(fileName).flatMap(
-            [=](const QVariant &document) { return fromVariant(document, featuresProvider, zones, bindings, parent); });
+    auto document = components::VariantLoader::loadJson(fileName);
+    if (document.isLeft())
+        return Left(document.left());
+    return read(document.take(), featuresProvider, zones, bindings, parent);
 }
 
 Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &document,
@@ -119,21 +144,7 @@ Either<Error, QList<Gesture *>> Configuration::fromVariant(const QVariant &docum
                                                            const QMap<QString, QRectF> &zones,
                                                            const QMap<QString, QString> &bindings, QObject *parent)
 {
-    if (!document.isValid())
-        return fail(19, QStringLiteral("invalid variant"));
-    if (document.isNull())
-        return fail(22, QStringLiteral("null variant"));
-    if (parent)
-        return gesturesOf(document.toMap(), featuresProvider, zones, bindings, parent);
-
-    // Without a parent, the gestures made before a failure would leak: this object destroys them.
-    QObject orphanage;
-    return gesturesOf(document.toMap(), featuresProvider, zones, bindings, &orphanage)
-            .map([](const QList<Gesture *> &gestures) {
-                for (Gesture *gesture : gestures)
-                    gesture->setParent(nullptr);
-                return gestures;
-            });
+    return read(document, featuresProvider, zones, bindings, parent);
 }
 
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace vellix {
 namespace gesture {
@@ -17,6 +18,17 @@ inline const QVariant *field(const QVariantMap &object, const QString &name)
 {
     const auto member = object.constFind(name);
     return member == object.constEnd() ? nullptr : &*member;
+}
+
+/// Takes a member out of an object, which frees it with the result; nothing if the object does not have it.
+inline std::optional<QVariant> takeField(QVariantMap *object, const QString &name)
+{
+    const auto member = object->find(name);
+    if (member == object->end())
+        return std::nullopt;
+    std::optional<QVariant> value(*member);
+    object->erase(member);
+    return value;
 }
 
 /// The name of a member that an object may have, and where to put its address.

@@ -3,6 +3,7 @@
 #include <gesture_api/gesture.h>
 
 #include <QHash>
+#include <QPair>
 #include <QVector>
 
 #include <algorithm>
@@ -169,40 +170,34 @@ public:
     }
 
 private:
-    struct Part
-    {
-        IndexEntries ofAllModes; // the gestures without a mode
-        QHash<QString, IndexEntries> byMode;
-    };
-
     // Callers may pass any numbers.
     static quint64 keyOf(int kind, int direction) { return quint64(quint32(kind)) << 32 | quint32(direction); }
 
     void add(const IndexEntry &entry)
     {
-        Part &part = m_parts[keyOf(entry.gesture->kind(), entry.gesture->direction())];
+        const quint64 key = keyOf(entry.gesture->kind(), entry.gesture->direction());
         const QStringList &modes = entry.gesture->modes();
         for (const QString &mode : modes)
-            part.byMode[mode].append(entry);
+            m_byMode[{key, mode}].append(entry);
         if (modes.isEmpty())
-            part.ofAllModes.append(entry);
+            m_ofAllModes[key].append(entry);
     }
 
     template <class Search>
     Gesture *first(const QString &mode, Gesture::Kind kind, Gesture::Direction direction, const Search &search) const
     {
-        const auto part = m_parts.constFind(keyOf(kind, direction));
-        if (part == m_parts.cend())
-            return nullptr;
-        const IndexEntry *const always = search(part->ofAllModes);
-        const auto ofMode = part->byMode.constFind(mode);
-        const IndexEntry *const named = ofMode == part->byMode.cend() ? nullptr : search(*ofMode);
+        const quint64 key = keyOf(kind, direction);
+        const auto ofAllModes = m_ofAllModes.constFind(key);
+        const IndexEntry *const always = ofAllModes == m_ofAllModes.cend() ? nullptr : search(*ofAllModes);
+        const auto ofMode = m_byMode.constFind({key, mode});
+        const IndexEntry *const named = ofMode == m_byMode.cend() ? nullptr : search(*ofMode);
         if (!always || !named)
             return always ? always->gesture : named ? named->gesture : nullptr;
         return always->position < named->position ? always->gesture : named->gesture;
     }
 
-    QHash<quint64, Part> m_parts;
+    QHash<quint64, IndexEntries> m_ofAllModes; // the gestures without a mode
+    QHash<QPair<quint64, QString>, IndexEntries> m_byMode;
 };
 
 }

@@ -34,6 +34,8 @@ public:
     explicit Left(T value) : m_value(std::move(value)) {}
     /// The error. Valid as long as this object.
     const T &value() const { return m_value; }
+    /// Moves the error out.
+    T take() { return std::move(m_value); }
 
 private:
     T m_value;
@@ -48,6 +50,8 @@ public:
     explicit Right(T value) : m_value(std::move(value)) {}
     /// The result. Valid as long as this object.
     const T &value() const { return m_value; }
+    /// Moves the result out.
+    T take() { return std::move(m_value); }
 
 private:
     T m_value;
@@ -85,6 +89,18 @@ public:
     {
     }
 
+    /// Moves the left side in.
+    template <class T, class = std::enable_if_t<std::is_convertible_v<T &&, L>>>
+    Either(vellix::Left<T> &&left) : m_side(vellix::Left<L>(left.take()))
+    {
+    }
+
+    /// Moves the right side in.
+    template <class T, class = std::enable_if_t<std::is_convertible_v<T &&, R>>>
+    Either(vellix::Right<T> &&right) : m_side(vellix::Right<R>(right.take()))
+    {
+    }
+
     /// Whether there is an error, so that left() may be called.
     bool isLeft() const { return m_side.which() == 0; }
     /// Whether there is a result, so that right() may be called.
@@ -94,6 +110,9 @@ public:
     const L &left() const { return boost::get<vellix::Left<L>>(m_side).value(); }
     /// The right value. Throws boost::bad_get if there is a left one. Valid as long as this object.
     const R &right() const { return boost::get<vellix::Right<R>>(m_side).value(); }
+
+    /// Moves the right value out and leaves an empty one. Throws boost::bad_get if there is a left one.
+    R take() { return boost::get<vellix::Right<R>>(m_side).take(); }
 
     /// Applies `f` to the right value. A left value is passed on, and `f` is not called.
     template <class F>
