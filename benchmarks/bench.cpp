@@ -15,7 +15,7 @@
 
 static const std::vector<std::pair<QString, std::vector<Row> (*)()>> groups{
         {"load", benchLoad},   {"refusal", benchRefusal}, {"lookup", benchLookup}, {"save", benchSave},
-        {"clone", benchClone}, {"watch", benchWatch},     {"start", benchStart},
+        {"clone", benchClone}, {"shapes", benchShapes},   {"watch", benchWatch},   {"start", benchStart},
 };
 
 static int printSeries()

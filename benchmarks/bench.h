@@ -10,6 +10,7 @@ std::vector<Row> benchLookup();
 std::vector<Row> benchSave();
 std::vector<Row> benchClone();
 std::vector<Row> benchWatch();
+std::vector<Row> benchShapes();
 std::vector<Row> benchStart();
 
 /// A load and a lookup at any size, and the work that each is compared with.

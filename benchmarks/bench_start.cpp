@@ -57,7 +57,10 @@ static double lookups(const char *program)
     if (!process.waitForFinished() || process.exitCode() != 0)
         qFatal("%s failed", program);
     const QRegularExpression total("final number of relocations: +([0-9]+)");
-    return total.match(process.readAllStandardError()).captured(1).toDouble();
+    const auto match = total.match(process.readAllStandardError());
+    if (!match.hasMatch())
+        qFatal("the dynamic linker reported nothing of %s", program);
+    return match.captured(1).toDouble();
 }
 
 namespace {

@@ -7,5 +7,5 @@
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    return tellStarted();
+    endStarted();
 }

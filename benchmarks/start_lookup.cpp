@@ -15,6 +15,7 @@ int main(int argc, char *argv[])
     const DefaultFeaturesProvider features;
     GestureServiceProvider provider(&features);
     provider.setAppId("sample");
-    const Gesture *found = findFirst(*provider.service());
-    return found ? tellStarted() : 1;
+    if (!findFirst(*provider.service()))
+        return 1;
+    endStarted();
 }

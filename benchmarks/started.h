@@ -40,12 +40,17 @@ inline double residentBytes()
     return size > 0 ? static_cast<double>(std::strtol(rest, nullptr, 10) * sysconf(_SC_PAGESIZE)) : 0;
 }
 
-/// Writes it to the standard output; returns the exit status.
-inline int tellStarted()
+/// Writes it to the standard output and ends the process at once: what a program destroys is no part of its start. Only
+/// at a normal end does the dynamic linker report what it did.
+[[noreturn]] inline void endStarted()
 {
     Started started{monotonicNanoseconds(), nanosecondsOf(CLOCK_PROCESS_CPUTIME_ID), residentBytes(), 0};
     rusage usage;
     getrusage(RUSAGE_SELF, &usage);
     started.pageFaults = static_cast<double>(usage.ru_minflt);
-    return started.residentBytes > 0 && write(STDOUT_FILENO, &started, sizeof started) == sizeof started ? 0 : 1;
+    const bool isWritten = write(STDOUT_FILENO, &started, sizeof started) == sizeof started;
+    const int status = started.residentBytes > 0 && isWritten ? 0 : 1;
+    if (std::getenv("LD_DEBUG"))
+        std::exit(status);
+    _exit(status);
 }

@@ -93,10 +93,14 @@ QVariant Configuration::ActionBindings::toVariant(const QList<Gesture *> &gestur
     return QVariantMap{{QStringLiteral("version"), version}, {QStringLiteral("actions"), actions}};
 }
 
+static bool needsNoEscape(QChar c)
+{
+    return c >= QLatin1Char(' ') && c.unicode() < 0x7f && c != QLatin1Char('"') && c != QLatin1Char('\\');
+}
+
 static void appendString(QByteArray *text, const QString &value)
 {
-    const auto isPlain = [](QChar c) { return c >= u' ' && c < u'\x7f' && c != u'"' && c != u'\\'; };
-    if (!std::all_of(value.cbegin(), value.cend(), isPlain)) {
+    if (!std::all_of(value.cbegin(), value.cend(), needsNoEscape)) {
         const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
         text->append(list.constData() + 1, list.size() - 2); // without the brackets
         return;
@@ -108,20 +112,30 @@ static void appendString(QByteArray *text, const QString &value)
     std::transform(value.cbegin(), value.cend(), quoted + 1, [](QChar c) { return c.toLatin1(); });
 }
 
+static void startMember(QByteArray *text, int level, const QString &name)
+{
+    text->append('\n').append(4 * level, ' ');
+    appendString(text, name);
+    text->append(": ");
+}
+
 // Writes the text of the document as QJsonDocument does, which would need several times as long.
 QByteArray bindingsText(const Bindings &bindings)
 {
     QByteArray text;
     text.reserve(64 + bindings.size() * 80);
-    text.append("{\n    \"actions\": {\n");
+    text.append('{');
+    startMember(&text, 1, QStringLiteral("actions"));
+    text.append('{');
     for (auto binding = bindings.cbegin(); binding != bindings.cend(); ++binding) {
-        text.append(binding == bindings.cbegin() ? "        " : ",\n        ");
-        appendString(&text, binding.key());
-        text.append(": ");
+        if (binding != bindings.cbegin())
+            text.append(',');
+        startMember(&text, 2, binding.key());
         appendString(&text, *binding);
     }
-    text.append(bindings.isEmpty() ? "    },\n" : "\n    },\n");
-    text.append("    \"version\": ").append(QByteArray::number(Configuration::ActionBindings::version)).append("\n}\n");
+    text.append('\n').append(4, ' ').append("},");
+    startMember(&text, 1, QStringLiteral("version"));
+    text.append(QByteArray::number(Configuration::ActionBindings::version)).append("\n}\n");
     return text;
 }
 
