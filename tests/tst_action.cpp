@@ -353,6 +353,20 @@ private Q_SLOTS:
         }
     }
 
+    // However and how often it is listened to.
+    void everyListenerHearsOfTheLastTitleOnce()
+    {
+        Action action(QStringLiteral("p"), ab, {});
+        int heard = 0;
+        connect(&action, &Action::lastTitleChanged, [&heard] { ++heard; });
+        connect(&action, &Action::lastTitleChanged, [&heard] { ++heard; });
+        Action other;
+        connect(&action, SIGNAL(lastTitleChanged(QString)), &other, SIGNAL(lastTitleChanged(QString)));
+        connect(&other, &Action::lastTitleChanged, [&heard] { ++heard; });
+        Q_EMIT action.titlesChanged(ab);
+        QCOMPARE(heard, 3);
+    }
+
     void featuresCanBeReadOnly()
     {
         Feature on(QStringLiteral("on"), {});

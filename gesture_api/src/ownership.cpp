@@ -17,12 +17,6 @@ namespace gesture {
 // Fewer links than this need less memory than an offer.
 static constexpr int shortList = 4;
 
-// Lists that share their data have the same address: no list with other content gets it while one of them exists.
-static bool isShared(const QList<Action *> &one, const QList<Action *> &other)
-{
-    return one.constBegin() == other.constBegin();
-}
-
 Offer *Offer::of(const QList<Action *> &actions)
 {
     const auto first = std::find_if(actions.cbegin(), actions.cend(), [](const Action *action) { return action; });
@@ -31,12 +25,12 @@ Offer *Offer::of(const QList<Action *> &actions)
 
     const Action::Users &users = *(*first)->m_users;
     for (Offer *offer : users.offers) {
-        if (isShared(offer->m_actions, actions))
+        if (offer->m_actions.isSharedWith(actions))
             return offer;
     }
     Gesture *const other = users.gestures.empty() ? nullptr : users.gestures.back();
     const auto isDying = [](const Action *action) { return action && action->m_dying; };
-    if (!other || !isShared(other->m_availableActions, actions)
+    if (!other || !other->m_availableActions.isSharedWith(actions)
         || std::any_of(actions.cbegin(), actions.cend(), isDying))
         return nullptr;
     return new Offer(actions, other);

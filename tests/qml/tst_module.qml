@@ -59,6 +59,7 @@ TestCase {
         ["Thumb", [], 1, [0.875, 0, 0.125, 1], 4, ["view/menu", "view/refresh"], "view/menu"],
     ]
 
+
     Component {
         id: readerComponent
         GestureServiceProvider {
@@ -112,6 +113,17 @@ TestCase {
         QtObject {
             property Gesture gesture
             readonly property string text: gesture.currentAction.lastTitle
+        }
+    }
+    Component {
+        id: followerComponent
+        QtObject {
+            property var counter
+            property GestureAction action
+            readonly property string text: {
+                ++counter.evaluations
+                return action.lastTitle
+            }
         }
     }
     // The action of a menu, in the same file as the module.
@@ -494,6 +506,17 @@ TestCase {
         // An action that its gesture defines itself.
         const close = gestureOf(service, "MenuSelectingSwipeNotSetToBottom").availableActions[0]
         compare([close.path, close.titles, close.lastTitle, close.supported], ["view/close", ["Close"], "Close", true])
+    }
+
+    // The library only connects the titles to the last one for listeners: a binding is one.
+    function test_last_title_follows_the_titles() {
+        const action = gestureAt(newReader().service, 0).currentAction
+        const counter = {evaluations: 0}
+        const follower = createTemporaryObject(followerComponent, testCase, {action: action, counter: counter})
+        compare(follower.text, "Bookmark")
+        compare(counter.evaluations, 1)
+        action.titlesChanged(action.titles)
+        compare(counter.evaluations, 2)
     }
 
     function test_features_of_an_action() {
