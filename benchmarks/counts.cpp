@@ -35,21 +35,40 @@ static QVariant readDocument(const QString &fileName)
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).toVariant() : QVariant();
 }
 
-// The document is freed within the load, so here, too.
-static void countLoads(const QString &file, int gestures, const FeaturesProvider &features)
+struct Sample
+{
+    explicit Sample(const Size &s) : size(s), tree(s) {}
+
+    const Size size;
+    const SampleTree tree;
+    const SampleFeatures features;
+    const QString file = tree.defaultFile();
+};
+
+static void countParse(const Sample &sample)
+{
+    if (!counted("parse", [&sample] { return readDocument(sample.file).isValid(); }))
+        qFatal("the sample is not read");
+}
+
+static void countLoad(const Sample &sample)
 {
     QObject owner;
-    const auto load = [&] {
-        return Configuration::loadJson(file, &features, GestureService::predefinedZones, {}, &owner).getOrErr({});
-    };
-    const QVariant document = readDocument(file);
-    const QList<Gesture *> read = counted("library", [&] {
-        return Configuration::fromVariant(document, &features, GestureService::predefinedZones, {}, &owner)
-                .getOrErr({});
+    const auto loaded = counted("load", [&] {
+        return Configuration::loadJson(sample.file, &sample.features, GestureService::predefinedZones, {}, &owner);
     });
-    const QList<Gesture *> loaded = counted("load", load);
-    const bool parsed = counted("parse", [&] { return readDocument(file).isValid(); });
-    if (!parsed || loaded.size() != gestures || read.size() != gestures)
+    if (loaded.isLeft() || loaded.right().size() != sample.size.gestures)
+        qFatal("the sample does not load");
+}
+
+static void countLibrary(const Sample &sample)
+{
+    QObject owner;
+    const QVariant document = readDocument(sample.file);
+    const auto read = counted("library", [&] {
+        return Configuration::fromVariant(document, &sample.features, GestureService::predefinedZones, {}, &owner);
+    });
+    if (read.isLeft() || read.right().size() != sample.size.gestures)
         qFatal("the sample does not load");
 }
 
@@ -113,40 +132,65 @@ static void countSettings(GestureService &service)
         qFatal("the two sides save different files");
 }
 
-static void countRebuild(const FeaturesProvider &features, int gestures)
+static void countService(const Sample &sample)
 {
-    GestureServiceProvider provider(&features);
+    GestureService service(ApplicationPaths("sample", sample.tree.userFile(), sample.file), &sample.features, false);
+    counted("first lookup", [&service] { return findFirst(service); });
+    countLookups(service);
+    countSettings(service);
+    service.prune(); // nothing to save at exit
+}
+
+static void countRebuild(const Sample &sample)
+{
+    GestureServiceProvider provider(&sample.features);
     provider.setAppId("sample");
-    if (provider.service()->gestureList().size() != gestures)
+    if (provider.service()->gestureList().size() != sample.size.gestures)
         qFatal("the sample is not provided");
     const int rebuilt = counted("rebuild", [&] {
         provider.releaseService();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        provider.loadService(&features);
+        provider.loadService(&sample.features);
         return provider.service()->gestureList().size();
     });
-    if (rebuilt != gestures)
+    if (rebuilt != sample.size.gestures)
         qFatal("the sample is not rebuilt");
+}
+
+// A refused document of 2,000 gestures costs no more than an accepted one.
+static void countRefusals(const Sample &sample)
+{
+    const QString &file = sample.file;
+    QObject owner;
+    const auto load = [&] { return Configuration::loadJson(file, &sample.features, {}, {}, &owner).isLeft(); };
+    const QByteArray whole = sampleConfiguration({"", 2000, 800});
+    bool isRefused = true;
+    const auto refuse = [&](const char *name, const QByteArray &document) {
+        writeFile(file, document);
+        isRefused = counted(name, load) && isRefused;
+    };
+    writeFile(file, whole);
+    counted("parse to refuse", [&] { return readDocument(file).isValid(); });
+    refuse("refusal, cut off", whole.left(whole.lastIndexOf('}')));
+    refuse("refusal, first action", QByteArray(whole).replace(whole.indexOf("\"path\""), 6, "\"pith\""));
+    refuse("refusal, last gesture", QByteArray(whole).replace(whole.lastIndexOf("\"kind\""), 6, "\"sort\""));
+    if (!isRefused)
+        qFatal("a wrong document is not refused");
 }
 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const int gestures = app.arguments().value(1).toInt();
+    const QString gestures = app.arguments().value(1);
     const Size sizes[] = {sizeS, sizeM, sizeL, {"XL", 50000, 20000}};
     const auto size = std::find_if(std::begin(sizes), std::end(sizes),
-                                   [gestures](const Size &one) { return one.gestures == gestures; });
-    if (size == std::end(sizes))
-        qFatal("usage: counts 50|500|5000|50000");
-
-    const SampleTree tree(*size);
-    const SampleFeatures features;
-    countLoads(tree.defaultFile(), gestures, features);
-    GestureService service(ApplicationPaths("sample", tree.userFile(), tree.defaultFile()), &features, false);
-    counted("first lookup", [&service] { return findFirst(service); });
-    countLookups(service);
-    countSettings(service);
-    countRebuild(features, gestures);
-    service.prune(); // nothing to save at exit
+                                   [&](const Size &one) { return QString::number(one.gestures) == gestures; });
+    const QMap<QString, void (*)(const Sample &)> groups{{"parse", countParse},     {"load", countLoad},
+                                                         {"library", countLibrary}, {"service", countService},
+                                                         {"rebuild", countRebuild}, {"refusal", countRefusals}};
+    const auto group = groups.value(app.arguments().value(2));
+    if (size == std::end(sizes) || !group)
+        qFatal("usage: counts 50|500|5000|50000 parse|load|library|service|rebuild|refusal");
+    group(Sample(*size));
     return 0;
 }

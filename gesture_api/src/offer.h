@@ -26,24 +26,24 @@ public:
     void forget(Action *action);
 
     /// In the order of their creation.
-    const std::vector<Gesture *> &users() const { return m_users; }
+    const QList<Gesture *> &users() const { return m_users; }
 
 private:
     Offer(const QList<Action *> &actions, Gesture *first);
     ~Offer();
 
     QList<Action *> m_actions;
-    std::vector<Gesture *> m_users;
+    QList<Gesture *> m_users;
 };
 
 /// The existing gestures that use an action. Those of an offer are not in the list, unless the action is also their
 /// default or current one.
 struct Action::Users
 {
-    bool isEmpty() const { return gestures.empty() && offers.empty(); }
+    bool isEmpty() const { return gestures.isEmpty() && offers.empty(); }
 
-    std::vector<Gesture *> gestures; // in the order of their creation
-    std::vector<Offer *> offers;     // each has at least one gesture
+    QList<Gesture *> gestures;   // in the order of their creation; they often leave at the front
+    std::vector<Offer *> offers; // each has at least one gesture
 };
 
 }

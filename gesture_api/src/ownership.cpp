@@ -24,11 +24,13 @@ Offer *Offer::of(const QList<Action *> &actions)
         return nullptr;
 
     const Action::Users &users = *(*first)->m_users;
-    for (Offer *offer : users.offers) {
-        if (offer->m_actions.isSharedWith(actions))
-            return offer;
-    }
-    Gesture *const other = users.gestures.empty() ? nullptr : users.gestures.back();
+    // Usually an action is in few lists. Of many, an older one can as well be a list of this gesture's own.
+    const auto few = std::min<std::ptrdiff_t>(users.offers.end() - users.offers.begin(), 16);
+    const auto known = std::find_if(users.offers.rbegin(), users.offers.rbegin() + few,
+                                    [&actions](const Offer *offer) { return offer->m_actions.isSharedWith(actions); });
+    if (known != users.offers.rbegin() + few)
+        return *known;
+    Gesture *const other = users.gestures.isEmpty() ? nullptr : users.gestures.last();
     const auto isDying = [](const Action *action) { return action && action->m_dying; };
     if (!other || !other->m_availableActions.isSharedWith(actions)
         || std::any_of(actions.cbegin(), actions.cend(), isDying))
@@ -63,14 +65,14 @@ Offer::~Offer()
 
 void Offer::add(Gesture *gesture)
 {
-    m_users.push_back(gesture);
+    m_users.append(gesture);
 }
 
 void Offer::remove(Gesture *gesture)
 {
     const auto isEarlier = [](const Gesture *user, quintptr serial) { return user->m_serial < serial; };
     m_users.erase(std::lower_bound(m_users.begin(), m_users.end(), gesture->m_serial, isEarlier));
-    if (m_users.empty())
+    if (m_users.isEmpty())
         delete this;
 }
 
@@ -78,14 +80,14 @@ void Offer::removeLeaving()
 {
     const auto isLeaving = [](const Gesture *user) { return user->m_leaving; };
     m_users.erase(std::remove_if(m_users.begin(), m_users.end(), isLeaving), m_users.end());
-    if (m_users.empty())
+    if (m_users.isEmpty())
         delete this;
 }
 
 void Offer::forget(Action *action)
 {
     m_actions.removeAll(action);
-    for (Gesture *user : m_users)
+    for (Gesture *user : qAsConst(m_users))
         user->m_availableActions = m_actions;
 }
 
@@ -101,11 +103,8 @@ Action::~Action()
     for (Offer *offer : m_users->offers)
         offer->forget(this);
     m_users->offers.clear();
-    while (!m_users->gestures.empty()) {
-        Gesture *const user = m_users->gestures.back();
-        m_users->gestures.pop_back();
-        user->forget(this);
-    }
+    while (!m_users->gestures.isEmpty())
+        m_users->gestures.takeLast()->forget(this);
 }
 
 // Null if no gesture uses the action.
@@ -113,9 +112,9 @@ Gesture *Action::lastUser() const
 {
     if (!m_users)
         return nullptr;
-    Gesture *last = m_users->gestures.empty() ? nullptr : m_users->gestures.back();
+    Gesture *last = m_users->gestures.isEmpty() ? nullptr : m_users->gestures.last();
     for (const Offer *offer : m_users->offers) {
-        Gesture *const user = offer->users().back();
+        Gesture *const user = offer->users().last();
         if (!last || last->m_serial < user->m_serial)
             last = user;
     }
@@ -160,19 +159,19 @@ void Gesture::join(Action *action)
     }
     if (!action->m_users)
         action->m_users = new Action::Users;
-    std::vector<Gesture *> &users = action->m_users->gestures;
+    QList<Gesture *> &users = action->m_users->gestures;
     const auto place = placeAmong(users);
     if (place == users.end() || *place != this)
         users.insert(place, this);
 }
 
 // The place of the gesture among these, present or not: they are in the order of their creation.
-std::vector<Gesture *>::iterator Gesture::placeAmong(std::vector<Gesture *> &users) const
+QList<Gesture *>::iterator Gesture::placeAmong(QList<Gesture *> &users) const
 {
     // Gestures usually join at the end, and leave at either end.
-    if (users.empty() || users.back()->m_serial < m_serial)
+    if (users.isEmpty() || users.last()->m_serial < m_serial)
         return users.end();
-    if (users.front()->m_serial >= m_serial)
+    if (users.first()->m_serial >= m_serial)
         return users.begin();
     return std::lower_bound(users.begin(), users.end(), m_serial,
                             [](const Gesture *user, quintptr serial) { return user->m_serial < serial; });
@@ -195,7 +194,7 @@ void Gesture::takeActions()
         if (action && (!owner || owner->m_serial < m_serial))
             action->setParent(this);
     };
-    if (!m_offer || m_offer->users().back() == this)
+    if (!m_offer || m_offer->users().last() == this)
         std::for_each(m_availableActions.cbegin(), m_availableActions.cend(), take);
     take(m_defaultAction);
     take(m_currentAction);
@@ -217,7 +216,7 @@ void Gesture::leave(Action *action)
 {
     if (!action || !action->m_users)
         return;
-    std::vector<Gesture *> &users = action->m_users->gestures;
+    QList<Gesture *> &users = action->m_users->gestures;
     const auto place = placeAmong(users);
     if (place != users.end() && *place == this)
         users.erase(place);
@@ -244,7 +243,7 @@ void Gesture::leaveTogether(const QList<Gesture *> &gestures)
         offer->removeLeaving();
     actions.remove(nullptr);
     for (Action *action : qAsConst(actions)) {
-        std::vector<Gesture *> &users = action->m_users->gestures;
+        QList<Gesture *> &users = action->m_users->gestures;
         users.erase(std::remove_if(users.begin(), users.end(), [](const Gesture *user) { return user->m_leaving; }),
                     users.end());
     }

@@ -19,7 +19,6 @@
 #include <QVector2D>
 
 #include <optional>
-#include <vector>
 
 /// Modes and kind, by which a settings screen groups gestures.
 struct GESTURE_API_EXPORT GestureSection
@@ -239,7 +238,7 @@ private:
     void leaveAll();
     void leave(Action *action);
     static void leaveTogether(const QList<Gesture *> &gestures);
-    std::vector<Gesture *>::iterator placeAmong(std::vector<Gesture *> &users) const;
+    QList<Gesture *>::iterator placeAmong(QList<Gesture *> &users) const;
     bool uses(Action *action) const;
     void forget(Action *action);
 

@@ -34,7 +34,7 @@ public:
     using Ch = char;
 
     Source(const char *begin, const char *end)
-        : m_begin(begin), m_end(end), m_at(begin), m_nextEscape(find('\\', begin, end))
+        : m_begin(begin), m_end(end), m_at(begin), m_nextEscape(begin)
     {
     }
 
