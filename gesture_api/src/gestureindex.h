@@ -54,6 +54,8 @@ class IndexEntries
 public:
     void append(const IndexEntry &entry) { m_entries.append(entry); }
 
+    void squeeze() { m_entries.squeeze(); }
+
     const QVector<IndexEntry> &all() const { return m_entries; }
 
     /// The first gesture whose zone contains the point, or null.
@@ -149,6 +151,10 @@ public:
             if (gestures.at(i))
                 add(IndexEntry(gestures.at(i), i));
         }
+        for (IndexEntries &entries : m_ofAllModes)
+            entries.squeeze();
+        for (IndexEntries &entries : m_byMode)
+            entries.squeeze();
     }
 
     /// The first gesture of this mode, kind and direction whose zone contains the position, or null.

@@ -65,6 +65,8 @@ Offer::~Offer()
 
 void Offer::add(Gesture *gesture)
 {
+    if (m_users.isEmpty())
+        m_users.reserve(5);
     m_users.append(gesture);
 }
 
@@ -160,8 +162,12 @@ void Gesture::join(Action *action)
     if (!action->m_users)
         action->m_users = new Action::Users;
     QList<Gesture *> &users = action->m_users->gestures;
+    if (users.isEmpty())
+        users.reserve(3); // exact, and without the computation of a growth
     const auto place = placeAmong(users);
-    if (place == users.end() || *place != this)
+    if (place == users.end())
+        users.append(this);
+    else if (*place != this)
         users.insert(place, this);
 }
 
