@@ -162,13 +162,6 @@ static Comparison largeBesideMedium()
                    [&] { return loadTime(mediumFile, sizeM.gestures) / sizeM.gestures; }, 21);
 }
 
-// Other work of the machine, which also takes its memory's time, turns these over: counts.py decides.
-static Row shown(Row row)
-{
-    row.ofThisMachine = true;
-    return row;
-}
-
 std::vector<Row> benchLoad()
 {
     const QString parse = "read, parse, toVariant";

@@ -53,8 +53,8 @@ std::vector<Row> benchSave()
 {
     const QString calls = "its system calls alone";
     return {
-            ratioRow("save at S", calls, saveBesideSystemCalls(sizeS, 201), 1.05),
-            ratioRow("save at M", calls, saveBesideSystemCalls(sizeM, 101), 1.05),
-            ratioRow("save at L", calls, saveBesideSystemCalls(sizeL, 41), 1.05),
+            shown(ratioRow("save at S", calls, saveBesideSystemCalls(sizeS, 201), 1.05)),
+            shown(ratioRow("save at M", calls, saveBesideSystemCalls(sizeM, 101), 1.05)),
+            shown(ratioRow("save at L", calls, saveBesideSystemCalls(sizeL, 41), 1.05)),
     };
 }

@@ -42,6 +42,12 @@ Row ratioRow(const QString &what, const QString &beside, const Comparison &compa
     return {what, beside, timeText(comparison.ours), timeText(comparison.beside), comparison.ratio, QString(), goal};
 }
 
+Row shown(Row row)
+{
+    row.ofThisMachine = true;
+    return row;
+}
+
 QString timeText(double nanoseconds)
 {
     if (nanoseconds < 1e3)

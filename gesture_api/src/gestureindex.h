@@ -78,6 +78,7 @@ public:
 private:
     static constexpr int few = 16;
     static constexpr int cells = 16; // in each direction; a power of two, so that the edges are exact
+    static constexpr std::size_t cellCount = std::size_t(cells) * cells;
 
     // The part of a zone that is in a cell.
     struct Part
@@ -116,7 +117,7 @@ private:
     {
         if (!m_grid)
             m_grid = std::make_shared<Grid>();
-        const auto cell = static_cast<std::size_t>(row * cells + column);
+        const std::size_t cell = std::size_t(row) * cells + std::size_t(column);
         if (!m_grid->isFilled[cell])
             m_grid->candidates[cell] = foundIn(column, row);
         m_grid->isFilled[cell] = true;

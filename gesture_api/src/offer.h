@@ -9,11 +9,11 @@ namespace gesture {
 
 /// A list of available actions that several gestures share, such as a group, and these gestures. An action knows the
 /// offer instead of each gesture: otherwise a thousand gestures with a group of a thousand actions would need a million
-/// links. Gestures share a list if Qt shares its data: those that name one group, and clones, do.
+/// links. Gestures with equal lists share one: those that name one group, and clones, do.
 class Offer
 {
 public:
-    /// The offer of this list for one more gesture, or null if no other gesture shares the list. The second gesture of
+    /// The offer of this list for one more gesture, or null if no other gesture has an equal one. The second gesture of
     /// a list creates the offer.
     static Offer *of(const QList<Action *> &actions);
 
@@ -25,6 +25,7 @@ public:
     /// For an action that is being destroyed.
     void forget(Action *action);
 
+    const QList<Action *> &actions() const { return m_actions; }
     /// In the order of their creation.
     const QList<Gesture *> &users() const { return m_users; }
 

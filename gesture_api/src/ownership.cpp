@@ -27,13 +27,12 @@ Offer *Offer::of(const QList<Action *> &actions)
     // Usually an action is in few lists. Of many, an older one can as well be a list of this gesture's own.
     const auto few = std::min<std::ptrdiff_t>(users.offers.end() - users.offers.begin(), 16);
     const auto known = std::find_if(users.offers.rbegin(), users.offers.rbegin() + few,
-                                    [&actions](const Offer *offer) { return offer->m_actions.isSharedWith(actions); });
+                                    [&actions](const Offer *offer) { return offer->m_actions == actions; });
     if (known != users.offers.rbegin() + few)
         return *known;
     Gesture *const other = users.gestures.isEmpty() ? nullptr : users.gestures.last();
     const auto isDying = [](const Action *action) { return action && action->m_dying; };
-    if (!other || !other->m_availableActions.isSharedWith(actions)
-        || std::any_of(actions.cbegin(), actions.cend(), isDying))
+    if (!other || other->m_availableActions != actions || std::any_of(actions.cbegin(), actions.cend(), isDying))
         return nullptr;
     return new Offer(actions, other);
 }
@@ -50,6 +49,7 @@ Offer::Offer(const QList<Action *> &actions, Gesture *first) : m_actions(actions
             first->leave(action);
     }
     first->m_offer = this;
+    first->m_availableActions = m_actions;
     add(first);
 }
 
@@ -141,6 +141,7 @@ void Gesture::joinAll()
     m_offer = Offer::of(m_availableActions);
     if (m_offer) {
         m_offer->add(this);
+        m_availableActions = m_offer->actions(); // to share the memory, too
     } else {
         const QList<Action *> actions = m_availableActions; // an action that is being destroyed leaves the list
         for (Action *action : actions)

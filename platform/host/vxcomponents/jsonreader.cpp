@@ -33,10 +33,7 @@ class Source
 public:
     using Ch = char;
 
-    Source(const char *begin, const char *end)
-        : m_begin(begin), m_end(end), m_at(begin), m_nextEscape(begin)
-    {
-    }
+    Source(const char *begin, const char *end) : m_begin(begin), m_end(end), m_at(begin), m_nextEscape(begin) {}
 
     char Peek() const { return *m_at; }
     char Take() { return *m_at++; }
