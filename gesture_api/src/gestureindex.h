@@ -102,8 +102,8 @@ private:
 
     struct Grid
     {
-        std::array<QVector<int>, cells * cells> candidates; // places in m_entries
-        std::array<bool, cells *cells> isFilled = {};
+        std::array<QVector<int>, cellCount> candidates; // places in m_entries
+        std::array<bool, cellCount> isFilled = {};
     };
 
     static bool isOnScreen(const QPointF &point)
