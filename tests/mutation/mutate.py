@@ -40,7 +40,7 @@ TESTS = [
     (r"common/", "either stringutils"),
     (r"gesture_api/src/fields", "action gesturecodec configuration actionbindings"),
     (r"gesture_api/src/gesturereader", "gesture gesturecodec configuration"),
-    (r"gesture_api/src/ownership", "ownership reentrancy gesture exitsave"),
+    (r"gesture_api/src/(ownership|offer)", "ownership reentrancy gesture exitsave"),
     (r"gesture_api/.*/action", "action actionlists actiontree ownership reentrancy configuration"),
     (r"gesture_api/.*/announcement", "reentrancy gesturekindfiltermodel"),
     (r"gesture_api/.*/applicationpaths", "applicationpaths gestureserviceprovider"),
