@@ -481,6 +481,33 @@ private Q_SLOTS:
         }
     }
 
+    // More lists than the library looks at when a gesture is made.
+    void manyListsOfOneAction()
+    {
+        QRandomGenerator random(1);
+        Model model;
+        for (int i = 0; i < 45; ++i)
+            model.actions.append(newAction(qPrintable(QString::number(i))));
+        const QList<Action *> all = model.living();
+        const auto add = [&](int place, Action *byDefault) {
+            model.add(newGesture(QList<Action *>{all.first()} + all.mid(place, 4), byDefault));
+        };
+        for (int round = 0; round < 3; ++round) {
+            add(1, all.first());
+            add(1, all.first());
+            for (int place = 2; place + 4 <= all.size(); ++place) {
+                add(place, nullptr);
+                add(place, nullptr);
+            }
+        }
+        model.verify();
+        while (!model.gestures.isEmpty() && !QTest::currentTestFailed()) {
+            model.destroy(model.anyGesture(random));
+            model.verify();
+        }
+        QVERIFY(model.living().isEmpty());
+    }
+
     // A settings screen may clone, edit, merge back and destroy in any order.
     void anyOrderOfCloningEditingMergingAndDestroying()
     {
