@@ -24,15 +24,18 @@ Offer *Offer::of(const QList<Action *> &actions)
         return nullptr;
 
     const Action::Users &users = *(*first)->m_users;
+    Gesture *const other = users.gestures.isEmpty() ? nullptr : users.gestures.last();
+    const bool isOthers = other && other->m_availableActions == actions;
+    if (isOthers && other->m_offer)
+        return other->m_offer;
     // Usually an action is in few lists. Of many, an older one can as well be a list of this gesture's own.
     const auto few = std::min<std::ptrdiff_t>(users.offers.end() - users.offers.begin(), 16);
     const auto known = std::find_if(users.offers.rbegin(), users.offers.rbegin() + few,
                                     [&actions](const Offer *offer) { return offer->m_actions == actions; });
     if (known != users.offers.rbegin() + few)
         return *known;
-    Gesture *const other = users.gestures.isEmpty() ? nullptr : users.gestures.last();
     const auto isDying = [](const Action *action) { return action && action->m_dying; };
-    if (!other || other->m_availableActions != actions || std::any_of(actions.cbegin(), actions.cend(), isDying))
+    if (!isOthers || std::any_of(actions.cbegin(), actions.cend(), isDying))
         return nullptr;
     return new Offer(actions, other);
 }
