@@ -158,6 +158,14 @@ private Q_SLOTS:
         QVERIFY(!action);
     }
 
+    void childThatNoGestureUsesDiesWithItsParent()
+    {
+        auto *gesture = newGesture({});
+        const QPointer<Action> child = new Action(gesture);
+        delete gesture;
+        QVERIFY(!child);
+    }
+
     void earlierUserDyingFirstChangesNothing()
     {
         const QPointer<Action> action = newAction("a");

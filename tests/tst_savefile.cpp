@@ -579,6 +579,30 @@ private Q_SLOTS:
         QCOMPARE(files, QStringList("file"));
     }
 
+    void failuresInAnAppendOnlyDirectory()
+    {
+        QVERIFY(QDir().mkpath(path("dir")));
+        if (!setAppendOnly(path("dir"), true))
+            QSKIP("a directory can not be made append-only here");
+        QObject owner;
+        const QList<Gesture *> gestures = manyGestures(100, &owner);
+        rlimit before;
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        const rlimit limit{64, before.rlim_max};
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const qint64 cut = save(path("dir/file"), gestures);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
+        std::signal(SIGXFSZ, handler);
+        const auto unnameable =
+                Configuration::ActionBindings::saveJson(path("dir/") + QString(300, QLatin1Char('x')), gestures);
+        QVERIFY(setAppendOnly(path("dir"), false));
+        QCOMPARE(cut, qint64(-1));
+        QVERIFY(unnameable.isLeft());
+        QVERIFY2(unnameable.left().startsWith(QLatin1String("can not open file: File name too long")),
+                 qPrintable(unnameable.left()));
+    }
+
     // The next save removes the leftovers of killed ones; files of others, or in use, stay.
     void straysAreRemoved()
     {
