@@ -75,8 +75,7 @@ void Offer::add(Gesture *gesture)
 
 void Offer::remove(Gesture *gesture)
 {
-    const auto isEarlier = [](const Gesture *user, quintptr serial) { return user->m_serial < serial; };
-    m_users.erase(std::lower_bound(m_users.begin(), m_users.end(), gesture->m_serial, isEarlier));
+    m_users.erase(gesture->placeAmong(m_users));
     if (m_users.isEmpty())
         delete this;
 }
