@@ -1,3 +1,10 @@
+#include "actionmenumodel.h"
+#include "configurationstate.h"
+#include "gestureeditor.h"
+#include "gesturefiltermodel.h"
+#include "gesturelist.h"
+#include "gestures.h"
+#include "pagemodel.h"
 #include "provider.h"
 
 #include <gesture_api/gesturekindfiltermodel.h>
@@ -29,6 +36,16 @@ public:
                                                     "A GestureActionNode comes from a Gesture's actionTree");
         qmlRegisterUncreatableType<Feature>(uri, 1, 0, "GestureFeature",
                                             "A GestureFeature comes from the features of a Gesture or a GestureAction");
+
+        qmlRegisterType<GestureEditor>(uri, 1, 0, "GestureEditor");
+        qmlRegisterType<GestureFilterModel>(uri, 1, 0, "GestureFilterModel");
+        qmlRegisterType<ActionMenuModel>(uri, 1, 0, "ActionMenuModel");
+        qmlRegisterType<PageModel>(uri, 1, 0, "PageModel");
+        qmlRegisterType<ConfigurationState>(uri, 1, 0, "ConfigurationState");
+        qmlRegisterSingletonType<Gestures>(uri, 1, 0, "Gestures",
+                                           [](QQmlEngine *, QJSEngine *) -> QObject * { return new Gestures; });
+        qmlRegisterUncreatableType<GestureList>(uri, 1, 0, "GestureList",
+                                                "A GestureList is the model of a GestureEditor");
 
         // Only as the types of properties.
         qmlRegisterAnonymousType<vellix::components::ReadonlyLazyListModel>(uri, 1);

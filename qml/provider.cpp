@@ -2,8 +2,7 @@
 
 using namespace vellix::gesture;
 
-// One for all engines, and never destroyed: the last user in QML is unknown.
-static const FeaturesProvider *deviceFeatures()
+const FeaturesProvider *deviceFeatures()
 {
     static const auto *const features = new DefaultFeaturesProvider;
     return features;

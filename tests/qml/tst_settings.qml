@@ -873,7 +873,7 @@ Item {
         }
 
         function test_badChoices_data() {
-            const reset = " \u201cReset\u201d in the settings forgets them.$"
+            const reset = " \u201cDefaults\u201d in the settings forgets them.$"
             const kept = "The file is kept as \u201ccfg\\.json\\.rejected\u201d when the settings save\\.$"
             return [
                 {tag: "another version", text: '{"version": 2, "actions": {}}',
