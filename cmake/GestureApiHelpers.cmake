@@ -6,13 +6,43 @@ macro(gesture_api_require package version debian)
     endif()
 endmacro()
 
-# The same for a program; its Debian package has the same name.
+# The same for a program. Its Debian package has the same name, or the one in a third argument.
 macro(gesture_api_require_program variable program)
-    find_program(${variable} ${program})
+    find_program(${variable} ${program} VALIDATOR gesture_api_is_installed)
     if(NOT ${variable})
-        message(FATAL_ERROR "${program} is missing: install the Debian package ${program}")
+        set(debian ${ARGN})
+        if(NOT debian)
+            set(debian ${program})
+        endif()
+        message(FATAL_ERROR "${program} is missing: install the Debian package ${debian}")
     endif()
 endmacro()
+
+# Debian links the names of Qt's programs even if they are not there.
+function(gesture_api_is_installed result program)
+    execute_process(COMMAND ${program} --version OUTPUT_QUIET ERROR_VARIABLE said)
+    if(said MATCHES "could not exec")
+        set(${result} FALSE PARENT_SCOPE)
+    endif()
+endfunction()
+
+# Compiles the texts DIRECTORY/NAME_LANGUAGE.ts into a target. A program finds them below :/NAME/translations.
+function(gesture_api_translations target name directory)
+    file(GLOB catalogues CONFIGURE_DEPENDS ${directory}/${name}_*.ts)
+    set(entries)
+    foreach(catalogue ${catalogues})
+        cmake_path(GET catalogue STEM language)
+        set(compiled ${CMAKE_CURRENT_BINARY_DIR}/${language}.qm)
+        add_custom_command(OUTPUT ${compiled} DEPENDS ${catalogue} VERBATIM
+            COMMAND ${GESTURE_API_LRELEASE} -silent -nounfinished ${catalogue} -qm ${compiled})
+        string(APPEND entries "<file>${language}.qm</file>")
+    endforeach()
+    set(list ${CMAKE_CURRENT_BINARY_DIR}/${name}_translations.qrc)
+    file(CONFIGURE OUTPUT ${list} CONTENT "<RCC><qresource prefix=\"/${name}/translations\">${entries}</qresource></RCC>\n")
+    target_sources(${target} PRIVATE ${list})
+    set_target_properties(${target} PROPERTIES AUTORCC ON)
+    set_source_files_properties(${list} PROPERTIES AUTORCC_OPTIONS "--format-version;1") # without times: equal builds
+endfunction()
 
 # The common settings of all targets of this project.
 function(gesture_api_defaults target)

@@ -6,6 +6,7 @@
 #include "gestures.h"
 #include "pagemodel.h"
 #include "provider.h"
+#include "translation.h"
 
 #include <gesture_api/gesturekindfiltermodel.h>
 
@@ -51,6 +52,8 @@ public:
         qmlRegisterAnonymousType<vellix::components::ReadonlyLazyListModel>(uri, 1);
         qmlRegisterAnonymousType<FeaturesProvider>(uri, 1);
     }
+
+    void initializeEngine(QQmlEngine *, const char *) override { installTranslation(); }
 };
 
 #include "plugin.moc"

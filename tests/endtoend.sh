@@ -80,11 +80,11 @@ until_true reader_shows 2
 
 # In the settings: the third row is that tap; its menu opens at the pages, and the third entry there is ten pages
 # forward.
-click "$settings" 300 425
+click "$settings" 300 255
 picture "$settings" settings-menu
-click "$settings" 300 280
+click "$settings" 300 168
 [ ! -e "$work/user" ] # nothing is written before Save
-click "$settings" 95 762
+click "$settings" 86 776
 until_true saved
 picture "$settings" settings
 

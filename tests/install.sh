@@ -53,20 +53,31 @@ for file in share/gesture_api/schemas/gesture-config.schema.json share/man/man1/
 done
 "$work/host/bin/gesturectl" schema bindings | diff - "$work/host/share/gesture_api/schemas/bindings.schema.json"
 
-# The QML module also does.
+# The QML modules also do, and speak the language of the user.
 module=$(dirname "$(find "$work/host" -name plugins.qmltypes)")
 cat >"$work/tst_module.qml" <<'QML'
+import QtQuick 2.15
 import QtTest 1.15
 import Vellix.Gesture 1.0
+import Vellix.Gesture.Controls 1.0
 
-TestCase {
+Item {
+    width: 600
+    height: 800
     GestureServiceProvider { id: provider; appId: "reader" }
-    function test_module() {
-        compare(provider.service.gestures.rowCount(), 22)
+    GestureSettingsPage { id: page; anchors.fill: parent; appId: "reader" }
+    TestCase {
+        when: windowShown
+        function test_module() {
+            compare(provider.service.gestures.rowCount(), 22)
+            compare(page.editor.gesture("ReadingTapRightNoDirection").currentAction.path, "page/next")
+            compare(Gestures.kindTitle(Gesture.Tap), "Tippen")
+        }
     }
 }
 QML
-QT_QPA_PLATFORM=offscreen "$(qmake -query QT_INSTALL_BINS)/qmltestrunner" -import "${module%/Vellix/Gesture}" \
+LC_ALL=de_DE.UTF-8 LANGUAGE='' QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
+    "$(qmake -query QT_INSTALL_BINS)/qmltestrunner" -import "${module%/Vellix/Gesture}" \
     -input "$work/tst_module.qml" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 
 # The example programs find their libraries and the module: they still run at the end of their time.

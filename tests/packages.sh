@@ -114,23 +114,34 @@ grep -q '^the watching process: ReadingTapRightNoDirection: page/next -> view/bo
 expect "the last touch" "ReadingTapRightNoDirection page/next" \
     "$(grep '^ReadingTapRightNoDirection [a-z]*/[a-z]*$' "$root/home/reader/demo" | tail -1)"
 
-step "The two programs, and the module where Qt looks for it"
+step "The two programs, and the modules where Qt looks for them"
 for program in settings reader; do
     said=$(as_user bash -c "timeout 5 /usr/lib/*/gesture_api/examples/$program 2>&1; echo status \$?")
     expect "$program for five seconds" "status 124" "$said"
 done
 cat >"$root/home/reader/tst_module.qml" <<'QML'
+import QtQuick 2.15
 import QtTest 1.15
 import Vellix.Gesture 1.0
+import Vellix.Gesture.Controls 1.0
 
-TestCase {
+Item {
+    width: 600
+    height: 800
     GestureServiceProvider { id: provider; appId: "reader" }
-    function test_module() {
-        compare(provider.service.gestures.rowCount(), 22)
+    GestureSettingsPage { id: page; anchors.fill: parent; appId: "reader" }
+    TestCase {
+        when: windowShown
+        function test_module() {
+            compare(provider.service.gestures.rowCount(), 22)
+            compare(page.editor.gesture("ReadingTapRightNoDirection").currentAction.path, "page/next")
+            compare(Gestures.kindTitle(Gesture.Tap), "Tippen")
+        }
     }
 }
 QML
-as_user /usr/lib/qt5/bin/qmltestrunner -input /home/reader/tst_module.qml
+as_user env LC_ALL=de_DE.UTF-8 QT_QUICK_BACKEND=software \
+    /usr/lib/qt5/bin/qmltestrunner -input /home/reader/tst_module.qml
 
 step "The README's client, with CMake and with pkg-config"
 client=$root/home/reader/client

@@ -1,18 +1,29 @@
 #include "exampleapplication.h"
 
-#include "configurationstate.h"
-#include "touches.h"
-
 #include <QDir>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QQmlApplicationEngine>
+#include <QTranslator>
 
 #include <cstdio>
 
-void registerExampleTypes()
+// The modes of the sample. The module finds their translations in this context.
+[[maybe_unused]] static const char *const modes[] = {
+        QT_TRANSLATE_NOOP("GestureModes", "reading"), QT_TRANSLATE_NOOP("GestureModes", "selecting"),
+        QT_TRANSLATE_NOOP("GestureModes", "menu"),    QT_TRANSLATE_NOOP("GestureModes", "viewing"),
+        QT_TRANSLATE_NOOP("GestureModes", "drawing"),
+};
+
+void installExampleTranslation()
 {
-    qmlRegisterType<ConfigurationState>("Vellix.Examples", 1, 0, "ConfigurationState");
-    qmlRegisterType<Touches>("Vellix.Examples", 1, 0, "Touches");
+    Q_INIT_RESOURCE(examples_translations); // an archive's resources are not linked by themselves
+    auto *translator = new QTranslator(QCoreApplication::instance());
+    // English has plural forms of its own.
+    if (!translator->load(QLocale(), "examples", "_", ":/examples/translations"))
+        translator->load("examples_en", ":/examples/translations");
+    QCoreApplication::installTranslator(translator);
+    QGuiApplication::setLayoutDirection(QLocale().textDirection());
 }
 
 int runExample(int argc, char *argv[], const QUrl &root)
@@ -26,7 +37,7 @@ int runExample(int argc, char *argv[], const QUrl &root)
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         qputenv("QT_QUICK_BACKEND", "software"); // neither the device nor a machine without a display has OpenGL
     QGuiApplication app(argc, argv);
-    registerExampleTypes();
+    installExampleTranslation();
     QQmlApplicationEngine engine;
     // Prefer the module that was built or installed with this program to the one in Qt's own path.
     const QDir here(QCoreApplication::applicationDirPath());

@@ -5,7 +5,7 @@ import "book.js" as Book
 Item {
     id: view
 
-    property int textSize: 24
+    property int textSize: 24 // in pixels
     property int word: 0
     property var bookmarks: []
 
@@ -57,11 +57,14 @@ Item {
         width: view.width
         height: (view.titleLines - 1) * view.lineHeight
         text: view.chapterTitle
+        textFormat: Text.PlainText
         font.family: "Serif"
         font.bold: true
         font.pixelSize: Math.round(view.textSize * 1.3)
         fontSizeMode: Text.HorizontalFit
         verticalAlignment: Text.AlignVCenter
+        Accessible.role: Accessible.Heading
+        Accessible.name: view.chapterTitle
     }
 
     Text {
@@ -74,5 +77,7 @@ Item {
         font: metrics.font
         lineHeightMode: Text.FixedHeight
         lineHeight: view.lineHeight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: pageText.text
     }
 }

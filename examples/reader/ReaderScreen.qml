@@ -1,18 +1,18 @@
 import QtQml 2.15
 import QtQuick 2.15
-import Vellix.Examples 1.0
 import Vellix.Gesture 1.0
-import "../common/words.js" as Words
+import Vellix.Gesture.Controls 1.0
 
 // The whole screen of the reading program: turns every touch and key into a gesture, and looks up its action in the
-// service.
+// service. Without gestures it still turns pages.
 FocusScope {
     id: screen
 
     property string appId
 
-    readonly property string title: state.problem !== "" ? "Reader"
-            : page.chapterTitle + ", page " + (page.pageIndex + 1) + " of " + page.pageCount
+    //: The title of a chapter, and the number of a page.
+    readonly property string title: qsTr("%1, page %2 of %3").arg(page.chapterTitle).arg(page.pageIndex + 1)
+                                                             .arg(page.pageCount)
     readonly property var modes: ["reading", "selecting", "menu"]
     property string mode: "reading"
     // The panel over the page in the mode "menu".
@@ -20,13 +20,15 @@ FocusScope {
     property string modeBefore: "reading"
     property bool zonesShown: false
 
+    property int textSize: 6 // in millimetres
     readonly property int levels: 10
     property bool lightOn: true
     property int light: 6
     property int warmth: 3
     property bool speaking: false
 
-    property string answer: "Touch the page. The keys are arrows and digits, M for the mode and Z for the zones."
+    property string answer:
+            qsTr("Touch the page. The keys are arrows and digits, M for the mode and Z for the zones.")
     property string message: ""
 
     // The function of each action. It returns a sentence if nothing else shows its effect.
@@ -38,8 +40,8 @@ FocusScope {
         "chapter/next": () => screen.goToChapter(page.chapterIndex + 1),
         "chapter/previous": () => screen.goToChapter(page.chapterIndex - 1),
         "chapter/list": () => screen.openMenu(true),
-        "text/larger": () => screen.setTextSize(page.textSize + 4),
-        "text/smaller": () => screen.setTextSize(page.textSize - 4),
+        "text/larger": () => screen.setTextSize(screen.textSize + 1),
+        "text/smaller": () => screen.setTextSize(screen.textSize - 1),
         "light/brighter": () => screen.setLight(screen.light + 1),
         "light/darker": () => screen.setLight(screen.light - 1),
         "light/warmer": () => screen.setWarmth(screen.warmth + 1),
@@ -48,30 +50,30 @@ FocusScope {
         "speech/toggle": () => screen.toggleSpeech(),
         "view/menu": () => screen.openMenu(false),
         "view/bookmark": () => page.toggleBookmark(),
-        "view/search": () => "Here the device would search.",
-        "view/refresh": () => "Here the device would refresh the screen.",
+        "view/search": () => qsTr("Here the device would search."),
+        "view/refresh": () => qsTr("Here the device would refresh the screen."),
         "view/close": () => screen.close(),
         "select/start": () => screen.setMode("selecting"),
-        "select/highlight": () => "Here the device would highlight the selection.",
-        "select/note": () => "Here the device would write a note.",
-        "select/lookup": () => "Here the device would look up the selection.",
+        "select/highlight": () => qsTr("Here the device would highlight the selection."),
+        "select/note": () => qsTr("Here the device would write a note."),
+        "select/lookup": () => qsTr("Here the device would look up the selection."),
         "select/cancel": () => screen.setMode("reading"),
     })
 
     function turn(pages) {
         if (!page.turn(pages))
-            return pages > 0 ? "This is the last page." : "This is the first page."
+            return pages > 0 ? qsTr("This is the last page.") : qsTr("This is the first page.")
     }
 
     function goToChapter(chapter) {
         if (!page.goToChapter(chapter))
-            return chapter > 0 ? "This is the last chapter." : "This is the first chapter."
+            return chapter > 0 ? qsTr("This is the last chapter.") : qsTr("This is the first chapter.")
     }
 
     function setTextSize(size) {
-        if (size < 16 || size > 48)
-            return size < 16 ? "This is the smallest text." : "This is the largest text."
-        page.textSize = size
+        if (size < 4 || size > 12)
+            return size < 4 ? qsTr("This is the smallest text.") : qsTr("This is the largest text.")
+        screen.textSize = size
     }
 
     function setLight(level) {
@@ -85,7 +87,8 @@ FocusScope {
 
     function toggleSpeech() {
         screen.speaking = !screen.speaking
-        return screen.speaking ? "Here the device would read aloud." : "Here the device would stop reading aloud."
+        return screen.speaking ? qsTr("Here the device would read aloud.")
+                               : qsTr("Here the device would stop reading aloud.")
     }
 
     function setMode(mode) {
@@ -102,36 +105,94 @@ FocusScope {
 
     function close() {
         if (screen.mode === "reading")
-            return "Here the device would close the book."
+            return qsTr("Here the device would close the book.")
         screen.setMode(screen.mode === "menu" ? screen.modeBefore : "reading")
     }
 
     // Runs an action and returns a sentence about it, usually an empty one.
     function perform(path) {
         const actions = screen.actions
-        return actions.hasOwnProperty(path) ? actions[path]() || "" : "This program has no action “" + path + "”."
+        return actions.hasOwnProperty(path) ? actions[path]() || "" : qsTr("This program has no action “%1”.").arg(path)
     }
 
-    function choose(path) {
-        screen.answer = ""
-        screen.message = screen.perform(path)
+    function say(answer, message) {
+        screen.answer = answer
+        screen.message = message
+        if (message !== "")
+            Gestures.announce(statusLine)
     }
 
-    function placeWords(position) {
-        return position.x.toFixed(2) + ", " + position.y.toFixed(2)
+    // Unlike arg(), leaves a title of the configuration alone that has a number after a per cent sign.
+    function filled(text, values) {
+        return text.replace(/%(\d)/g, (place, number) => values[number - 1])
+    }
+
+    // "Tap at 0.90, 0.50"
+    function touchWords(kind, direction, position) {
+        return qsTr("%1 at %2, %3").arg(Gestures.touchTitle(kind, direction)).arg(position.x.toFixed(2))
+                                   .arg(position.y.toFixed(2))
+    }
+
+    function hasGestures() {
+        const service = provider.service
+        return !!service && service.gestures.rowCount() > 0
     }
 
     function handle(kind, direction, position) {
-        const found = touches.find(provider.service, screen.mode, kind, direction, position)
-        const gesture = found.gesture
+        const touched = screen.touchWords(kind, direction, position)
+        if (!screen.hasGestures()) {
+            screen.turnByThird(touched, kind, position)
+            return
+        }
+        const gesture = provider.service.findGestureAsQObject(screen.mode, kind, direction, position)
         const action = gesture ? gesture.currentAction : null
-        const able = !!action && gesture.supported && action.supported
-        const start = [Words.kindWord(kind), Words.directionWord(direction), "at", screen.placeWords(position)]
-        const what = action ? action.lastTitle + " (" + action.path + ")" + (able ? "" : ", this device cannot do it")
-                            : "nothing"
-        screen.answer = start.filter(part => part !== "").join(" ") + ": " + what + ", "
-                + Math.ceil(found.microseconds) + " µs"
-        screen.message = able ? screen.perform(action.path) : ""
+        if (!action)
+            screen.say(qsTr("%1: nothing").arg(touched), "")
+        else if (!gesture.supported || !action.supported)
+            screen.say(screen.filled(qsTr("%1: %2 (%3), this device cannot do it"),
+                                     [touched, Gestures.actionTitle(action), action.path]), "")
+        else
+            screen.run(touched, Gestures.actionTitle(action), action.path)
+    }
+
+    function run(touched, title, path) {
+        screen.say(screen.filled(qsTr("%1: %2 (%3)"), [touched, title, path]), screen.perform(path))
+    }
+
+    // While there are no gestures: a tap on the left third of the screen turns back, on the right third on.
+    function turnByThird(touched, kind, position) {
+        const path = position.x < 1 / 3 ? "page/previous" : position.x > 2 / 3 ? "page/next" : ""
+        if (kind === Gesture.Tap && path !== "")
+            screen.say(qsTr("%1: turns the page, as there are no gestures").arg(touched), screen.perform(path))
+        else
+            screen.say(qsTr("%1: nothing, as there are no gestures").arg(touched), "")
+    }
+
+    function turnByKey(path) {
+        screen.say("", screen.perform(path))
+    }
+
+    function choose(key) {
+        if (key === "zones")
+            screen.zonesShown = !screen.zonesShown
+        else
+            screen.say("", screen.perform(key))
+    }
+
+    function pickChapter(key) {
+        if (key !== "close")
+            screen.goToChapter(Number(key))
+        screen.close()
+    }
+
+    // The panel that is open has the keyboard, else the page.
+    function passKeys() {
+        if (menuPanel.visible)
+            menuPanel.takeKeys()
+        else if (chapterList.visible)
+            chapterList.takeKeys()
+        else
+            page.focus = true
     }
 
     function nextMode() {
@@ -144,6 +205,8 @@ FocusScope {
             screen.zonesShown = false
         else if (screen.mode === "menu")
             screen.close()
+        else
+            notice.dismiss()
     }
 
     // Like a numeric keypad: 7 is the top left ninth of the screen, 3 the bottom right one.
@@ -154,12 +217,17 @@ FocusScope {
     function key(event) {
         const directions = {[Qt.Key_Left]: Gesture.ToLeft, [Qt.Key_Right]: Gesture.ToRight, [Qt.Key_Up]: Gesture.ToTop,
                             [Qt.Key_Down]: Gesture.ToBottom}
+        const turns = {[Qt.Key_PageUp]: "page/previous", [Qt.Key_PageDown]: "page/next"}
+        if (!screen.hasGestures())
+            Object.assign(turns, {[Qt.Key_Left]: "page/previous", [Qt.Key_Right]: "page/next"})
         const digit = event.key - Qt.Key_0
         // On most keyboards Shift changes the digit keys; Alt never does.
         const held = event.modifiers & (Qt.AltModifier | Qt.ShiftModifier)
         if (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier))
             return false
-        if (directions.hasOwnProperty(event.key))
+        if (turns.hasOwnProperty(event.key))
+            screen.turnByKey(turns[event.key])
+        else if (directions.hasOwnProperty(event.key))
             screen.handle(Gesture.Swipe, directions[event.key], Qt.point(0.5, 0.5))
         else if (digit >= 1 && digit <= 9)
             screen.handle(held ? Gesture.Hold : Gesture.Tap, Gesture.NoDirection, screen.ninth(digit))
@@ -194,10 +262,6 @@ FocusScope {
         }
     }
 
-    Touches {
-        id: touches
-    }
-
     Rectangle {
         id: paper
         objectName: "paper"
@@ -210,56 +274,60 @@ FocusScope {
     BookPage {
         id: page
         objectName: "page"
-        visible: state.problem === ""
-        anchors.top: noticeText.bottom
+        focus: true
+        textSize: Math.round(Theme.millimeters(screen.textSize))
+        anchors.top: notice.bottom
         anchors.bottom: footer.top
         anchors.left: screen.left
         anchors.right: screen.right
-        anchors.margins: 36
-        anchors.topMargin: 20
-        anchors.bottomMargin: 4
+        anchors.margins: Math.min(Theme.millimeters(9), screen.width * 0.06)
+        anchors.topMargin: 2 * Theme.margin
+        anchors.bottomMargin: Theme.spacing
     }
 
-    Text {
-        objectName: "problemText"
-        visible: state.problem !== ""
-        anchors.top: noticeText.bottom
-        anchors.bottom: footer.top
-        anchors.left: screen.left
-        anchors.right: screen.right
-        anchors.margins: 36
-        text: state.problem
-        textFormat: Text.PlainText
-        wrapMode: Text.Wrap
-        font.pixelSize: 26
-        fontSizeMode: Text.Fit
-        minimumPixelSize: 14
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
-    }
-
-    TouchArea {
+    GestureTouchArea {
+        objectName: "touchArea"
         anchors.fill: screen
         onGestureMade: (kind, direction, position) => screen.handle(kind, direction, position)
     }
 
+    FontMetrics {
+        id: labelMetrics
+        font { family: Theme.fontFamily; pixelSize: Theme.labelSize }
+    }
+
     Row {
         id: modeSwitch
-        // The corner beside it is for the bookmark.
+        // The right corner is for the bookmark, also in mirrored layouts: zones are not mirrored.
+        x: 0
         width: screen.width * 0.84
-        height: 60
+        height: Theme.millimeters(11)
+
+        // What the names of all modes leave.
+        readonly property real spare: modeSwitch.width - modeSwitch.namesWidth()
+
+        function namesWidth() {
+            const modes = screen.modes
+            return modes.reduce((sum, mode) => sum + modeSwitch.nameWidth(mode), 0)
+        }
+
+        // The function of the metrics alone would not tell of another font.
+        function nameWidth(mode) {
+            return labelMetrics.height > 0 ? Math.ceil(labelMetrics.advanceWidth(Gestures.modeTitle(mode))) : 0
+        }
 
         Repeater {
             id: modeButtons
             model: screen.modes
-            delegate: LargeButton {
+            delegate: EinkButton {
                 id: modeButton
                 required property string modelData
                 objectName: "modeButton-" + modeButton.modelData
-                width: modeSwitch.width / modeButtons.count
+                width: modeSwitch.nameWidth(modeButton.modelData) + modeSwitch.spare / modeButtons.count
                 height: modeSwitch.height
-                text: Words.modesWords([modeButton.modelData])
-                chosen: screen.mode === modeButton.modelData
+                activeFocusOnTab: false // the tabulator key is for the mode
+                text: Gestures.modeTitle(modeButton.modelData)
+                checked: screen.mode === modeButton.modelData
                 onClicked: screen.setMode(modeButton.modelData)
             }
         }
@@ -267,84 +335,58 @@ FocusScope {
 
     Rectangle {
         objectName: "bookmarkMarker"
-        visible: page.bookmarked && page.visible
-        anchors.top: screen.top
-        anchors.right: screen.right
-        anchors.rightMargin: 30
-        width: 32
-        height: 60
-        color: "black"
+        visible: page.bookmarked
+        x: screen.width * 0.89
+        width: screen.width * 0.06
+        height: modeSwitch.height
+        color: Theme.ink
+        Accessible.role: Accessible.StaticText
+        Accessible.name: qsTr("This page has a bookmark.")
     }
 
-    Text {
-        id: noticeText
-        objectName: "noticeText"
+    Notice {
+        id: notice
+        objectName: "notice"
         anchors.top: modeSwitch.bottom
-        anchors.topMargin: text ? 6 : 0
         anchors.left: screen.left
         anchors.right: screen.right
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
-        height: text ? implicitHeight : 0
-        text: state.notice
-        textFormat: Text.PlainText
-        wrapMode: Text.Wrap
-        font.pixelSize: 15
+        largestHeight: screen.height * 0.4
+        text: state.problem || state.notice
     }
 
-    Item {
+    Flow {
         id: footer
-        visible: state.problem === ""
         anchors.left: screen.left
         anchors.right: screen.right
         anchors.bottom: statusLine.top
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
-        height: 36
+        anchors.leftMargin: 2 * Theme.margin
+        anchors.rightMargin: 2 * Theme.margin
+        anchors.bottomMargin: Theme.spacing
+        spacing: Theme.margin
 
         Text {
+            id: pageNumber
             objectName: "pageNumber"
-            anchors.left: footer.left
-            anchors.verticalCenter: footer.verticalCenter
-            text: "Page " + (page.pageIndex + 1) + " of " + page.pageCount + ", chapter " + (page.chapterIndex + 1)
-                  + " of " + page.chapterCount
-            font.pixelSize: 18
+            text: qsTr("Page %1 of %2, chapter %3 of %4").arg(page.pageIndex + 1).arg(page.pageCount)
+                                                         .arg(page.chapterIndex + 1).arg(page.chapterCount)
+            textFormat: Text.PlainText
+            leftPadding: footer.LayoutMirroring.enabled ? 2 * Theme.margin : 0
+            rightPadding: 2 * Theme.margin - pageNumber.leftPadding
+            font { family: Theme.fontFamily; pixelSize: Theme.noteSize }
+            Accessible.role: Accessible.StaticText
+            Accessible.name: pageNumber.text
         }
 
         Text {
             id: lightText
             objectName: "lightText"
-            anchors.right: footer.right
-            anchors.verticalCenter: footer.verticalCenter
-            text: screen.lightOn ? "warmth " + screen.warmth : "off"
-            font.pixelSize: 18
-        }
-
-        Rectangle {
-            id: lightBar
-            anchors.right: lightText.left
-            anchors.rightMargin: 8
-            anchors.verticalCenter: footer.verticalCenter
-            width: 80
-            height: 16
-            color: "white"
-            border.color: "black"
-            border.width: 2
-
-            Rectangle {
-                objectName: "lightLevel"
-                width: screen.lightOn ? lightBar.width * screen.light / screen.levels : 0
-                height: lightBar.height
-                color: "black"
-            }
-        }
-
-        Text {
-            anchors.right: lightBar.left
-            anchors.rightMargin: 8
-            anchors.verticalCenter: footer.verticalCenter
-            text: "Light"
-            font.pixelSize: 18
+            text: screen.lightOn ? qsTr("Light %1 of %2, warmth %3 of %2").arg(screen.light).arg(screen.levels)
+                                                                         .arg(screen.warmth)
+                                 : qsTr("The light is off.")
+            textFormat: Text.PlainText
+            font: pageNumber.font
+            Accessible.role: Accessible.StaticText
+            Accessible.name: lightText.text
         }
     }
 
@@ -354,39 +396,43 @@ FocusScope {
         anchors.left: screen.left
         anchors.right: screen.right
         anchors.bottom: screen.bottom
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
-        height: 66
+        anchors.leftMargin: 2 * Theme.margin
+        anchors.rightMargin: 2 * Theme.margin
+        height: Theme.millimeters(14)
         text: [screen.answer, screen.message].filter(part => part !== "").join("\n")
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
-        font.pixelSize: 16
+        font { family: Theme.fontFamily; pixelSize: Theme.noteSize }
         fontSizeMode: Text.VerticalFit
-        minimumPixelSize: 10
+        minimumPixelSize: Math.round(Theme.noteSize * 0.7)
+        elide: Text.ElideRight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: statusLine.text
     }
 
     MenuPanel {
+        id: menuPanel
         objectName: "menuPanel"
         visible: screen.mode === "menu" && !screen.choosingChapter
         anchors.top: modeSwitch.bottom
         anchors.left: screen.left
         anchors.right: screen.right
-        onChosen: path => screen.choose(path)
-        onZonesWanted: screen.zonesShown = !screen.zonesShown
+        room: screen.height - modeSwitch.height
+        onVisibleChanged: screen.passKeys()
+        onPicked: key => screen.choose(key)
     }
 
     ChapterList {
+        id: chapterList
         objectName: "chapterList"
         visible: screen.mode === "menu" && screen.choosingChapter
         anchors.top: modeSwitch.bottom
         anchors.left: screen.left
         anchors.right: screen.right
-        current: page.chapterIndex
-        onPicked: chapter => {
-            screen.goToChapter(chapter)
-            screen.close()
-        }
-        onClosed: screen.close()
+        room: screen.height - modeSwitch.height
+        chosen: page.chapterIndex
+        onVisibleChanged: screen.passKeys()
+        onPicked: key => screen.pickChapter(key)
     }
 
     ZoneOverlay {

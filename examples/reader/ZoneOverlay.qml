@@ -1,17 +1,30 @@
 import QtQuick 2.15
-import "../common/words.js" as Words
+import Vellix.Gesture 1.0
+import Vellix.Gesture.Controls 1.0
 import "zones.js" as Zones
 
-// Draws the zones of all gestures of a mode over the page. Ignores touches.
+// Draws the zones of all gestures of a mode over the page, with a label in each. Ignores touches.
 Item {
     id: overlay
 
     property var service: null
     property string mode
 
-    // One entry for each zone, {zone, gestures: [words]}, the smallest zones first.
-    readonly property var zones: overlay.service ? Zones.grouped(overlay.gestures(), overlay.mode) : []
-    readonly property int margin: 4
+    // {zone, area, gestures: [text]} for each zone, the smallest first.
+    readonly property var zones: overlay.service ? Zones.withAreas(Zones.grouped(overlay.gestures(), overlay.mode),
+                                                                   overlay.width, overlay.height) : []
+    readonly property var arrangement: Zones.arranged(overlay.zones, overlay.width, overlay.height, {
+        size: metrics.font.pixelSize,
+        smallSize: Theme.noteSize,
+        lineHeight: overlay.lineHeight * metrics.font.pixelSize,
+        padding: overlay.padding,
+        // A smaller font is a little wider than its part of this one.
+        widthOf: text => metrics.advanceWidth(text) * 1.04,
+        legendLine: overlay.legendLine,
+    })
+    readonly property var legend: Zones.legendOf(overlay.arrangement)
+    readonly property real padding: Theme.line + Theme.spacing
+    readonly property real lineHeight: 1.2 // of a font
 
     // Plain values: the gestures are destroyed with their service.
     function gestures() {
@@ -20,42 +33,22 @@ Item {
         const list = []
         for (let row = 0; row < model.rowCount(); ++row) {
             const gesture = model.data(model.index(row, 0), Qt.DisplayRole)
-            const action = gesture.currentAction
-            list.push({zone: gesture.zone, modes: gesture.modes, supported: gesture.supported,
-                       text: (Words.arrow(gesture.direction) + " " + Words.kindWord(gesture.kind)).trim() + ": "
-                             + (action ? action.lastTitle : "nothing")})
+            //: A touch, and its action.
+            const text = qsTr("%1: %2").arg(Gestures.touchTitle(gesture.kind, gesture.direction))
+                                       .arg(Gestures.actionTitle(gesture.currentAction))
+            list.push({zone: gesture.zone, modes: gesture.modes, supported: gesture.supported, text: text})
         }
         return list
     }
 
-    // Call it when all labels have their sizes. Zones may overlap, labels should not.
-    function place() {
-        const sizes = []
-        for (let number = 0; number < labels.count; ++number) {
-            const label = labels.itemAt(number)
-            if (!label)
-                return
-            sizes.push({zone: Zones.onScreen(overlay.zones[number], overlay.width, overlay.height),
-                        width: label.width, height: label.height})
-        }
-        const places = Zones.placed(sizes, overlay.width, overlay.height)
-        places.forEach((place, number) => {
-            labels.itemAt(number).x = place.x
-            labels.itemAt(number).y = place.y
-        })
+    function legendLine(number, gestures) {
+        //: The number of a zone, and its gestures.
+        return qsTr("%1. %2").arg(number).arg(gestures.join(qsTr("; ", "between the gestures of a zone")))
     }
-
-    function placeLater() {
-        Qt.callLater(overlay.place)
-    }
-
-    onZonesChanged: overlay.placeLater()
-    onWidthChanged: overlay.placeLater()
-    onHeightChanged: overlay.placeLater()
 
     FontMetrics {
         id: metrics
-        font.pixelSize: 15
+        font { family: Theme.fontFamily; pixelSize: Theme.labelSize }
     }
 
     Repeater {
@@ -64,49 +57,74 @@ Item {
             id: outline
             required property int index
             required property var modelData
+            readonly property var area: Zones.areaOf(outline.modelData)
             objectName: "zone-" + outline.index
-            x: overlay.margin / 2 + Zones.left(outline.modelData, overlay.width)
-            y: overlay.margin / 2 + Zones.top(outline.modelData, overlay.height)
-            width: Zones.width(outline.modelData, overlay.width) - overlay.margin
-            height: Zones.height(outline.modelData, overlay.height) - overlay.margin
+            x: Zones.left(outline.area) + Theme.line
+            y: Zones.top(outline.area) + Theme.line
+            width: Zones.width(outline.area) - 2 * Theme.line
+            height: Zones.height(outline.area) - 2 * Theme.line
             color: "transparent"
-            border.color: "black"
-            border.width: 2
+            border.color: Theme.ink
+            border.width: Theme.line
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: Zones.gesturesOf(outline.modelData)
+            Accessible.description: Gestures.zoneTitle(Zones.zoneOf(outline.modelData))
+        }
+    }
+
+    Rectangle {
+        objectName: "zoneLegend"
+        visible: overlay.legend !== null
+        x: Zones.left(overlay.legend)
+        y: Zones.top(overlay.legend)
+        width: Zones.width(overlay.legend)
+        height: Zones.height(overlay.legend)
+        color: Theme.paper
+        border.color: Theme.ink
+        border.width: Theme.line
+
+        Text {
+            id: legendText
+            objectName: "zoneLegendText"
+            anchors.fill: parent
+            anchors.margins: overlay.padding
+            text: Zones.words(overlay.legend)
+            textFormat: Text.PlainText
+            font { family: Theme.fontFamily; pixelSize: Zones.fontSize(overlay.legend) }
+            lineHeightMode: Text.FixedHeight
+            lineHeight: overlay.lineHeight * legendText.font.pixelSize
+            Accessible.ignored: true
         }
     }
 
     Repeater {
-        id: labels
-        model: overlay.zones
+        model: Zones.labelsOf(overlay.arrangement)
         delegate: Rectangle {
             id: label
             required property int index
             required property var modelData
-            readonly property real zoneWidth: Zones.width(label.modelData, overlay.width)
-            readonly property real zoneHeight: Zones.height(label.modelData, overlay.height)
-            // The text in a narrow strip is rotated.
-            readonly property bool upright: label.zoneWidth < 80 && label.zoneHeight > 2 * label.zoneWidth
-            readonly property real room: (label.upright ? label.zoneHeight : Math.max(80, label.zoneWidth)) - 14
-            readonly property real textWidth: Math.min(label.room, Math.ceil(
-                    Zones.widestLine(label.modelData, text => metrics.advanceWidth(text))) + 1)
             objectName: "zoneLabel-" + label.index
-            width: (label.upright ? words.height : label.textWidth) + 10
-            height: (label.upright ? label.textWidth : words.height) + 6
-            color: "white"
-            border.color: "black"
-            border.width: 1
+            x: Zones.left(label.modelData)
+            y: Zones.top(label.modelData)
+            width: Zones.width(label.modelData)
+            height: Zones.height(label.modelData)
+            color: Theme.paper
+            border.color: Theme.ink
+            border.width: Theme.hairline
 
             Text {
                 id: words
                 objectName: "zoneText-" + label.index
                 anchors.centerIn: label
-                width: label.textWidth
-                rotation: label.upright ? -90 : 0
+                rotation: Zones.angle(label.modelData)
                 text: Zones.words(label.modelData)
                 textFormat: Text.PlainText
-                wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignHCenter
-                font: metrics.font
+                font { family: Theme.fontFamily; pixelSize: Zones.fontSize(label.modelData) }
+                lineHeightMode: Text.FixedHeight
+                lineHeight: overlay.lineHeight * words.font.pixelSize
+                Accessible.ignored: true
             }
         }
     }

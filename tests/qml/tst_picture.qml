@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtTest 1.15
-import "../../examples/settings"
+import Vellix.Gesture.Controls 1.0
 
 Item {
     id: root
@@ -9,14 +9,15 @@ Item {
 
     Component {
         id: pictures
-        ScreenPicture {
+        ZonePicture {
             width: 44
             height: 54
+            border.width: 2
         }
     }
 
     TestCase {
-        name: "ScreenPicture"
+        name: "ZonePicture"
         when: windowShown
 
         // Pixels of a screen of 40 x 50 within its frame.

@@ -16,7 +16,7 @@ public Q_SLOTS:
     {
         qputenv("QT_QUICK_BACKEND", "software");
         TestTree::useForThisProcess();
-        registerExampleTypes();
+        installExampleTranslation();
         qmlRegisterSingletonType<TestTree>("Vellix.Test", 1, 0, "TestTree",
                                            [](QQmlEngine *, QJSEngine *) -> QObject * { return new TestTree; });
     }
