@@ -492,10 +492,6 @@ private Q_SLOTS:
 
     void watch()
     {
-        // A paths file, so that the library does not log its absence.
-        testing::writeFile(m_tree->system("config/gestures/application_paths.json"), R"({
-            "current": "${USERDATA}/gestures/apps/current", "default": "${SYSTEMDATA}/config/gestures/apps/default",
-            "filename": "cfg.json"})");
         QFETCH(QString, option);
         QProcess watcher;
         watcher.start(GESTURECTL,
