@@ -74,6 +74,26 @@ private Q_SLOTS:
         testing::writeFile(m_tree->defaultFile("app"), configuration);
     }
 
+    // Devices export the platform of their own screen.
+    void anyPlatformIsExported_data()
+    {
+        QTest::addColumn<QByteArray>("platform");
+        for (const char *platform : {"eglfs", "xcb", "linuxfb:fb=/dev/none", "none", ""})
+            QTest::addRow("'%s'", platform) << QByteArray(platform);
+    }
+
+    void anyPlatformIsExported()
+    {
+        QFETCH(QByteArray, platform);
+        const QByteArray before = qgetenv("QT_QPA_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", platform);
+        const Run run = gesturectl({"map", "--app", "app"});
+        qputenv("QT_QPA_PLATFORM", before);
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.err, QString());
+        QVERIFY(!run.out.isEmpty());
+    }
+
     void exitStatus_data()
     {
         QTest::addColumn<QStringList>("arguments");

@@ -203,10 +203,6 @@ private Q_SLOTS:
         DataTree tree;
         const QString app = QString::fromUtf8(hostileName);
         testing::writeFile(tree.defaultFile(app), filled(configuration, true));
-        // Otherwise the library would log, in colours, that the file is missing.
-        testing::writeFile(tree.system("config/gestures/application_paths.json"), R"({
-            "current": "${USERDATA}/gestures/apps/current", "default": "${SYSTEMDATA}/config/gestures/apps/default",
-            "filename": "cfg.json"})");
         QProcess watcher;
         watcher.setProcessChannelMode(QProcess::MergedChannels);
         watcher.start(GESTURECTL,

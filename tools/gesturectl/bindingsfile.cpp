@@ -2,39 +2,16 @@
 
 #include <gesture_api/gestureservice.h>
 
+#include <QDir>
 #include <QFile>
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <chrono>
-#include <thread>
+#include <QFileInfo>
 
 using namespace vellix;
 using namespace vellix::gesture;
 
 namespace gesturectl {
 
-static const std::chrono::seconds longestWait(5);
-static const std::chrono::milliseconds betweenTries(20);
-
-// Whether another process keeps the lock. On a file system without locks, no process does.
-static bool isLockedByAnother(int descriptor)
-{
-    const auto end = std::chrono::steady_clock::now() + longestWait;
-    while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR)
-            return false;
-        if (std::chrono::steady_clock::now() >= end)
-            return true;
-        std::this_thread::sleep_for(betweenTries);
-    }
-    return false;
-}
+static constexpr int longestWait = 5000; // milliseconds
 
 QByteArray contentOf(const QString &path)
 {
@@ -51,40 +28,40 @@ static QString nameOf(qint64 process)
     return name.isEmpty() ? number : QString::fromUtf8(name) + QStringLiteral(" (") + number + QLatin1Char(')');
 }
 
-// As the system lists them: "1: FLOCK ADVISORY WRITE 4711 fe:00:1234 0 EOF"; an arrow marks waiting ones.
-static QString holdersOf(int descriptor)
+static QString holderOf(const QLockFile &lock)
 {
-    QStringList holders;
-    struct stat status = {};
-    fstat(descriptor, &status);
-    const QByteArray file = QString::asprintf("%02x:%02x:%llu", major(status.st_dev), minor(status.st_dev),
-                                              static_cast<unsigned long long>(status.st_ino))
-                                    .toLatin1();
-    const QByteArrayList locks = contentOf(QStringLiteral("/proc/locks")).split('\n');
-    for (const QByteArray &lock : locks) {
-        const QByteArrayList fields = lock.simplified().split(' ');
-        const qint64 process = fields.value(4).toLongLong();
-        if (fields.value(1) == "FLOCK" && fields.value(5) == file && process > 0)
-            holders.append(nameOf(process));
-    }
-    holders.removeDuplicates();
-    return holders.isEmpty() ? QStringLiteral("another process, perhaps another gesturectl,")
-                             : holders.join(QStringLiteral(", "));
+    qint64 process = 0;
+    QString host;
+    QString program;
+    const bool isKnown = lock.getLockInfo(&process, &host, &program);
+    return isKnown ? nameOf(process) : QStringLiteral("another process, perhaps another gesturectl,");
 }
 
-BindLock::BindLock(const ApplicationPaths &paths)
-    : m_descriptor(open(qPrintable(resolved(paths.defaultPath())), O_RDONLY | O_NONBLOCK | O_CLOEXEC))
+// The name begins with a dot, so that no program takes it for an application's file.
+static QString lockFileOf(const QString &bindings)
 {
-    if (m_descriptor >= 0 && isLockedByAnother(m_descriptor))
+    return QFileInfo(bindings).path() + QStringLiteral("/.gesturectl.lock");
+}
+
+BindLock::BindLock(const ApplicationPaths &paths) : m_file(lockFileOf(resolved(paths.currentPath())))
+{
+    const QString bindings = resolved(paths.currentPath());
+    for (QDir directory = QFileInfo(bindings).dir(); !directory.exists(); directory = QFileInfo(directory.path()).dir())
+        m_created.append(directory.path());
+    QDir().mkpath(QFileInfo(bindings).path());
+    m_file.setStaleLockTime(0); // only the lock of a process that is gone
+    if (!m_file.tryLock(longestWait) && m_file.error() == QLockFile::LockFailedError)
         m_failure = Failure{BadFiles,
                             QStringLiteral("%1: locked by %2 for 5 seconds; nothing was changed, try again")
-                                    .arg(resolved(paths.defaultPath()), holdersOf(m_descriptor))};
+                                    .arg(bindings, holderOf(m_file))};
 }
 
+// A change that was refused leaves nothing.
 BindLock::~BindLock()
 {
-    if (m_descriptor >= 0)
-        close(m_descriptor);
+    m_file.unlock();
+    for (const QString &directory : qAsConst(m_created))
+        QDir().rmdir(directory);
 }
 
 Result<ExitStatus> writeBindings(const ApplicationPaths &paths, const Gestures &gestures, const Bindings &bindings)

@@ -2,6 +2,8 @@
 
 #include "application.h"
 
+#include <QLockFile>
+
 #include <optional>
 
 // Writing a user's bindings.
@@ -9,8 +11,9 @@
 namespace gesturectl {
 
 /// Allows one change of the bindings at a time: a binding that another process saves between our read and our write
-/// would be lost. The lock is on the configuration, which always exists, and is released with the descriptor. The
-/// constructor waits some seconds for another process. On a file system without locks it locks nothing.
+/// would be lost. The lock is a file beside the bindings, which only those who may change them can create, and lives as
+/// long as this object. The constructor waits some seconds for another process. Where no file can be created, it locks
+/// nothing: the bindings cannot be written there, or only directly.
 class BindLock
 {
 public:
@@ -23,7 +26,8 @@ public:
     const std::optional<Failure> &failure() const { return m_failure; }
 
 private:
-    const int m_descriptor;
+    QLockFile m_file;
+    QStringList m_created; // directories, the deepest first
     std::optional<Failure> m_failure;
 };
 

@@ -10,13 +10,12 @@
 
 using namespace gesturectl;
 
-// Only `map` draws; it needs fonts, but no display.
+// Only `map` draws. It needs fonts, but no display, whatever platform a device exports for its own programs.
 static std::unique_ptr<QCoreApplication> applicationFor(const std::string &verb, int &argc, char *argv[])
 {
     if (verb != "map")
         return std::make_unique<QCoreApplication>(argc, argv);
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     // Qt would warn about a missing directory for sockets and the like, which `map` does not need.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QGuiApplication>(argc, argv);

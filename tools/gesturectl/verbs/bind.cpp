@@ -53,9 +53,9 @@ static Result<ExitStatus> bind(const Request &request)
     const auto paths = pathsOf(request.appId);
     if (paths.isLeft())
         return Left(paths.left());
-    const BindLock lock(paths.right());
-    if (lock.failure())
-        return Left(*lock.failure());
+    std::optional<BindLock> lock(paths.right());
+    if (lock->failure())
+        return Left(*lock->failure());
     const auto bindings = bindingsOf(paths.right());
     if (bindings.isLeft())
         return Left(bindings.left());
@@ -76,6 +76,7 @@ static Result<ExitStatus> bind(const Request &request)
                                     .arg(request.gestureId, current)});
 
     return writeBindings(paths.right(), gestures.right(), wanted).map([&](ExitStatus status) {
+        lock.reset(); // the reader of the output may be slow
         print(request.gestureId + QStringLiteral(" is bound to ") + request.actionPath);
         return status;
     });

@@ -26,6 +26,12 @@ struct Request
     bool isWriting = false;
     bool json = false;
 };
+
+struct Examination
+{
+    QList<Outcome> outcomes;
+    Repair repair;
+};
 }
 
 static void declare(Options *options, Request *request)
@@ -99,7 +105,7 @@ static void printOutcomes(const QString &file, const QList<Outcome> &outcomes, c
 }
 
 // Judges the bindings, and repairs their file with --write.
-static Result<ExitStatus> examine(const Request &request, const ApplicationPaths &own, const Bindings &bindings)
+static Result<Examination> examine(const Request &request, const ApplicationPaths &own, const Bindings &bindings)
 {
     const DefaultFeaturesProvider features;
     QObject owner;
@@ -120,10 +126,7 @@ static Result<ExitStatus> examine(const Request &request, const ApplicationPaths
             request.isWriting ? repaired(after, bindings, dropped, &features) : Result<Repair>(Right(Repair()));
     if (repair.isLeft())
         return Left(repair.left());
-    printOutcomes(resolved(own.currentPath()), outcomes, repair.right(), request);
-    const bool isKept = std::all_of(outcomes.cbegin(), outcomes.cend(),
-                                    [](const Outcome &outcome) { return outcome.state == State::Kept; });
-    return Right(isKept || request.isWriting ? Success : NoneMatches);
+    return Right(Examination{outcomes, repair.right()});
 }
 
 static Result<ExitStatus> doctor(const Request &request)
@@ -143,7 +146,15 @@ static Result<ExitStatus> doctor(const Request &request)
     const auto bindings = request.appId.isEmpty() ? bindingsOfFile(own.right()) : bindingsOf(own.right());
     if (bindings.isLeft())
         return Left(bindings.left());
-    return examine(request, own.right(), bindings.right());
+    const auto examination = examine(request, own.right(), bindings.right());
+    lock.reset(); // the reader of the output may be slow
+    if (examination.isLeft())
+        return Left(examination.left());
+    const QList<Outcome> &outcomes = examination.right().outcomes;
+    printOutcomes(resolved(own.right().currentPath()), outcomes, examination.right().repair, request);
+    const bool isKept = std::all_of(outcomes.cbegin(), outcomes.cend(),
+                                    [](const Outcome &outcome) { return outcome.state == State::Kept; });
+    return Right(isKept || request.isWriting ? Success : NoneMatches);
 }
 
 Verb doctorVerb()

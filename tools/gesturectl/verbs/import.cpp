@@ -77,10 +77,11 @@ static Result<ExitStatus> replaceBindings(const ApplicationPaths &paths, const G
     }
     const Bindings wanted = knownBindings(offered, gestures, request);
     const QStringList lines = difference(current.right(), wanted);
+    const auto written = request.isDryRun || lines.isEmpty() ? Result<ExitStatus>(Right(Success))
+                                                             : writeBindings(paths, gestures, wanted);
+    lock.reset(); // the reader of the output may be slow
     print(lines.isEmpty() ? QStringList(QStringLiteral("no difference")) : lines);
-    if (request.isDryRun || lines.isEmpty())
-        return Right(Success);
-    return writeBindings(paths, gestures, wanted);
+    return written;
 }
 
 static Result<ExitStatus> importBindings(const Request &request)

@@ -2,7 +2,7 @@
 
 #include <gesturectl/output.h>
 
-#include <gesture_api/gestureserviceprovider.h>
+#include <vellix/platform/vxcomponents.h>
 
 #include <QCoreApplication>
 #include <QJsonObject>
@@ -75,11 +75,9 @@ static Result<ExitStatus> watch(const Request &request)
 
     Bindings known = start.right();
     int changes = 0;
-    GestureServiceProvider provider(&features);
-    provider.setAppId(request.appId);
-    QObject::connect(&provider, &GestureServiceProvider::serviceChanged, &provider, [&](const GestureService *service) {
-        if (!service) // released; the new one follows
-            return;
+    QObject context; // of the watch; a provider would log that the optional paths file is missing
+    const QString file = resolved(paths.right().currentPath());
+    components::fs::__watchFileChange(file, &context, [&] {
         const auto now = currentActions(paths.right(), &features);
         if (now.isLeft()) {
             printError(now.left().message);
@@ -90,7 +88,7 @@ static Result<ExitStatus> watch(const Request &request)
         if (++changes == request.count)
             QCoreApplication::quit();
     });
-    printError(QStringLiteral("watching ") + resolved(paths.right().currentPath()));
+    printError(QStringLiteral("watching ") + file);
     QCoreApplication::exec();
     return Right(Success);
 }
