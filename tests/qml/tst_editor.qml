@@ -332,6 +332,19 @@ TestCase {
         compare(JSON.stringify(bindings()), JSON.stringify({[tapLeft]: "view/search", [tapRight]: "view/menu"}))
     }
 
+    // The binding of the fixed gesture has no effect, and is none of our edits.
+    function test_changeWithoutEffectThatASaveMeets() {
+        const fixed = configuration()
+        fixed.gestures.find(gesture => gesture.zone === "left").currentAction = "page/previous"
+        setConfiguration(fixed)
+        const editor = edit()
+        verify(editor.choose(tapRight, "view/menu"))
+        bind({[tapLeft]: "view/search"})
+        verify(editor.save())
+        compareState(editor, {hasChoices: true, news: "Saved. Another program had changed other choices."})
+        compare(bindings()[tapRight], "view/menu")
+    }
+
     // A save never replaces a choice that was not shown.
     function test_changeOfTheEditedGestureThatASaveMeets() {
         const editor = edit()
