@@ -121,8 +121,10 @@ void GestureEditor::refresh()
     const bool first = m_list.count() == 0;
     const QVector<QStringList> shape = shapeOf(m_list.gestures());
     const Bindings known = m_saved;
-    m_state.setAppId(m_appId);
-    m_state.refresh();
+    if (m_state.appId() == m_appId)
+        m_state.refresh();
+    else
+        m_state.setAppId(m_appId);
     m_saved = read(&m_readable);
     for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
         if (known.value(edit.key()) != m_saved.value(edit.key()))
@@ -254,13 +256,13 @@ QString GestureEditor::refusal(const Gesture &gesture, const QString &path) cons
         return tr("This device does not have what “%1” needs.").arg(words::action(action));
     Bindings bindings = withEdits(m_saved);
     bindings.insert(gesture.id(), path);
-    const QString reason = trial(bindings);
+    const QString reason = trial(bindings, m_edits.keys() << gesture.id());
     return reason.isEmpty() ? QString() : tr("“%1” cannot be chosen. %2").arg(words::action(action), reason);
 }
 
 // Why the application could not use these bindings; empty if it can. A binding that its gesture does not follow is only
 // refused here if it is an edit: other programs may have written others.
-QString GestureEditor::trial(const Bindings &bindings) const
+QString GestureEditor::trial(const Bindings &bindings, const QStringList &edited) const
 {
     if (!m_paths)
         return m_state.problem();
@@ -270,8 +272,7 @@ QString GestureEditor::trial(const Bindings &bindings) const
         return tr("The application could not read its gestures any more (%1).").arg(words::error(loaded.left()));
     for (const Gesture *gesture : loaded.right()) {
         const QString path = bindings.value(gesture->id());
-        const bool isEdit = path != m_saved.value(gesture->id());
-        if (isEdit && !path.isEmpty() && currentPath(*gesture) != path)
+        if (!path.isEmpty() && currentPath(*gesture) != path && edited.contains(gesture->id()))
             return tr("The configuration itself decides what this gesture does.");
     }
     return QString();
@@ -359,7 +360,7 @@ bool GestureEditor::save()
     }
     const bool isForeign = now != m_saved;
     const Bindings bindings = withEdits(now);
-    QString reason = trial(bindings);
+    QString reason = trial(bindings, m_edits.keys());
     if (!reason.isEmpty())
         reason = tr("The choices were not saved. %1").arg(reason);
     else

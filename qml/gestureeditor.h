@@ -102,7 +102,7 @@ private:
     Bindings withEdits(const Bindings &saved) const;
     bool replacesUnseen(const Bindings &now) const;
     QString refusal(const Gesture &gesture, const QString &path) const;
-    QString trial(const Bindings &bindings) const;
+    QString trial(const Bindings &bindings, const QStringList &edited) const;
     QString write(const Bindings &bindings) const;
 
     QString m_appId;

@@ -107,11 +107,10 @@ void PageModel::sourceReset()
 void PageModel::layOut()
 {
     m_firstRows.clear();
-    const QString none;
     QVariant section;
     qreal used = 0;
     for (int row = 0; row < rows(); ++row) {
-        const QVariant own = m_headingRole.isEmpty() ? QVariant(none) : value(row, m_headingRole);
+        const QVariant own = value(row, m_headingRole);
         const bool startsSection = !m_headingRole.isEmpty() && own != section;
         const qreal needed = m_rowHeight + (startsSection ? m_headingHeight : 0);
         if (m_firstRows.isEmpty() || used + needed > m_height + 0.001) {
